@@ -1,0 +1,46 @@
+#include "common/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using V = std::vector<std::string>;
+
+TEST(Split, KeepsEmptyFieldsAndGivesNothingForEmptyText) {
+    EXPECT_EQ(Split("a,b,c", ","), (V{"a", "b", "c"}));
+    EXPECT_EQ(Split("a,", ","), (V{"a", ""}));
+    EXPECT_EQ(Split(",,", ","), (V{"", "", ""}));
+    EXPECT_EQ(Split("", ","), V{});
+    EXPECT_EQ(Split("a, b", ","), (V{"a", " b"}));
+    EXPECT_EQ(Split("a\r\nb", "\r\n"), (V{"a", "b"}));
+}
+
+TEST(Trim, BlanksOnly) {
+    EXPECT_EQ(Trim("  x y  "), "x y");
+    EXPECT_EQ(Trim("   "), "");
+    EXPECT_EQ(Trim("\tx\t"), "\tx\t");
+}
+
+TEST(Case, AsciiLettersOnly) {
+    EXPECT_EQ(UCase("ibm.b é"), "IBM.B é");
+    EXPECT_EQ(LCase("IBM"), "ibm");
+}
+
+TEST(Cp1252, RoundTripsEverythingItHas) {
+    EXPECT_EQ(Utf8ToCp1252("é"), "\xE9");
+    EXPECT_EQ(Utf8ToCp1252("€"), "\x80");
+    EXPECT_EQ(Utf8ToCp1252("ABC"), "ABC");
+    EXPECT_EQ(Utf8ToCp1252("中"), "?");
+    EXPECT_EQ(Utf8ToCp1252("😀"), "?");
+    EXPECT_EQ(Utf8ToCp1252("\xFF\xFE"), "??"); // broken UTF-8
+    std::string all;
+    for (int b = 1; b < 256; ++b) {
+        all += static_cast<char>(b);
+    }
+    EXPECT_EQ(Utf8ToCp1252(Cp1252ToUtf8(all)), all);
+    EXPECT_EQ(Cp1252ToUtf8("\x80\x99"), "€™");
+}
+
+} // namespace
+} // namespace wicker
