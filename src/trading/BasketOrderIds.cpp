@@ -1,0 +1,42 @@
+#include "trading/BasketOrderIds.h"
+
+#include "common/Conversions.h"
+#include "common/Formats.h"
+#include "common/Text.h"
+
+namespace wicker {
+
+std::string BasketMemo(std::string_view basketName, int16_t basketSeq) {
+    std::string memo(basketName);
+    memo += '-';
+    memo += std::to_string(basketSeq);
+    memo += "-/bskt";
+    return memo;
+}
+
+std::string BasketClOrderID(std::string_view account, const LocalDateTime& today, int16_t basketSeq,
+                            int16_t orderSeq) {
+    std::string id(account);
+    id += '-';
+    id += FormatYyyymmdd(today);
+    id += '-';
+    id += std::to_string(basketSeq);
+    id += '-';
+    id += std::to_string(orderSeq);
+    return id;
+}
+
+std::optional<BasketMemoId> ParseBasketMemo(std::string_view memo) {
+    const std::vector<std::string> pieces = Split(memo, "-");
+    if (pieces.size() < 3 || pieces.back() != "/bskt") {
+        return std::nullopt;
+    }
+    BasketMemoId id;
+    id.basketSeq = CInt(pieces[pieces.size() - 2]);
+    for (size_t i = 0; i + 2 < pieces.size(); ++i) {
+        id.basketId += pieces[i];
+    }
+    return id;
+}
+
+} // namespace wicker

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "common/Clock.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wicker {
+
+/// Memo that marks an order as one of a basket send: name-send-/bskt ("Tech10-57-/bskt").
+std::string BasketMemo(std::string_view basketName, int16_t basketSeq);
+
+/// Client order id account-yyyymmdd-send-order ("ACCT01-20240315-57-3").
+std::string BasketClOrderID(std::string_view account, const LocalDateTime& today, int16_t basketSeq,
+                            int16_t orderSeq);
+
+/// The basket an order belongs to, read back from its memo.
+struct BasketMemoId {
+    std::string basketId; ///< the name with its dashes removed
+    int16_t basketSeq = 0;
+};
+
+/// Recognises a basket order's memo: at least three dash-separated pieces, the last
+/// exactly "/bskt". The id is every piece before the send number joined without dashes
+/// (Tech-10-57-/bskt gives Tech10 and 57). Not a basket memo: nullopt. A send number
+/// that is not a 16-bit number throws RuntimeError (type mismatch or overflow).
+std::optional<BasketMemoId> ParseBasketMemo(std::string_view memo);
+
+} // namespace wicker

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "common/MessageBox.h"
+
+#include <cstdint>
+#include <string>
+
+namespace wicker {
+
+/// Short text of a refused SubmitOrder result, as it stands in the summary after a
+/// basket send. Unknown codes give "Unknown SubmitOrder Error. SubmitOrder Error Code = "
+/// and the code.
+std::string GetSubmitErrorStr(int32_t code);
+
+/// The prompt ShowSubmitError shows for one refused order: the long text, then the order
+/// description Side Quantity Symbol on its own line (not for -1 nor unknown codes).
+std::string SubmitErrorPrompt(int32_t code, const std::string& side, int32_t quantity,
+                              const std::string& symbol);
+
+/// Shows the long text of a refused order at once (OK only, no icon,
+/// "Error submitting order").
+void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
+                     const std::string& symbol);
+
+} // namespace wicker
