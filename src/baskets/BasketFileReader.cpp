@@ -1,0 +1,91 @@
+#include "baskets/BasketFileReader.h"
+
+#include "common/RuntimeError.h"
+#include "common/Text.h"
+
+#include <system_error>
+
+namespace wicker {
+namespace {
+
+constexpr int kPathFileAccess = 75;
+const char* const kPathFileAccessText = "Path/File access error";
+constexpr size_t kBufferBytes = 64 * 1024;
+
+void ToUtf8(std::string& field) {
+    field = Cp1252ToUtf8(field);
+}
+
+} // namespace
+
+BasketFileReader::BasketFileReader(const std::filesystem::path& path, size_t maxFieldBytes)
+    : m_buffer(kBufferBytes), m_scanner(maxFieldBytes) {
+    std::error_code ec;
+    if (!std::filesystem::exists(path, ec)) {
+        throw RuntimeError(err::FileNotFound, err::FileNotFoundText);
+    }
+    if (std::filesystem::is_directory(path, ec)) {
+        throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+    }
+    m_in.open(path, std::ios::binary);
+    if (!m_in) {
+        throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+    }
+    const auto size = std::filesystem::file_size(path, ec);
+    m_totalBytes = ec ? 0 : size;
+}
+
+bool BasketFileReader::fill() {
+    if (!m_in) {
+        return false;
+    }
+    m_in.read(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
+    if (m_in.bad()) {
+        throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+    }
+    m_pos = 0;
+    m_end = static_cast<size_t>(m_in.gcount());
+    return m_end > 0;
+}
+
+bool BasketFileReader::next(BasketFileLine& out) {
+    bool started = false;
+    bool pendingCr = false;
+    while (true) {
+        if (m_pos == m_end && !fill()) {
+            break;
+        }
+        const char c = m_buffer[m_pos++];
+        ++m_bytesRead;
+        started = true;
+        if (c == '\n') {
+            pendingCr = false;
+            break;
+        }
+        if (pendingCr) {
+            m_scanner.feed('\r');
+            pendingCr = false;
+        }
+        if (c == '\r') {
+            pendingCr = true;
+        } else {
+            m_scanner.feed(c);
+        }
+    }
+    if (!started) {
+        return false;
+    }
+    if (pendingCr) {
+        m_scanner.feed('\r');
+    }
+    out.number = ++m_lineNumber;
+    out.overlong = m_scanner.overlong();
+    out.fields = m_scanner.take();
+    ToUtf8(out.fields.symbol);
+    ToUtf8(out.fields.quantity);
+    ToUtf8(out.fields.destination);
+    ToUtf8(out.fields.indexShares);
+    return true;
+}
+
+} // namespace wicker

@@ -1,0 +1,106 @@
+#include "baskets/BasketFileReader.h"
+#include "common/RuntimeError.h"
+#include "support/TempDir.h"
+
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using test::TempDir;
+using test::WriteFile;
+
+std::vector<std::string> Symbols(const std::filesystem::path& p) {
+    BasketFileReader reader(p);
+    std::vector<std::string> out;
+    BasketFileLine line;
+    while (reader.next(line)) {
+        out.push_back(line.fields.symbol + "|" + line.fields.quantity);
+    }
+    return out;
+}
+
+struct ReadCase {
+    const char* name;
+    std::string bytes;
+    std::vector<std::string> expected;
+};
+
+class BasketFileReaderLines : public testing::TestWithParam<ReadCase> {};
+
+TEST_P(BasketFileReaderLines, SplitsLinesLikeTheTextReader) {
+    TempDir dir;
+    WriteFile(dir / "b.txt", GetParam().bytes);
+    EXPECT_EQ(Symbols(dir / "b.txt"), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Files, BasketFileReaderLines,
+    testing::Values(ReadCase{"CrLf", "A,1\r\nB,2\r\n", {"A|1", "B|2"}},
+                    ReadCase{"Lf", "A,1\nB,2\n", {"A|1", "B|2"}},
+                    ReadCase{"LastLineWithoutBreak", "A,1\r\nB,2", {"A|1", "B|2"}},
+                    ReadCase{"EmptyLineInside", "A,1\r\n\r\nB,2\r\n", {"A|1", "|", "B|2"}},
+                    ReadCase{"LoneCrStays", "A\rX,1\r\n", {"A\rX|1"}},
+                    ReadCase{"CrAtEndOfFileStays", "A,1\r", {"A|1\r"}},
+                    ReadCase{"EmptyFile", "", {}}, ReadCase{"OnlyBreak", "\r\n", {"|"}},
+                    ReadCase{"Windows1252", "\xC9TE,1\r\n", {"\xC3\x89TE|1"}}),
+    [](const auto& row) { return std::string(row.param.name); });
+
+TEST(BasketFileReaderTest, MissingFileIsFileNotFound) {
+    TempDir dir;
+    try {
+        BasketFileReader reader(dir / "none.txt");
+        FAIL() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), 53);
+    }
+}
+
+TEST(BasketFileReaderTest, FolderIsAnAccessError) {
+    TempDir dir;
+    try {
+        BasketFileReader reader(dir.path());
+        FAIL() << "no error";
+    } catch (const RuntimeError& e) {
+        EXPECT_EQ(e.number(), 75);
+    }
+}
+
+TEST(BasketFileReaderTest, NumbersLinesAndCountsBytes) {
+    TempDir dir;
+    const std::string bytes = "A,1\r\nB,2\r\nC,3";
+    WriteFile(dir / "b.txt", bytes);
+    BasketFileReader reader(dir / "b.txt");
+    EXPECT_EQ(reader.totalBytes(), bytes.size());
+    BasketFileLine line;
+    ASSERT_TRUE(reader.next(line));
+    EXPECT_EQ(line.number, 1u);
+    EXPECT_EQ(reader.bytesRead(), 5u);
+    ASSERT_TRUE(reader.next(line));
+    ASSERT_TRUE(reader.next(line));
+    EXPECT_EQ(line.number, 3u);
+    EXPECT_EQ(line.fields.symbol, "C");
+    EXPECT_FALSE(reader.next(line));
+    EXPECT_EQ(reader.bytesRead(), bytes.size());
+}
+
+TEST(BasketFileReaderTest, LineLongerThanTheBufferIsReadWholeAndCut) {
+    TempDir dir;
+    const std::string longSymbol(200000, 'Q');
+    WriteFile(dir / "b.txt", longSymbol + ",5,NYSE\r\nOK,1,ARCA\r\n");
+    BasketFileReader reader(dir / "b.txt", 100);
+    BasketFileLine line;
+    ASSERT_TRUE(reader.next(line));
+    EXPECT_TRUE(line.overlong);
+    EXPECT_EQ(line.fields.symbol, std::string(100, 'Q'));
+    EXPECT_EQ(line.fields.quantity, "5");
+    ASSERT_TRUE(reader.next(line));
+    EXPECT_FALSE(line.overlong);
+    EXPECT_EQ(line.fields.destination, "ARCA");
+}
+
+} // namespace
+} // namespace wicker
