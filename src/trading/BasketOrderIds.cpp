@@ -1,7 +1,6 @@
 #include "trading/BasketOrderIds.h"
 
 #include "common/Conversions.h"
-#include "common/Formats.h"
 #include "common/Text.h"
 
 namespace wicker {
@@ -14,11 +13,11 @@ std::string BasketMemo(std::string_view basketName, int16_t basketSeq) {
     return memo;
 }
 
-std::string BasketClOrderID(std::string_view account, const LocalDateTime& today, int16_t basketSeq,
+std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
                             int16_t orderSeq) {
     std::string id(account);
     id += '-';
-    id += FormatYyyymmdd(today);
+    id += yyyymmdd;
     id += '-';
     id += std::to_string(basketSeq);
     id += '-';

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "common/Clock.h"
-
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -12,8 +10,9 @@ namespace wicker {
 /// Memo that marks an order as one of a basket send: name-send-/bskt ("Tech10-57-/bskt").
 std::string BasketMemo(std::string_view basketName, int16_t basketSeq);
 
-/// Client order id account-yyyymmdd-send-order ("ACCT01-20240315-57-3").
-std::string BasketClOrderID(std::string_view account, const LocalDateTime& today, int16_t basketSeq,
+/// Client order id account-yyyymmdd-send-order ("ACCT01-20240315-57-3"); `yyyymmdd` is
+/// today's date as FormatYyyymmdd gives it.
+std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
                             int16_t orderSeq);
 
 /// The basket an order belongs to, read back from its memo.

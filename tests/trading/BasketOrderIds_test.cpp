@@ -10,9 +10,8 @@ namespace {
 TEST(BasketOrderIds, MemoAndClientOrderIdHaveTheirFixedForms) {
     EXPECT_EQ(BasketMemo("Tech10", 57), "Tech10-57-/bskt");
     EXPECT_EQ(BasketMemo("Tech-10", 1), "Tech-10-1-/bskt");
-    const LocalDateTime day{2024, 3, 15, 9, 30, 0, 0};
-    EXPECT_EQ(BasketClOrderID("ACCT01", day, 57, 3), "ACCT01-20240315-57-3");
-    EXPECT_EQ(BasketClOrderID("A", LocalDateTime{2025, 11, 2}, 1, 9999), "A-20251102-1-9999");
+    EXPECT_EQ(BasketClOrderID("ACCT01", "20240315", 57, 3), "ACCT01-20240315-57-3");
+    EXPECT_EQ(BasketClOrderID("A", "20251102", -2, 9999), "A-20251102--2-9999");
 }
 
 TEST(BasketOrderIds, MemoParsing) {
