@@ -77,7 +77,7 @@ private:
 template <class D> class WhenOpens {
 public:
     explicit WhenOpens(std::function<void(D&)> act) : m_act(std::move(act)) {
-        QObject::connect(&m_timer, &QTimer::timeout, [this] { poll(); });
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] { poll(); });
         m_timer.start(5);
     }
     ~WhenOpens() {

@@ -144,7 +144,7 @@ TEST_F(ImportScreen, LongImportShowsProgressAndCanBeCancelled) {
     bool sawProgress = false;
     int cancelAt = -1;
     QTimer cancelTimer;
-    QObject::connect(&cancelTimer, &QTimer::timeout, [&] {
+    QObject::connect(&cancelTimer, &QTimer::timeout, &cancelTimer, [&] {
         auto* progress = dialog.findChild<QProgressDialog*>(QStringLiteral("importProgress"));
         if (progress != nullptr && progress->isVisible() && progress->value() > 0) {
             sawProgress = true;
