@@ -1,0 +1,110 @@
+#include "platform/fix/engine/FixConvert.h"
+
+#include <memory>
+
+#include <quickfix/DataDictionary.h>
+#include <quickfix/FixFields.h>
+#include <quickfix/Group.h>
+
+namespace wicker {
+namespace {
+
+// Repeating groups: message type, count tag, delimiter, the other tags of an entry.
+struct GroupShape {
+    const char* msgType;
+    int countTag;
+    int delimiter;
+    std::vector<int> otherTags;
+};
+
+const std::vector<GroupShape>& MarketDataGroups() {
+    static const std::vector<GroupShape> shapes = {
+        {"V", 146, 55, {65, 48, 22, 207}},
+        {"V", 267, 269, {}},
+        {"W", 268, 269, {270, 271, 272, 273, 275, 276, 290}},
+        {"X", 268, 279, {269, 278, 280, 55, 65, 48, 22, 207, 270, 271, 272, 273, 275, 290}},
+    };
+    return shapes;
+}
+
+std::vector<FixField> FieldsOf(const FIX::FieldMap& map) {
+    std::vector<FixField> out;
+    out.reserve(map.totalFields());
+    for (FIX::FieldMap::const_iterator i = map.begin(); i != map.end(); ++i) {
+        FixField f;
+        f.tag = i->getTag();
+        f.value = i->getString();
+        out.push_back(f);
+    }
+    return out;
+}
+
+} // namespace
+
+FIX::Message ToQuickFix(const FixMessage& message, const std::string& beginString) {
+    FIX::Message m;
+    m.getHeader().setField(FIX::BeginString(beginString));
+    m.getHeader().setField(FIX::MsgType(message.msgType));
+    for (const FixField& f : message.fields) {
+        m.setField(f.tag, f.value);
+    }
+    for (const FixGroup& g : message.groups) {
+        for (const std::vector<FixField>& entry : g.entries) {
+            if (entry.empty()) {
+                continue;
+            }
+            FIX::Group group(g.countTag, entry.front().tag);
+            for (const FixField& f : entry) {
+                group.setField(f.tag, f.value);
+            }
+            m.addGroup(group);
+        }
+    }
+    return m;
+}
+
+FixMessage FromQuickFix(const FIX::Message& message) {
+    FixMessage out;
+    const FIX::Header& header = message.getHeader();
+    FIX::MsgType msgType;
+    if (header.getFieldIfSet(msgType)) {
+        out.msgType = msgType.getValue();
+    }
+    FIX::MsgSeqNum seq;
+    if (header.getFieldIfSet(seq)) {
+        out.msgSeqNum = seq.getValue();
+    }
+    FIX::PossDupFlag possDup;
+    if (header.getFieldIfSet(possDup)) {
+        out.possDup = possDup.getValue();
+    }
+    out.fields = FieldsOf(message);
+    for (FIX::FieldMap::g_const_iterator g = message.g_begin(); g != message.g_end(); ++g) {
+        FixGroup group;
+        group.countTag = g->first;
+        for (const FIX::FieldMap* entry : g->second) {
+            group.entries.push_back(FieldsOf(*entry));
+        }
+        out.groups.push_back(group);
+    }
+    return out;
+}
+
+FIX::DataDictionaryProvider MarketDataDictionaries(const std::string& beginString) {
+    std::shared_ptr<FIX::DataDictionary> dd = std::make_shared<FIX::DataDictionary>();
+    for (const GroupShape& shape : MarketDataGroups()) {
+        FIX::DataDictionary group;
+        group.addField(shape.delimiter);
+        for (int tag : shape.otherTags) {
+            group.addField(tag);
+        }
+        dd->addGroup(shape.msgType, shape.countTag, shape.delimiter, group);
+    }
+    FIX::DataDictionaryProvider provider;
+    provider.addTransportDataDictionary(FIX::BeginString(beginString), dd);
+    provider.addApplicationDataDictionary(FIX::Message::toApplVerID(FIX::BeginString(beginString)),
+                                          dd);
+    return provider;
+}
+
+} // namespace wicker

@@ -1,0 +1,208 @@
+#include "platform/fix/engine/FixInitiator.h"
+
+#include "platform/fix/engine/FixConvert.h"
+#include "platform/fix/engine/FixSettings.h"
+
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <thread>
+
+#include <quickfix/Application.h>
+#include <quickfix/FileLog.h>
+#include <quickfix/FileStore.h>
+#include <quickfix/FixFields.h>
+#include <quickfix/Session.h>
+#include <quickfix/SocketInitiator.h>
+
+namespace wicker {
+namespace {
+
+bool HasSetting(const FIX::SessionSettings& s, const FIX::SessionID& id, const char* key) {
+    return s.has(id) && s.get(id).has(key);
+}
+
+// The QuickFIX side of the session: turns callbacks into listener calls and keeps every
+// order that is stale or sent while disconnected off the wire.
+class InitiatorApplication : public FIX::Application {
+public:
+    explicit InitiatorApplication(FixSessionListener& listener) : m_listener(listener) {}
+
+    bool loggedOn() const { return m_loggedOn.load(); }
+
+    void onCreate(const FIX::SessionID& id) override {
+        if (FIX::Session* s = FIX::Session::lookupSession(id)) {
+            s->setDataDictionaryProvider(MarketDataDictionaries(id.getBeginString()));
+        }
+    }
+    void onLogon(const FIX::SessionID&) override {
+        m_loggedOn.store(true);
+        Guard([&] { m_listener.onLogon(); });
+    }
+    void onLogout(const FIX::SessionID&) override {
+        m_loggedOn.store(false);
+        Guard([&] { m_listener.onLogout(); });
+    }
+    void toAdmin(FIX::Message&, const FIX::SessionID&) override {}
+    void toApp(FIX::Message& message, const FIX::SessionID&) throw(FIX::DoNotSend) override {
+        FIX::PossDupFlag possDup;
+        if (message.getHeader().getFieldIfSet(possDup) && possDup.getValue()) {
+            Guard([&] { m_listener.onStaleNotResent(FromQuickFix(message)); });
+            throw FIX::DoNotSend();
+        }
+        // Sent while the session went down between the caller's check and here: refusing
+        // keeps QuickFIX from storing it for a late resend.
+        if (!m_loggedOn.load()) {
+            throw FIX::DoNotSend();
+        }
+    }
+    void fromAdmin(const FIX::Message& message,
+                   const FIX::SessionID&) throw(FIX::FieldNotFound, FIX::IncorrectDataFormat,
+                                                FIX::IncorrectTagValue, FIX::RejectLogon) override {
+        FIX::MsgType type;
+        if (message.getHeader().getFieldIfSet(type) && type.getValue() == FIX::MsgType_Reject) {
+            Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+        }
+    }
+    void fromApp(const FIX::Message& message,
+                 const FIX::SessionID&) throw(FIX::FieldNotFound, FIX::IncorrectDataFormat,
+                                              FIX::IncorrectTagValue,
+                                              FIX::UnsupportedMessageType) override {
+        Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+    }
+
+private:
+    // A listener that throws must not take the network thread down with it.
+    template <class F> static void Guard(F f) {
+        try {
+            f();
+        } catch (...) {
+        }
+    }
+
+    FixSessionListener& m_listener;
+    std::atomic<bool> m_loggedOn{false};
+};
+
+} // namespace
+
+struct FixInitiator::Impl {
+    Impl(const FixSessionConfig& c, FixSessionListener& listener)
+        : config(c), application(listener) {}
+
+    FixSessionConfig config;
+    InitiatorApplication application;
+    FIX::SessionSettings settings;
+    FIX::SessionID sessionID;
+    std::unique_ptr<FIX::MessageStoreFactory> store;
+    std::unique_ptr<FIX::LogFactory> log;
+    std::unique_ptr<FIX::SocketInitiator> initiator;
+    FIX::Session* session = nullptr;
+    bool started = false;
+};
+
+FixInitiator::FixInitiator(const FixSessionConfig& config, FixSessionListener& listener)
+    : m_impl(new Impl(config, listener)) {}
+
+FixInitiator::~FixInitiator() {
+    stop();
+}
+
+void FixInitiator::start() {
+    Impl& d = *m_impl;
+    if (d.started) {
+        return;
+    }
+    try {
+        d.settings = InitiatorSettings(d.config);
+        const std::set<FIX::SessionID> ids = d.settings.getSessions();
+        if (ids.size() != 1) {
+            throw FixEngineError("The FIX settings must name exactly one session.");
+        }
+        d.sessionID = *ids.begin();
+        if (!d.config.storePath.empty()) {
+            d.store.reset(new FIX::FileStoreFactory(d.config.storePath));
+        } else if (HasSetting(d.settings, d.sessionID, "FileStorePath")) {
+            d.store.reset(new FIX::FileStoreFactory(d.settings));
+        } else {
+            d.store.reset(new FIX::MemoryStoreFactory());
+        }
+        if (!d.config.logPath.empty()) {
+            d.log.reset(new FIX::FileLogFactory(d.config.logPath));
+        } else if (HasSetting(d.settings, d.sessionID, "FileLogPath")) {
+            d.log.reset(new FIX::FileLogFactory(d.settings));
+        }
+        if (d.log) {
+            d.initiator.reset(
+                new FIX::SocketInitiator(d.application, *d.store, d.settings, *d.log));
+        } else {
+            d.initiator.reset(new FIX::SocketInitiator(d.application, *d.store, d.settings));
+        }
+        d.initiator->start();
+        d.session = FIX::Session::lookupSession(d.sessionID);
+        d.started = true;
+    } catch (const FixEngineError&) {
+        throw;
+    } catch (const std::exception& e) {
+        d.initiator.reset();
+        throw FixEngineError(e.what());
+    }
+}
+
+void FixInitiator::stop() {
+    Impl& d = *m_impl;
+    if (!d.started) {
+        return;
+    }
+    d.started = false;
+    try {
+        // QuickFIX's own wait for the logout reply sleeps in whole seconds; waiting here
+        // in short steps saves a second on every clean stop.
+        if (d.session != nullptr && d.application.loggedOn()) {
+            d.session->logout();
+            const auto limit = std::chrono::steady_clock::now() +
+                               std::chrono::seconds(std::max(1, d.config.logonTimeout));
+            while (d.application.loggedOn() && std::chrono::steady_clock::now() < limit) {
+                std::this_thread::sleep_for(std::chrono::milliseconds(5));
+            }
+        }
+        d.initiator->stop(true);
+    } catch (...) {
+    }
+    d.session = nullptr;
+}
+
+bool FixInitiator::isLoggedOn() const {
+    return m_impl->started && m_impl->application.loggedOn();
+}
+
+int FixInitiator::send(FixMessage& message) {
+    Impl& d = *m_impl;
+    if (!isLoggedOn() || d.session == nullptr) {
+        return 0;
+    }
+    try {
+        FIX::Message m = ToQuickFix(message, d.sessionID.getBeginString());
+        if (!d.session->send(m)) {
+            return 0;
+        }
+        FIX::MsgSeqNum seq;
+        if (!m.getHeader().getFieldIfSet(seq)) {
+            return 0;
+        }
+        message.msgSeqNum = seq.getValue();
+        return message.msgSeqNum;
+    } catch (const std::exception&) {
+        return 0;
+    }
+}
+
+std::string FixInitiator::sessionName() const {
+    if (m_impl->started) {
+        return m_impl->sessionID.toString();
+    }
+    const FixSessionConfig& c = m_impl->config;
+    return c.beginString + ":" + c.senderCompID + "->" + c.targetCompID;
+}
+
+} // namespace wicker

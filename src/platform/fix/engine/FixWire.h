@@ -1,0 +1,58 @@
+#pragma once
+
+// Plain records exchanged with the QuickFIX engine. This header is shared by the C++14
+// engine and the C++20 rest of Wicker, so it includes neither QuickFIX nor Qt and uses
+// nothing newer than C++14.
+
+#include <string>
+#include <vector>
+
+namespace wicker {
+
+/// One tag=value pair of a FIX message.
+struct FixField {
+    int tag = 0;
+    std::string value;
+};
+
+/// The entries of one repeating group, each entry its own list of fields.
+struct FixGroup {
+    int countTag = 0;
+    std::vector<std::vector<FixField>> entries;
+};
+
+/// An application or session-level message without its framing (BeginString, BodyLength,
+/// CheckSum) and without the header fields that the session fills in itself.
+struct FixMessage {
+    std::string msgType;
+    std::vector<FixField> fields;
+    std::vector<FixGroup> groups;
+    int msgSeqNum = 0;    ///< set on received messages (and on sent ones after sending)
+    bool possDup = false; ///< PossDupFlag(43)=Y on a received message
+
+    /// The value of the first field with this tag in the body, or nullptr.
+    const std::string* find(int tag) const;
+    /// The entries of the group with this count tag, or nullptr.
+    const FixGroup* findGroup(int countTag) const;
+    void add(int tag, std::string value);
+};
+
+/// Identity and transport of one FIX session.
+struct FixSessionConfig {
+    std::string beginString = "FIX.4.2";
+    std::string senderCompID;
+    std::string targetCompID;
+    std::string host = "127.0.0.1"; ///< initiator: where to connect
+    int port = 0;
+    int heartBtInt = 30;
+    int reconnectInterval = 5;
+    int logonTimeout = 10;
+    std::string storePath; ///< FileStore folder; empty = memory store
+    std::string logPath;   ///< FileLog folder; empty = no log
+    bool resetOnLogon = false;
+    /// A QuickFIX settings file that replaces everything above but the store and log
+    /// paths when they are given there; empty = none.
+    std::string settingsFile;
+};
+
+} // namespace wicker

@@ -1,0 +1,148 @@
+#include "platform/fix/FixTestPeer.h"
+#include "platform/fix/engine/FixInitiator.h"
+#include "support/TempDir.h"
+
+#include <condition_variable>
+#include <mutex>
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using namespace std::chrono_literals;
+
+FixSessionConfig PeerSide(const std::string& beginString = "FIX.4.2") {
+    FixSessionConfig c;
+    c.beginString = beginString;
+    c.senderCompID = "EXCH";
+    c.targetCompID = "WICKER";
+    return c;
+}
+
+FixSessionConfig ClientSide(int port, const std::string& beginString = "FIX.4.2") {
+    FixSessionConfig c;
+    c.beginString = beginString;
+    c.senderCompID = "WICKER";
+    c.targetCompID = "EXCH";
+    c.port = port;
+    c.reconnectInterval = 1;
+    return c;
+}
+
+// Records what the initiator reports.
+class RecordingListener : public FixSessionListener {
+public:
+    void onLogon() override {
+        bump([&] { ++logons; });
+    }
+    void onLogout() override {
+        bump([&] { ++logouts; });
+    }
+    void onMessage(const FixMessage& m) override {
+        bump([&] { messages.push_back(m); });
+    }
+    void onStaleNotResent(const FixMessage& m) override {
+        bump([&] { stale.push_back(m); });
+    }
+
+    template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit = 5s) {
+        std::unique_lock lock(mutex);
+        return changed.wait_for(lock, limit, pred);
+    }
+
+    std::mutex mutex;
+    std::condition_variable changed;
+    int logons = 0;
+    int logouts = 0;
+    std::vector<FixMessage> messages;
+    std::vector<FixMessage> stale;
+
+private:
+    template <class F> void bump(F f) {
+        {
+            std::lock_guard lock(mutex);
+            f();
+        }
+        changed.notify_all();
+    }
+};
+
+FixMessage Order(const std::string& clOrdId) {
+    FixMessage m;
+    m.msgType = "D";
+    m.add(11, clOrdId);
+    m.add(21, "1");
+    m.add(55, "IBM");
+    m.add(54, "1");
+    m.add(38, "100");
+    m.add(40, "1");
+    m.add(60, "20240315-14:30:00.000");
+    return m;
+}
+
+TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
+    for (const std::string version : {"FIX.4.2", "FIX.4.4"}) {
+        SCOPED_TRACE(version);
+        test::FixTestPeer peer({PeerSide(version)});
+        peer.setReply([](FixAcceptor& a, const FixMessage& in) {
+            FixMessage w;
+            w.msgType = "W";
+            w.add(55, *in.find(55));
+            FixGroup g{268,
+                       {{{269, "0"}, {270, "10.5"}, {271, "300"}},
+                        {{269, "1"}, {270, "10.75"}, {271, "200"}}}};
+            w.groups.push_back(g);
+            a.send(0, w);
+        });
+        RecordingListener listener;
+        FixInitiator initiator(ClientSide(peer.port(), version), listener);
+        initiator.start();
+        ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
+        EXPECT_TRUE(initiator.isLoggedOn());
+
+        FixMessage order = Order("A-1");
+        const int seq = initiator.send(order);
+        EXPECT_GT(seq, 1); // the logon took 1
+        EXPECT_EQ(order.msgSeqNum, seq);
+
+        ASSERT_TRUE(listener.waitFor([&] { return !listener.messages.empty(); }));
+        const FixMessage& w = listener.messages.front();
+        EXPECT_EQ(w.msgType, "W");
+        ASSERT_NE(w.findGroup(268), nullptr);
+        const FixGroup& g = *w.findGroup(268);
+        ASSERT_EQ(g.entries.size(), 2u);
+        EXPECT_EQ(g.entries[1][0].tag, 269);
+        EXPECT_EQ(g.entries[1][0].value, "1");
+        EXPECT_EQ(g.entries[1][1].value, "10.75");
+
+        const std::vector<FixMessage> got = peer.received();
+        ASSERT_EQ(got.size(), 1u);
+        EXPECT_EQ(*got[0].find(11), "A-1");
+        EXPECT_EQ(got[0].msgSeqNum, seq);
+        initiator.stop();
+        EXPECT_FALSE(initiator.isLoggedOn());
+    }
+}
+
+TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {
+    RecordingListener listener;
+    FixSessionConfig c = ClientSide(1); // nobody listens on port 1
+    FixInitiator initiator(c, listener);
+    initiator.start();
+    FixMessage order = Order("A-1");
+    EXPECT_EQ(initiator.send(order), 0);
+    EXPECT_EQ(order.msgSeqNum, 0);
+}
+
+TEST(FixEngine, BadSettingsFileIsAnError) {
+    RecordingListener listener;
+    test::TempDir dir;
+    FixSessionConfig c = ClientSide(1);
+    c.settingsFile = (dir.path() / "missing.cfg").string();
+    FixInitiator initiator(c, listener);
+    EXPECT_THROW(initiator.start(), FixEngineError);
+}
+
+} // namespace
+} // namespace wicker
