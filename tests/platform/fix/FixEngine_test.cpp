@@ -42,8 +42,11 @@ public:
     void onMessage(const FixMessage& m) override {
         bump([&] { messages.push_back(m); });
     }
-    void onStaleNotResent(const FixMessage& m) override {
-        bump([&] { stale.push_back(m); });
+    void onSending(const std::string& type, int seq, const std::string& id) override {
+        bump([&] { sending.push_back(type + " " + std::to_string(seq) + " " + id); });
+    }
+    void onStaleNotResent(const std::string& type, int seq, const std::string& id) override {
+        bump([&] { stale.push_back(type + " " + std::to_string(seq) + " " + id); });
     }
 
     template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit = 5s) {
@@ -56,7 +59,8 @@ public:
     int logons = 0;
     int logouts = 0;
     std::vector<FixMessage> messages;
-    std::vector<FixMessage> stale;
+    std::vector<std::string> sending;
+    std::vector<std::string> stale;
 
 private:
     template <class F> void bump(F f) {
@@ -105,6 +109,11 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
         const int seq = initiator.send(order);
         EXPECT_GT(seq, 1); // the logon took 1
         EXPECT_EQ(order.msgSeqNum, seq);
+        {
+            std::lock_guard lock(listener.mutex);
+            EXPECT_EQ(listener.sending,
+                      std::vector<std::string>{"D " + std::to_string(seq) + " A-1"});
+        }
 
         ASSERT_TRUE(listener.waitFor([&] { return !listener.messages.empty(); }));
         const FixMessage& w = listener.messages.front();
@@ -123,6 +132,39 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
         initiator.stop();
         EXPECT_FALSE(initiator.isLoggedOn());
     }
+}
+
+// A counterparty that lost our order asks for it again after the reconnect: it is not
+// resent (it would reach the market late), the owner hears of it, and the session goes on.
+TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
+    RecordingListener listener;
+    auto peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()});
+    const int port = peer->port();
+    FixInitiator initiator(ClientSide(port), listener);
+    initiator.start();
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
+    FixMessage order = Order("A-1");
+    const int seq = initiator.send(order);
+    ASSERT_GT(seq, 0);
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 5s));
+
+    // A new counterparty on the same port that remembers nothing (memory store).
+    peer.reset();
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts == 1; }));
+    peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()}, port);
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }, 10s));
+    ASSERT_TRUE(listener.waitFor([&] { return !listener.stale.empty(); }));
+    {
+        std::lock_guard lock(listener.mutex);
+        EXPECT_EQ(listener.stale, std::vector<std::string>{"D " + std::to_string(seq) + " A-1"});
+    }
+    // The gap was filled: a new order reaches the new counterparty, the old one never does.
+    FixMessage next = Order("A-2");
+    ASSERT_GT(initiator.send(next), seq);
+    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 5s));
+    const std::vector<FixMessage> got = peer->received();
+    ASSERT_EQ(got.size(), 1u);
+    EXPECT_EQ(*got[0].find(11), "A-2");
 }
 
 TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {

@@ -7,7 +7,6 @@
 
 #include <atomic>
 #include <chrono>
-#include <condition_variable>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -20,9 +19,9 @@ class FixTestPeer : public FixAcceptorListener {
 public:
     using Reply = std::function<void(FixAcceptor&, const FixMessage&)>;
 
-    explicit FixTestPeer(std::vector<FixSessionConfig> sessions)
+    explicit FixTestPeer(std::vector<FixSessionConfig> sessions, int port = 0)
         : m_acceptor(std::make_unique<FixAcceptor>(std::move(sessions), *this)) {
-        m_acceptor->start("127.0.0.1", 0);
+        m_acceptor->start("127.0.0.1", port);
         m_thread = std::thread([this] {
             while (!m_stop.load()) {
                 m_acceptor->poll(20);
@@ -47,17 +46,21 @@ public:
     }
     int logons() const { return m_logons.load(); }
 
-    /// Waits until pred() holds or the time is up; returns pred().
+    /// Waits until pred() holds or the time is up; returns pred(). pred may call the
+    /// accessors above.
     template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit) {
-        std::unique_lock lock(m_mutex);
-        return m_changed.wait_for(lock, limit, pred);
+        const auto deadline = std::chrono::steady_clock::now() + limit;
+        while (!pred()) {
+            if (std::chrono::steady_clock::now() >= deadline) {
+                return false;
+            }
+            std::this_thread::sleep_for(std::chrono::milliseconds(2));
+        }
+        return true;
     }
 
-    void onLogon(int) override {
-        ++m_logons;
-        m_changed.notify_all();
-    }
-    void onLogout(int) override { m_changed.notify_all(); }
+    void onLogon(int) override { ++m_logons; }
+    void onLogout(int) override {}
     void onMessage(int, const FixMessage& message) override {
         Reply reply;
         {
@@ -68,12 +71,10 @@ public:
         if (reply) {
             reply(*m_acceptor, message);
         }
-        m_changed.notify_all();
     }
 
 private:
     mutable std::mutex m_mutex;
-    std::condition_variable m_changed;
     std::vector<FixMessage> m_received;
     Reply m_reply;
     std::atomic<int> m_logons{0};

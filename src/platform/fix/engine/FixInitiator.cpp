@@ -45,9 +45,18 @@ public:
     }
     void toAdmin(FIX::Message&, const FIX::SessionID&) override {}
     void toApp(FIX::Message& message, const FIX::SessionID&) throw(FIX::DoNotSend) override {
+        const FIX::Header& header = message.getHeader();
+        FIX::MsgType type;
+        FIX::MsgSeqNum seq;
+        header.getFieldIfSet(type);
+        header.getFieldIfSet(seq);
+        FIX::ClOrdID clOrdID;
+        message.getFieldIfSet(clOrdID);
         FIX::PossDupFlag possDup;
-        if (message.getHeader().getFieldIfSet(possDup) && possDup.getValue()) {
-            Guard([&] { m_listener.onStaleNotResent(FromQuickFix(message)); });
+        if (header.getFieldIfSet(possDup) && possDup.getValue()) {
+            Guard([&] {
+                m_listener.onStaleNotResent(type.getValue(), seq.getValue(), clOrdID.getValue());
+            });
             throw FIX::DoNotSend();
         }
         // Sent while the session went down between the caller's check and here: refusing
@@ -55,6 +64,7 @@ public:
         if (!m_loggedOn.load()) {
             throw FIX::DoNotSend();
         }
+        Guard([&] { m_listener.onSending(type.getValue(), seq.getValue(), clOrdID.getValue()); });
     }
     void fromAdmin(const FIX::Message& message,
                    const FIX::SessionID&) throw(FIX::FieldNotFound, FIX::IncorrectDataFormat,

@@ -2,6 +2,8 @@
 
 #include "platform/fix/engine/FixWire.h"
 
+#include <string>
+
 namespace wicker {
 
 /// What a FIX session reports to its owner. Called on the engine's network thread; an
@@ -14,9 +16,14 @@ public:
     virtual void onLogout() = 0;
     /// An application message, or a session-level Reject (35=3).
     virtual void onMessage(const FixMessage& message) = 0;
+    /// An application message is about to go on the wire with this sequence number (called
+    /// on the sending thread, inside QuickFIX: keep it short and call nothing back).
+    virtual void onSending(const std::string& msgType, int msgSeqNum,
+                           const std::string& clOrdID) = 0;
     /// An application message that the counterparty asked to have resent: it is never sent
     /// again (a stale order must not reach the market late), a gap fill takes its place.
-    virtual void onStaleNotResent(const FixMessage& message) = 0;
+    virtual void onStaleNotResent(const std::string& msgType, int msgSeqNum,
+                                  const std::string& clOrdID) = 0;
 };
 
 } // namespace wicker

@@ -37,6 +37,10 @@ FIX::SessionSettings InitiatorSettings(const FixSessionConfig& c) {
     d.setInt("ReconnectInterval", c.reconnectInterval);
     SetCommon(d, c);
     FIX::SessionSettings settings;
+    // SocketInitiator reads the reconnect interval from the defaults only.
+    FIX::Dictionary defaults;
+    defaults.setInt("ReconnectInterval", c.reconnectInterval);
+    settings.set(defaults);
     settings.set(FIX::SessionID(c.beginString, c.senderCompID, c.targetCompID), d);
     return settings;
 }

@@ -1,0 +1,414 @@
+#include "platform/fix/FixOrderBook.h"
+
+#include "platform/fix/FixNumbers.h"
+#include "platform/fix/FixOrderMapping.h"
+
+#include <array>
+
+namespace wicker {
+namespace {
+
+// Tags read from reports.
+constexpr int TagAccount = 1;
+constexpr int TagAvgPx = 6;
+constexpr int TagClOrdID = 11;
+constexpr int TagCumQty = 14;
+constexpr int TagExecID = 17;
+constexpr int TagLastPx = 31;
+constexpr int TagLastShares = 32;
+constexpr int TagOrderID = 37;
+constexpr int TagOrderQty = 38;
+constexpr int TagOrdStatus = 39;
+constexpr int TagOrigClOrdID = 41;
+constexpr int TagPrice = 44;
+constexpr int TagRefSeqNum = 45;
+constexpr int TagSide = 54;
+constexpr int TagSymbol = 55;
+constexpr int TagText = 58;
+constexpr int TagTimeInForce = 59;
+constexpr int TagTransactTime = 60;
+constexpr int TagExDestination = 100;
+constexpr int TagCxlRejReason = 102;
+constexpr int TagOrdRejReason = 103;
+constexpr int TagExecType = 150;
+constexpr int TagLeavesQty = 151;
+constexpr int TagSessionRejectReason = 373;
+constexpr int TagBusinessRejectRefID = 379;
+constexpr int TagBusinessRejectReason = 380;
+
+const std::string& Value(const FixMessage& m, int tag) {
+    static const std::string empty;
+    const std::string* v = m.find(tag);
+    return v != nullptr ? *v : empty;
+}
+
+// The numbers of a report, each present or not; `valid` is false when one is present
+// but not a number of its kind (the whole report is then ignored).
+struct ReportNumbers {
+    bool valid = true;
+    std::optional<int32_t> quantity, leaves, cum, lastShares;
+    std::optional<double> avgPx, lastPx, price;
+};
+
+template <class T, class Parse>
+void Read(const FixMessage& m, int tag, std::optional<T>& into, bool& valid, Parse parse) {
+    if (const std::string* text = m.find(tag)) {
+        into = parse(*text);
+        if (!into) {
+            valid = false;
+        }
+    }
+}
+
+ReportNumbers NumbersOf(const FixMessage& m) {
+    ReportNumbers n;
+    Read(m, TagOrderQty, n.quantity, n.valid, ParseFixQuantity);
+    Read(m, TagLeavesQty, n.leaves, n.valid, ParseFixQuantity);
+    Read(m, TagCumQty, n.cum, n.valid, ParseFixQuantity);
+    Read(m, TagLastShares, n.lastShares, n.valid, ParseFixQuantity);
+    Read(m, TagAvgPx, n.avgPx, n.valid, ParseFixDecimal);
+    Read(m, TagLastPx, n.lastPx, n.valid, ParseFixDecimal);
+    Read(m, TagPrice, n.price, n.valid, ParseFixDecimal);
+    for (const auto* q : {&n.quantity, &n.leaves, &n.cum, &n.lastShares}) {
+        if (q->has_value() && **q < 0) {
+            n.valid = false;
+        }
+    }
+    for (const auto* p : {&n.avgPx, &n.lastPx}) {
+        if (p->has_value() && **p < 0) {
+            n.valid = false;
+        }
+    }
+    return n;
+}
+
+int32_t ReasonOf(const FixMessage& m, int tag) {
+    const std::string* text = m.find(tag);
+    if (text == nullptr) {
+        return 0;
+    }
+    const std::optional<int32_t> n = ParseFixQuantity(*text);
+    return n.value_or(0);
+}
+
+bool IsRejected(const FixMessage& m) {
+    return Value(m, TagExecType) == "8" || Value(m, TagOrdStatus) == "8";
+}
+
+} // namespace
+
+std::string OrdStatusText(std::string_view s) {
+    static constexpr std::array<std::pair<std::string_view, std::string_view>, 15> names{{
+        {"0", "New"},
+        {"1", "Partially Filled"},
+        {"2", "Filled"},
+        {"3", "Done For Day"},
+        {"4", "Canceled"},
+        {"5", "Replaced"},
+        {"6", "Pending Cancel"},
+        {"7", "Stopped"},
+        {"8", "Rejected"},
+        {"9", "Suspended"},
+        {"A", "Pending New"},
+        {"B", "Calculated"},
+        {"C", "Expired"},
+        {"D", "Accepted For Bidding"},
+        {"E", "Pending Replace"},
+    }};
+    for (const auto& [code, name] : names) {
+        if (code == s) {
+            return std::string(name);
+        }
+    }
+    return "Unknown";
+}
+
+void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& memo) {
+    std::lock_guard lock(m_mutex);
+    m_memos[clOrdID] = memo;
+}
+
+int32_t FixOrderBook::addOrder(const FixOrderState& order) {
+    std::lock_guard lock(m_mutex);
+    FixOrderState s;
+    s.recordId = static_cast<int32_t>(m_orders.size() + 1);
+    s.clOrdID = order.clOrdID;
+    s.currentClOrdID = order.clOrdID;
+    s.account = order.account;
+    s.side = order.side;
+    s.symbol = order.symbol;
+    s.destination = order.destination;
+    s.tif = order.tif;
+    s.memo = order.memo;
+    s.priceType = order.priceType;
+    s.lmtPrice = order.lmtPrice;
+    s.maxFloor = order.maxFloor;
+    s.quantity = order.quantity;
+    s.leaves = order.quantity;
+    s.ordStatus = "A";
+    s.status = OrdStatusText(s.ordStatus);
+    m_orders.push_back(s);
+    m_byClOrdID[s.clOrdID] = s.recordId;
+    m_memos[s.clOrdID] = s.memo;
+    m_awaiting.insert(s.clOrdID);
+    return s.recordId;
+}
+
+bool FixOrderBook::addCancel(int32_t recordId, const std::string& cancelClOrdID) {
+    std::lock_guard lock(m_mutex);
+    if (recordId <= 0 || static_cast<size_t>(recordId) > m_orders.size()) {
+        return false;
+    }
+    m_byClOrdID[cancelClOrdID] = recordId;
+    m_cancelIDs.insert(cancelClOrdID);
+    m_awaiting.insert(cancelClOrdID);
+    return true;
+}
+
+void FixOrderBook::noteSent(int msgSeqNum, const std::string& clOrdID) {
+    std::lock_guard lock(m_mutex);
+    m_clOrdIDBySeq[msgSeqNum] = clOrdID;
+}
+
+std::optional<FixOrderState> FixOrderBook::find(int32_t recordId) const {
+    std::lock_guard lock(m_mutex);
+    if (recordId <= 0 || static_cast<size_t>(recordId) > m_orders.size()) {
+        return std::nullopt;
+    }
+    return m_orders[static_cast<size_t>(recordId - 1)];
+}
+
+std::optional<FixOrderState> FixOrderBook::findByClOrdID(std::string_view clOrdID) const {
+    std::lock_guard lock(m_mutex);
+    const auto it = m_byClOrdID.find(std::string(clOrdID));
+    if (it == m_byClOrdID.end()) {
+        return std::nullopt;
+    }
+    return m_orders[static_cast<size_t>(it->second - 1)];
+}
+
+size_t FixOrderBook::size() const {
+    std::lock_guard lock(m_mutex);
+    return m_orders.size();
+}
+
+FixOrderState* FixOrderBook::lookup(std::string_view clOrdID) {
+    if (clOrdID.empty()) {
+        return nullptr;
+    }
+    const auto it = m_byClOrdID.find(std::string(clOrdID));
+    return it == m_byClOrdID.end() ? nullptr : &m_orders[static_cast<size_t>(it->second - 1)];
+}
+
+FixOrderState* FixOrderBook::lookupReport(const FixMessage& m) {
+    if (FixOrderState* o = lookup(Value(m, TagClOrdID))) {
+        return o;
+    }
+    if (FixOrderState* o = lookup(Value(m, TagOrigClOrdID))) {
+        return o;
+    }
+    const std::string& orderID = Value(m, TagOrderID);
+    if (!orderID.empty()) {
+        const auto it = m_byOrderID.find(orderID);
+        if (it != m_byOrderID.end()) {
+            return &m_orders[static_cast<size_t>(it->second - 1)];
+        }
+    }
+    return nullptr;
+}
+
+FixOrderState& FixOrderBook::createFromReport(const FixMessage& m) {
+    FixOrderState s;
+    s.recordId = static_cast<int32_t>(m_orders.size() + 1);
+    // A cancel's report names the order's own id in OrigClOrdID.
+    const std::string& orig = Value(m, TagOrigClOrdID);
+    s.clOrdID = orig.empty() ? Value(m, TagClOrdID) : orig;
+    s.account = Value(m, TagAccount);
+    s.side = SideCodeOf(Value(m, TagSide)).value_or("");
+    s.symbol = Value(m, TagSymbol);
+    s.destination = Value(m, TagExDestination);
+    for (const std::string* id :
+         std::initializer_list<const std::string*>{&s.clOrdID, &Value(m, TagClOrdID)}) {
+        if (const auto it = m_memos.find(*id); it != m_memos.end()) {
+            s.memo = it->second;
+            break;
+        }
+    }
+    if (s.memo.empty() && m_memoTag > 0) {
+        s.memo = Value(m, m_memoTag);
+    }
+    m_orders.push_back(s);
+    if (!s.clOrdID.empty()) {
+        m_byClOrdID[s.clOrdID] = s.recordId;
+    }
+    return m_orders.back();
+}
+
+void FixOrderBook::answer(const std::string& clOrdID, FixBookOutcome& out) {
+    if (m_awaiting.erase(clOrdID) > 0) {
+        out.answered.push_back(clOrdID);
+    }
+}
+
+FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
+    std::lock_guard lock(m_mutex);
+    if (message.msgType == "8") {
+        return applyExecutionReport(message);
+    }
+    if (message.msgType == "9") {
+        return applyCancelReject(message);
+    }
+    if (message.msgType == "3") {
+        return applyReject(message, TagSessionRejectReason);
+    }
+    if (message.msgType == "j") {
+        return applyReject(message, TagBusinessRejectReason);
+    }
+    return {};
+}
+
+FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
+    const std::string& clOrdID = Value(m, TagClOrdID);
+    const std::string& orderID = Value(m, TagOrderID);
+    const std::string& execID = Value(m, TagExecID);
+    if (clOrdID.empty() && orderID.empty()) {
+        return {};
+    }
+    const ReportNumbers n = NumbersOf(m);
+    if (!n.valid) {
+        return {};
+    }
+    // "0" is what some brokers put in status reports, which carry no fill.
+    if (!execID.empty() && execID != "0" && !m_execIDs.insert(execID).second) {
+        return {};
+    }
+    FixOrderState* found = lookupReport(m);
+    FixOrderState& o = found != nullptr ? *found : createFromReport(m);
+    if (!clOrdID.empty()) {
+        m_byClOrdID.emplace(clOrdID, o.recordId);
+        o.currentClOrdID = clOrdID;
+    }
+    if (!orderID.empty()) {
+        o.orderID = orderID;
+        m_byOrderID[orderID] = o.recordId;
+    }
+    if (n.quantity) {
+        o.quantity = *n.quantity;
+    }
+    if (n.leaves) {
+        o.leaves = *n.leaves;
+    }
+    if (n.cum) {
+        o.cum = *n.cum;
+    }
+    if (n.avgPx) {
+        o.avgPx = *n.avgPx;
+    }
+    o.lastShares = n.lastShares.value_or(0);
+    o.lastPx = n.lastPx.value_or(0);
+    if (found == nullptr) {
+        o.lmtPrice = n.price.value_or(0);
+        o.tif = Value(m, TagTimeInForce);
+    }
+    if (const std::string* s = m.find(TagOrdStatus)) {
+        o.ordStatus = *s;
+    }
+    if (const std::string* s = m.find(TagExecType)) {
+        o.execType = *s;
+    }
+    o.status = OrdStatusText(o.ordStatus);
+    o.text = Value(m, TagText);
+    o.transactTime = Value(m, TagTransactTime);
+    ++o.updates;
+
+    FixBookOutcome out;
+    answer(clOrdID, out);
+    if (IsRejected(m)) {
+        o.leaves = 0; // a rejected order is not open, whatever LeavesQty says
+        out.events.emplace_back(o);
+        out.events.emplace_back(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
+                                               ReasonOf(m, TagOrdRejReason), o.text});
+    } else {
+        out.events.emplace_back(o);
+    }
+    return out;
+}
+
+FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
+    const std::string& clOrdID = Value(m, TagClOrdID);
+    const std::string& orig = Value(m, TagOrigClOrdID);
+    FixBookOutcome out;
+    answer(clOrdID, out);
+    FixOrderState* o = lookupReport(m);
+    const int32_t reason = ReasonOf(m, TagCxlRejReason);
+    if (o == nullptr) {
+        const std::string& id = orig.empty() ? clOrdID : orig;
+        if (!id.empty()) {
+            out.events.emplace_back(FixOrderReject{0, id, "", "", 0, reason, Value(m, TagText)});
+        }
+        return out;
+    }
+    if (const std::string* s = m.find(TagOrdStatus); s != nullptr && !s->empty()) {
+        o->ordStatus = *s;
+        o->status = OrdStatusText(*s);
+    }
+    // The cancel failed: the order stands as last reported (the screen zeroed its open
+    // quantity when it asked for the cancel).
+    out.events.emplace_back(FixOrderReject{o->recordId, o->clOrdID, o->side, o->symbol, o->quantity,
+                                           reason, Value(m, TagText)});
+    out.events.emplace_back(*o);
+    return out;
+}
+
+FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
+    std::string clOrdID;
+    if (reasonTag == TagBusinessRejectReason && lookup(Value(m, TagBusinessRejectRefID))) {
+        clOrdID = Value(m, TagBusinessRejectRefID);
+    } else if (const std::optional<int32_t> seq = ParseFixInt(Value(m, TagRefSeqNum))) {
+        if (const auto it = m_clOrdIDBySeq.find(*seq); it != m_clOrdIDBySeq.end()) {
+            clOrdID = it->second;
+        }
+    }
+    FixBookOutcome out;
+    if (clOrdID.empty()) {
+        return out; // about a message that was not an order or a cancel
+    }
+    answer(clOrdID, out);
+    refuse(clOrdID, ReasonOf(m, reasonTag), Value(m, TagText), out);
+    return out;
+}
+
+void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::string text,
+                          FixBookOutcome& out) {
+    FixOrderState* o = lookup(clOrdID);
+    if (o == nullptr) {
+        return;
+    }
+    const FixOrderReject reject{o->recordId, o->clOrdID, o->side,        o->symbol,
+                                o->quantity, reason,     std::move(text)};
+    if (m_cancelIDs.count(clOrdID) > 0) {
+        out.events.emplace_back(reject);
+        out.events.emplace_back(*o);
+        return;
+    }
+    if (o->updates > 0) {
+        return; // the counterparty has reported on the order: it is alive after all
+    }
+    o->leaves = 0;
+    o->ordStatus = "8";
+    o->status = OrdStatusText(o->ordStatus);
+    o->text = reject.text;
+    ++o->updates;
+    out.events.emplace_back(*o);
+    out.events.emplace_back(reject);
+}
+
+FixBookOutcome FixOrderBook::notSent(const std::string& clOrdID) {
+    std::lock_guard lock(m_mutex);
+    FixBookOutcome out;
+    answer(clOrdID, out);
+    refuse(clOrdID, OfflineRejectReason, "Not sent: the FIX session is down.", out);
+    return out;
+}
+
+} // namespace wicker

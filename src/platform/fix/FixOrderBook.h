@@ -1,0 +1,133 @@
+#pragma once
+
+#include "platform/fix/engine/FixWire.h"
+
+#include <cstdint>
+#include <deque>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <unordered_set>
+#include <variant>
+#include <vector>
+
+namespace wicker {
+
+/// What Wicker knows of one order it follows over FIX.
+struct FixOrderState {
+    int32_t recordId = 0;
+    std::string clOrdID;        ///< the id the order was sent with
+    std::string currentClOrdID; ///< the latest one (a cancel request's included)
+    std::string orderID;        ///< the broker's OrderID(37)
+    std::string account;
+    std::string side; ///< side code: "B", "S", "T" (as sent: "BUY" too)
+    std::string symbol;
+    std::string destination;
+    std::string tif; ///< TIF letter
+    std::string memo;
+    int32_t priceType = 0;
+    double lmtPrice = 0;
+    int32_t maxFloor = 0;
+    int32_t quantity = 0;
+    int32_t leaves = 0;
+    int32_t cum = 0;
+    double avgPx = 0;
+    double lastPx = 0;
+    int32_t lastShares = 0;
+    std::string ordStatus; ///< OrdStatus(39)
+    std::string execType;  ///< ExecType(150)
+    std::string status;    ///< OrdStatus as words
+    std::string text;      ///< Text(58) of the latest report
+    std::string transactTime;
+    int32_t updates = 0; ///< reports applied so far
+};
+
+/// A refused order or cancel: the reason is the counterparty's OrdRejReason(103),
+/// CxlRejReason(102), SessionRejectReason(373) or BusinessRejectReason(380), or -16 when
+/// the order never left because the session was down.
+struct FixOrderReject {
+    int32_t recordId = 0;
+    std::string clOrdID;
+    std::string side;
+    std::string symbol;
+    int32_t quantity = 0;
+    int32_t reason = 0;
+    std::string text;
+};
+
+using FixBookEvent = std::variant<FixOrderState, FixOrderReject>;
+
+/// What one received message did to the book: events for the screen, in order, and the
+/// ClOrdIDs whose first answer this was (they leave the sending window).
+struct FixBookOutcome {
+    std::vector<FixBookEvent> events;
+    std::vector<std::string> answered;
+};
+
+/// Reason code of a reject for an order that never went out (the platform's "offline").
+inline constexpr int32_t OfflineRejectReason = -16;
+
+/// The orders of one FIX session, keyed by ClOrdID, OrderID and local record id, and the
+/// interpretation of every report about them. Reports are trusted only as far as they
+/// parse: a malformed one changes nothing, a repeated ExecID is applied once, an unknown
+/// ClOrdID becomes a new order (one sent before the program started), CumQty and AvgPx
+/// are taken as the counterparty states them. Thread-safe.
+class FixOrderBook {
+public:
+    /// Memo tag of reports that carry the memo back (0: none); the local memo wins.
+    explicit FixOrderBook(int memoTag = 0) : m_memoTag(memoTag) {}
+
+    /// Memos of orders sent in earlier runs, by ClOrdID.
+    void restoreMemo(const std::string& clOrdID, const std::string& memo);
+    /// A new order about to be sent; returns its record id. Fields other than identity,
+    /// account, side, symbol, destination, TIF, memo, price type, price, max floor and
+    /// quantity are ignored.
+    int32_t addOrder(const FixOrderState& order);
+    /// A cancel request for a known order; false when the record is unknown.
+    bool addCancel(int32_t recordId, const std::string& cancelClOrdID);
+    /// The message with this ClOrdID went out with this sequence number.
+    void noteSent(int msgSeqNum, const std::string& clOrdID);
+
+    std::optional<FixOrderState> find(int32_t recordId) const;
+    std::optional<FixOrderState> findByClOrdID(std::string_view clOrdID) const;
+    size_t size() const;
+
+    /// Interprets an ExecutionReport (8), OrderCancelReject (9), session Reject (3) or
+    /// BusinessMessageReject (j); anything else, or anything unusable, changes nothing.
+    FixBookOutcome apply(const FixMessage& message);
+    /// A message that never reached the counterparty (not resent after a reconnect, or
+    /// still waiting to go out when the session dropped): a new order is rejected with
+    /// reason -16, unless a report for it has arrived after all; a cancel leaves the order
+    /// as it was.
+    FixBookOutcome notSent(const std::string& clOrdID);
+
+private:
+    FixOrderState* lookup(std::string_view clOrdID);
+    FixOrderState* lookupReport(const FixMessage& m);
+    FixOrderState& createFromReport(const FixMessage& m);
+    FixBookOutcome applyExecutionReport(const FixMessage& m);
+    FixBookOutcome applyCancelReject(const FixMessage& m);
+    FixBookOutcome applyReject(const FixMessage& m, int reasonTag);
+    // A request that failed before the counterparty acted on it: a new order dies, a
+    // cancel leaves its order as it was.
+    void refuse(const std::string& clOrdID, int32_t reason, std::string text, FixBookOutcome& out);
+    void answer(const std::string& clOrdID, FixBookOutcome& out);
+
+    int m_memoTag;
+    mutable std::mutex m_mutex;
+    std::deque<FixOrderState> m_orders; // index = recordId - 1
+    std::unordered_map<std::string, int32_t> m_byClOrdID;
+    std::unordered_map<std::string, int32_t> m_byOrderID;
+    std::unordered_map<int, std::string> m_clOrdIDBySeq;
+    std::unordered_map<std::string, std::string> m_memos;
+    std::unordered_set<std::string> m_execIDs;
+    std::unordered_set<std::string> m_cancelIDs;
+    std::unordered_set<std::string> m_awaiting; // sent, no answer yet
+};
+
+/// OrdStatus(39) as words ("New", "Partially Filled", ...); "Unknown" for other values.
+std::string OrdStatusText(std::string_view ordStatus);
+
+} // namespace wicker
