@@ -1,0 +1,48 @@
+#pragma once
+
+#include "common/Result.h"
+#include "platform/fix/FixOrderMapping.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace wicker {
+
+/// The port wicker-exchange listens on unless told otherwise.
+inline constexpr int DefaultFixPort = 9878;
+
+/// Where the quotes of the FIX platform come from.
+enum class FixQuoteSource {
+    Fix,  ///< market data requests on the FIX session
+    Sim,  ///< the built-in simulator
+    None, ///< no quotes
+};
+
+/// Settings of the FIX platform, from basket.ini section "Platform" (keys in the
+/// comments). A QuickFIX settings file, when named, replaces the session keys.
+struct FixPlatformSettings {
+    std::string host = "127.0.0.1";         ///< FixHost
+    int port = DefaultFixPort;              ///< FixPort
+    std::string senderCompID = "WICKER";    ///< FixSenderCompID
+    std::string targetCompID = "EXCH";      ///< FixTargetCompID
+    FixVersion version = FixVersion::Fix42; ///< FixVersion: "4.2" or "4.4"
+    int heartBtInt = 30;                    ///< FixHeartBtInt, seconds
+    int reconnectInterval = 5;              ///< FixReconnectInterval, seconds
+    std::string settingsFile;               ///< FixSettingsFile, relative to the data folder
+    bool resetOnLogon = false;              ///< FixResetOnLogon "1"/"0"
+    std::string handlInst = "1";            ///< FixHandlInst(21)
+    int memoTag = 0; ///< FixMemoTag: tag that carries the memo (58 = Text); 0 none
+    FixQuoteSource quotes = FixQuoteSource::Fix; ///< FixQuotes: "FIX", "SIM" or "NONE"
+    int sendWindow = 200;  ///< FixSendWindow: orders on the wire without an answer
+    TifProfile tifProfile; ///< FixTifOS, FixTifNOW, FixTifEXT, ...: "59=3;9416=Y"
+};
+
+/// Reads the settings through `key` (a key of section "Platform" -> its value, nothing when
+/// absent). An error names the first key whose value is unusable.
+Result<FixPlatformSettings>
+ReadFixPlatformSettings(const std::function<std::optional<std::string>(std::string_view)>& key);
+
+} // namespace wicker

@@ -1,0 +1,57 @@
+#include "platform/fix/MemoJournal.h"
+
+namespace wicker {
+namespace {
+
+// Tabs and line ends would break the line format; they never occur in the program's own
+// ids and memos, so they are replaced rather than escaped.
+std::string Clean(const std::string& text) {
+    std::string out = text;
+    for (char& c : out) {
+        if (c == '\t' || c == '\n' || c == '\r') {
+            c = ' ';
+        }
+    }
+    return out;
+}
+
+} // namespace
+
+Result<MemoJournal> MemoJournal::Open(const std::filesystem::path& file) {
+    std::error_code ec;
+    std::filesystem::create_directories(file.parent_path(), ec);
+    std::ofstream out(file, std::ios::binary | std::ios::app);
+    if (!out) {
+        return Error{"Cannot open the order memo journal " + file.string() + "."};
+    }
+    return MemoJournal(std::move(out));
+}
+
+std::vector<std::pair<std::string, std::string>>
+MemoJournal::Read(const std::filesystem::path& file) {
+    std::vector<std::pair<std::string, std::string>> out;
+    std::ifstream in(file, std::ios::binary);
+    std::string line;
+    while (std::getline(in, line)) {
+        if (in.eof()) {
+            break; // no line end: the write was cut short by a crash
+        }
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        const size_t tab = line.find('\t');
+        if (tab == std::string::npos || tab == 0) {
+            continue; // not a line of ours
+        }
+        out.emplace_back(line.substr(0, tab), line.substr(tab + 1));
+    }
+    return out;
+}
+
+bool MemoJournal::append(const std::string& clOrdID, const std::string& memo) {
+    m_out << Clean(clOrdID) << '\t' << Clean(memo) << '\n';
+    m_out.flush();
+    return static_cast<bool>(m_out);
+}
+
+} // namespace wicker
