@@ -1,4 +1,5 @@
 #include "platform/fix/FixTestPeer.h"
+#include "platform/fix/RecordingSessionListener.h"
 #include "platform/fix/engine/FixInitiator.h"
 #include "support/TempDir.h"
 
@@ -30,48 +31,6 @@ FixSessionConfig ClientSide(int port, const std::string& beginString = "FIX.4.2"
     return c;
 }
 
-// Records what the initiator reports.
-class RecordingListener : public FixSessionListener {
-public:
-    void onLogon() override {
-        bump([&] { ++logons; });
-    }
-    void onLogout() override {
-        bump([&] { ++logouts; });
-    }
-    void onMessage(const FixMessage& m) override {
-        bump([&] { messages.push_back(m); });
-    }
-    void onSending(const std::string& type, int seq, const std::string& id) override {
-        bump([&] { sending.push_back(type + " " + std::to_string(seq) + " " + id); });
-    }
-    void onStaleNotResent(const std::string& type, int seq, const std::string& id) override {
-        bump([&] { stale.push_back(type + " " + std::to_string(seq) + " " + id); });
-    }
-
-    template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit = 5s) {
-        std::unique_lock lock(mutex);
-        return changed.wait_for(lock, limit, pred);
-    }
-
-    std::mutex mutex;
-    std::condition_variable changed;
-    int logons = 0;
-    int logouts = 0;
-    std::vector<FixMessage> messages;
-    std::vector<std::string> sending;
-    std::vector<std::string> stale;
-
-private:
-    template <class F> void bump(F f) {
-        {
-            std::lock_guard lock(mutex);
-            f();
-        }
-        changed.notify_all();
-    }
-};
-
 FixMessage Order(const std::string& clOrdId) {
     FixMessage m;
     m.msgType = "D";
@@ -99,7 +58,7 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
             w.groups.push_back(g);
             a.send(0, w);
         });
-        RecordingListener listener;
+        test::RecordingSessionListener listener;
         FixInitiator initiator(ClientSide(peer.port(), version), listener);
         initiator.start();
         ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
@@ -137,7 +96,7 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
 // A counterparty that lost our order asks for it again after the reconnect: it is not
 // resent (it would reach the market late), the owner hears of it, and the session goes on.
 TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
-    RecordingListener listener;
+    test::RecordingSessionListener listener;
     auto peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()});
     const int port = peer->port();
     FixInitiator initiator(ClientSide(port), listener);
@@ -168,7 +127,7 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
 }
 
 TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {
-    RecordingListener listener;
+    test::RecordingSessionListener listener;
     FixSessionConfig c = ClientSide(1); // nobody listens on port 1
     FixInitiator initiator(c, listener);
     initiator.start();
@@ -178,7 +137,7 @@ TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {
 }
 
 TEST(FixEngine, BadSettingsFileIsAnError) {
-    RecordingListener listener;
+    test::RecordingSessionListener listener;
     test::TempDir dir;
     FixSessionConfig c = ClientSide(1);
     c.settingsFile = (dir.path() / "missing.cfg").string();
