@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace wicker {
+
+/// One order-update event of the platform (QVXOrderStruct), as order tracking reads it:
+/// one field per member of OrderUpdate, named after it without the type prefix, plus the
+/// identity fields. The platform layer fills one from its own record.
+struct OrderReport {
+    std::string Account;
+    std::string Action;
+    std::string BatchId;
+    std::string Destination;
+    std::string ExchClOrderId;
+    std::string ExchOrderId;
+    std::string ExecBroker;
+    std::string ExecInst;
+    std::string Instrument;
+    std::string LogMessage;
+    std::string OrderTime;
+    std::string PairId;
+    std::string PriceType;
+    std::string Side;
+    double TrailInc = 0;
+    std::string SorPreference;
+    std::string Strategy;
+    std::string StartTime;
+    std::string EndTime;
+    std::string Tif;
+    std::string UpdateTime;
+    std::string User;
+    std::string UserId;
+    double AvgExecPrice = 0;
+    double AvgPriceLmt = 0;
+    double CashComponent = 0;
+    double Discretion = 0;
+    double ExecPriceLmt = 0;
+    double LmtPrice = 0;
+    double MaxHighPctDeviation = 0;
+    double MaxLowPctDeviation = 0;
+    double PctPerSlice = 0;
+    double PegDiff = 0;
+    double Premium = 0;
+    double Ratio = 0;
+    double ReactPrice = 0;
+    double StpPrice = 0;
+    double TargetPctVolume = 0;
+    double TargetPrice = 0;
+    double Tilt = 0;
+    double TrailAmt = 0;
+    double UrStpdPrice = 0;
+    int32_t SeqNum = 0;
+    int32_t Auction = 0;
+    int32_t CumExecQuantity = 0;
+    int32_t DbsNo = 0;
+    int32_t Display = 0;
+    int32_t Duration = 0;
+    int32_t ExecAggression = 0;
+    int32_t LvsQuantity = 0;
+    int32_t MarketStructure = 0;
+    int32_t MaxPctVolume = 0;
+    int32_t MinPctVolume = 0;
+    int32_t MinQuantity = 0;
+    int32_t OrderCompletion = 0;
+    int32_t OrderRecordId = 0; ///< the platform's identity of the order, stable across updates
+    int32_t OrderStatus = 0;
+    int32_t PingInterval = 0;
+    int32_t PriceTolerance = 0;
+    int32_t PriceTypeCode = 0; ///< the numeric price type (PriceType is its text)
+    int32_t Quantity = 0;
+    int32_t QtyTolerancePct = 0;
+    int32_t QtyToleranceSize = 0;
+    int32_t Refresh = 0;
+    int32_t RefreshInterval = 0;
+    int32_t SeqNo = 0;
+    int32_t SizeLow = 0;
+    int32_t SizeMax = 0;
+    int32_t TrailId = 0;
+    bool Moo = false;
+    bool Moc = false;
+    bool OpportunisticTrade = false;
+    bool SvrStpReleased = false;
+    bool TakeLiquidity = false;
+    std::string Memo;      ///< as set at send: name-send-/bskt for a basket order
+    std::string ClOrderID; ///< the client order id it was sent with
+    std::string Symbol;
+};
+
+/// One order-reject event of the platform (QVXRejectStruct).
+struct RejectReport {
+    std::string ClOrderID;
+    std::string Side;
+    int32_t Quantity = 0;
+    std::string Symbol;
+    int32_t RejectReason = 0;
+};
+
+} // namespace wicker

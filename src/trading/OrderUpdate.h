@@ -1,0 +1,107 @@
+#pragma once
+
+#include "trading/OrderReport.h"
+
+#include <cstdint>
+#include <string>
+
+namespace wicker {
+
+/// One basket order as the platform last reported it: a copy of every field of the
+/// order-update record that Wicker keeps, plus the basket it belongs to, filled when the
+/// order is first seen.
+class OrderUpdate {
+public:
+    std::string m_strAccount;
+    std::string m_strAction;
+    std::string m_strBatchId;
+    std::string m_strDestination;
+    std::string m_strExchClOrderId;
+    std::string m_strExchOrderId;
+    std::string m_strExecBroker;
+    std::string m_strExecInst;
+    std::string m_strInstrument;
+    std::string m_strLogMessage;
+    std::string m_strOrderTime;
+    std::string m_strPairId;
+    std::string m_strPriceType;
+    std::string m_strSide;
+    double m_fTrailInc = 0;
+    std::string m_strSorPreference;
+    std::string m_strStrategy;
+    std::string m_strStartTime;
+    std::string m_strEndTime;
+    std::string m_strTif;
+    std::string m_strUpdateTime;
+    std::string m_strUser;
+    std::string m_strUserId;
+    double m_fAvgExecPrice = 0;
+    double m_fAvgPriceLmt = 0;
+    double m_fCashComponent = 0;
+    double m_fDiscretion = 0;
+    double m_fExecPriceLmt = 0;
+    double m_fLmtPrice = 0;
+    double m_fMaxHighPctDeviation = 0;
+    double m_fMaxLowPctDeviation = 0;
+    double m_fPctPerSlice = 0;
+    double m_fPegDiff = 0;
+    double m_fPremium = 0;
+    double m_fRatio = 0;
+    double m_fReactPrice = 0;
+    double m_fStpPrice = 0;
+    double m_fTargetPctVolume = 0;
+    double m_fTargetPrice = 0;
+    double m_fTilt = 0;
+    double m_fTrailAmt = 0;
+    double m_fUrStpdPrice = 0;
+    int32_t m_nSeqNum = 0;
+    int32_t m_nAuction = 0;
+    int32_t m_nCumExecQuantity = 0;
+    int32_t m_nDbsNo = 0;
+    int32_t m_nDisplay = 0;
+    int32_t m_nDuration = 0;
+    int32_t m_nExecAggression = 0;
+    int32_t m_nLvsQuantity = 0;
+    int32_t m_nMarketStructure = 0;
+    int32_t m_nMaxPctVolume = 0;
+    int32_t m_nMinPctVolume = 0;
+    int32_t m_nMinQuantity = 0;
+    int32_t m_nOrderCompletion = 0;
+    int32_t m_nOrderRecordId = 0;
+    int32_t m_nOrderStatus = 0;
+    int32_t m_nPingInterval = 0;
+    int32_t m_nPriceTolerance = 0;
+    int32_t m_nPriceType = 0;
+    int32_t m_nQuantity = 0;
+    int32_t m_nQtyTolerancePct = 0;
+    int32_t m_nQtyToleranceSize = 0;
+    int32_t m_nRefresh = 0;
+    int32_t m_nRefreshInterval = 0;
+    int32_t m_nSeqNo = 0;
+    int32_t m_nSizeLow = 0;
+    int32_t m_nSizeMax = 0;
+    int32_t m_nTrailId = 0;
+    bool m_bMoo = false;
+    bool m_bMoc = false;
+    bool m_bOpportunisticTrade = false;
+    bool m_bSvrStpReleased = false;
+    bool m_bTakeLiquidity = false;
+
+    /// Basket id from the memo (name without dashes); empty for an order of no basket.
+    std::string m_strBasketId;
+    /// Basket send number from the memo.
+    int16_t m_nBasketSeq = 0;
+    /// Client order id as first reported; rejects find their order by it.
+    std::string m_strClOrderId;
+
+    /// Copies every member, the basket members included, from another record.
+    void SetAllMembers(const OrderUpdate& other);
+
+    /// Takes the platform's record. For a new order (bNewOrder) it first decides from the
+    /// memo whether the order belongs to a basket; if not, the basket id stays empty and
+    /// nothing else is filled. A memo whose send number is not a number throws
+    /// RuntimeError and leaves the object as it was.
+    void UpdateOrder(const OrderReport& structUpdate, bool bNewOrder);
+};
+
+} // namespace wicker
