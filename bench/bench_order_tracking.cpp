@@ -72,7 +72,7 @@ void Retarget(OrderReport& r, int32_t id, int32_t version) {
 
 void Populate(OrderTracker& tracker, int orders) {
     for (int32_t id = 0; id < orders; ++id) {
-        tracker.OnOrderTicketUpdate(MakeRecord(id, 0));
+        tracker.OnQVXOrderUpdate(MakeRecord(id, 0));
     }
 }
 
@@ -86,7 +86,7 @@ public:
             m_orders.push_back(std::move(o));
         }
     }
-    void OnOrderTicketUpdate(const OrderReport& r) {
+    void OnQVXOrderUpdate(const OrderReport& r) {
         for (OrderUpdate& o : m_orders) {
             if (o.m_nOrderRecordId == r.OrderRecordId) {
                 o.UpdateOrder(r, false);
@@ -133,7 +133,7 @@ void BM_UpdatesIndexed(benchmark::State& state) {
         int32_t version = 1;
         for (int32_t id : ids) {
             Retarget(r, id, ++version % 50);
-            tracker.OnOrderTicketUpdate(r);
+            tracker.OnQVXOrderUpdate(r);
         }
     }
     state.counters["ns_per_update"] = benchmark::Counter(
@@ -151,7 +151,7 @@ void BM_UpdatesLinearWalk(benchmark::State& state) {
         int32_t version = 1;
         for (int32_t id : ids) {
             Retarget(r, id, ++version % 50);
-            walk.OnOrderTicketUpdate(r);
+            walk.OnQVXOrderUpdate(r);
         }
     }
     state.counters["ns_per_update"] = benchmark::Counter(

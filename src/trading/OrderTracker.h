@@ -27,14 +27,14 @@ public:
 
     OrderTracker(MessageBoxes& boxes, const Clock& clock);
 
-    /// OnOrderTicketUpdate: updates the first order with the record's id, else records a new
+    /// OnQVXOrderUpdate: updates the first order with the record's id, else records a new
     /// basket order. Orders of no basket are ignored; so is a new order whose memo has a send
     /// number that is no number (it is never recorded).
-    UpdateOutcome OnOrderTicketUpdate(const OrderReport& structOrderUpdate);
+    UpdateOutcome OnQVXOrderUpdate(const OrderReport& structOrderUpdate);
 
-    /// OnOrderTicketReject: every order with the reject's client order id stops counting as
+    /// OnQVXOrderReject: every order with the reject's client order id stops counting as
     /// open, and the reject waits in the queue for the next tick.
-    void OnOrderTicketReject(const RejectReport& structOrderReject);
+    void OnQVXOrderReject(const RejectReport& structOrderReject);
 
     /// Timer1sec: shows the queued rejects in one "Rejection Notification", then, when orders
     /// changed, rebuilds lvBaskets and refreshes every open order-summary window. Returns true

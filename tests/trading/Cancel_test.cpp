@@ -52,11 +52,11 @@ protected:
     Cancel() : tracker(boxes, clock), maintenance(tracker), cancel(tracker, maintenance, boxes) {}
 
     void SendTwoBaskets() {
-        tracker.OnOrderTicketUpdate(Record(11, "Tech-10-57-/bskt", "ACC-57-1", 100));
-        tracker.OnOrderTicketUpdate(Record(12, "Tech-10-57-/bskt", "ACC-57-2", 0)); // filled
-        tracker.OnOrderTicketUpdate(Record(13, "Tech10-58-/bskt", "ACC-58-1", 40));
-        tracker.OnOrderTicketUpdate(Record(14, "Other-59-/bskt", "ACC-59-1", 5));
-        tracker.OnOrderTicketUpdate(Record(15, "Tech-10-57-/bskt", "ACC-57-3", 70));
+        tracker.OnQVXOrderUpdate(Record(11, "Tech-10-57-/bskt", "ACC-57-1", 100));
+        tracker.OnQVXOrderUpdate(Record(12, "Tech-10-57-/bskt", "ACC-57-2", 0)); // filled
+        tracker.OnQVXOrderUpdate(Record(13, "Tech10-58-/bskt", "ACC-58-1", 40));
+        tracker.OnQVXOrderUpdate(Record(14, "Other-59-/bskt", "ACC-59-1", 5));
+        tracker.OnQVXOrderUpdate(Record(15, "Tech-10-57-/bskt", "ACC-57-3", 70));
     }
 
     RecordingMessageBoxes boxes;
@@ -67,7 +67,7 @@ protected:
 };
 
 TEST_F(Cancel, AllWithNothingOpenSaysSoAndSendsNothing) {
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt", "C-1", 0));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", 0));
     EXPECT_EQ(cancel.mnuCxlAll(true), 0);
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0],
@@ -95,7 +95,7 @@ TEST_F(Cancel, AllTwiceFindsNothingTheSecondTime) {
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "There are no baskets with open orders.");
     // The platform's next report brings the leaves back.
-    tracker.OnOrderTicketUpdate(Record(13, "", "", 40));
+    tracker.OnQVXOrderUpdate(Record(13, "", "", 40));
     EXPECT_EQ(cancel.mnuCxlAll(false), 1);
 }
 

@@ -65,7 +65,7 @@ TEST_F(Tracking, BasketOrdersAreRecognisedByTheirMemo) {
     int32_t id = 1;
     for (const Row& r : rows) {
         const size_t before = tracker.Orders().size();
-        EXPECT_EQ(tracker.OnOrderTicketUpdate(Record(id, r.memo)), r.outcome) << r.memo;
+        EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(id, r.memo)), r.outcome) << r.memo;
         if (r.outcome == Outcome::Added) {
             ASSERT_EQ(tracker.Orders().size(), before + 1) << r.memo;
             EXPECT_EQ(tracker.Orders().back().m_strBasketId, r.basket);
@@ -80,9 +80,9 @@ TEST_F(Tracking, BasketOrdersAreRecognisedByTheirMemo) {
 }
 
 TEST_F(Tracking, LaterUpdatesGoToTheOrderWithTheRecordIdWhateverTheirMemo) {
-    tracker.OnOrderTicketUpdate(Record(7, "A-1-/bskt", "ACC-20240315-1-1", "B", 100, 100));
-    tracker.OnOrderTicketUpdate(Record(8, "A-1-/bskt", "ACC-20240315-1-2", "B", 50, 50));
-    EXPECT_EQ(tracker.OnOrderTicketUpdate(Record(7, "", "other", "B", 100, 40, 60, 10.5)),
+    tracker.OnQVXOrderUpdate(Record(7, "A-1-/bskt", "ACC-20240315-1-1", "B", 100, 100));
+    tracker.OnQVXOrderUpdate(Record(8, "A-1-/bskt", "ACC-20240315-1-2", "B", 50, 50));
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(7, "", "other", "B", 100, 40, 60, 10.5)),
               Outcome::Updated);
     ASSERT_EQ(tracker.Orders().size(), 2u);
     const OrderUpdate& o = tracker.Orders()[0];
@@ -273,14 +273,14 @@ TEST_F(Tracking, NewOrderOfNoBasketFillsNothing) {
 }
 
 TEST_F(Tracking, RejectsOfOneSecondShowInOneMessage) {
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt", "C-1", "B", 100, 100));
-    tracker.OnOrderTicketUpdate(Record(2, "A-1-/bskt", "C-2", "S", 200, 200));
-    tracker.OnOrderTicketUpdate(Record(3, "A-1-/bskt", "C-2", "S", 300, 300)); // same id again
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", "B", 100, 100));
+    tracker.OnQVXOrderUpdate(Record(2, "A-1-/bskt", "C-2", "S", 200, 200));
+    tracker.OnQVXOrderUpdate(Record(3, "A-1-/bskt", "C-2", "S", 300, 300)); // same id again
     tracker.Timer1sec();
     ASSERT_TRUE(boxes.shown().empty());
 
-    tracker.OnOrderTicketReject(Reject("C-2", "S", 200, "MSFT", 7));
-    tracker.OnOrderTicketReject(Reject("unknown", "BUY", 5, "XYZ", -3));
+    tracker.OnQVXOrderReject(Reject("C-2", "S", 200, "MSFT", 7));
+    tracker.OnQVXOrderReject(Reject("unknown", "BUY", 5, "XYZ", -3));
     EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 100);
     EXPECT_EQ(tracker.Orders()[1].m_nLvsQuantity, 0);
     EXPECT_EQ(tracker.Orders()[2].m_nLvsQuantity, 0);
@@ -319,10 +319,10 @@ TEST_F(Tracking, RejectArrivingWhileTheBoxIsOpenWaitsForTheNextTick) {
         }
     } reentrant;
     OrderTracker t(reentrant, clock);
-    t.OnOrderTicketReject(Reject("C-1", "B", 1, "A", 1));
+    t.OnQVXOrderReject(Reject("C-1", "B", 1, "A", 1));
     bool nestedRebuilt = true;
     reentrant.whileOpen = [&] {
-        t.OnOrderTicketReject(Reject("C-2", "B", 2, "B", 2));
+        t.OnQVXOrderReject(Reject("C-2", "B", 2, "B", 2));
         nestedRebuilt = t.Timer1sec();
     };
     t.Timer1sec();
@@ -341,32 +341,31 @@ TEST_F(Tracking, TickRebuildsOnlyAfterAChangeAndRefreshesSummaryWindows) {
     tracker.RemoveOrderSummaryWindow(closed);
 
     EXPECT_FALSE(tracker.Timer1sec());
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt"));
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt"));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
     EXPECT_TRUE(tracker.OrdersChanged());
     EXPECT_TRUE(tracker.Timer1sec());
     EXPECT_FALSE(tracker.OrdersChanged());
     EXPECT_EQ(fills, 1);
     EXPECT_FALSE(tracker.Timer1sec());
     // An update that changes nothing still costs one refresh.
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt"));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
     EXPECT_TRUE(tracker.Timer1sec());
     EXPECT_EQ(fills, 2);
     EXPECT_EQ(removedFills, 0);
     // Orders of no basket change nothing.
-    tracker.OnOrderTicketUpdate(Record(2, "manual"));
+    tracker.OnQVXOrderUpdate(Record(2, "manual"));
     EXPECT_FALSE(tracker.Timer1sec());
 }
 
 TEST_F(Tracking, FillOrderListGivesOneLinePerSendWithItsTotals) {
     // Tech10 send 57: buy 300 (fully filled at 10.00), buy 200 (50 at 20.10), sell 100 open.
-    tracker.OnOrderTicketUpdate(Record(1, "Tech10-57-/bskt", "A-1", "B", 300, 0, 300, 10.0, "IBM"));
-    tracker.OnOrderTicketUpdate(
-        Record(2, "Tech10-57-/bskt", "A-2", "B", 200, 150, 50, 20.1, "MSFT"));
+    tracker.OnQVXOrderUpdate(Record(1, "Tech10-57-/bskt", "A-1", "B", 300, 0, 300, 10.0, "IBM"));
+    tracker.OnQVXOrderUpdate(Record(2, "Tech10-57-/bskt", "A-2", "B", 200, 150, 50, 20.1, "MSFT"));
     clock.advance(std::chrono::hours(1));
     // Tech10 send 58 seen an hour later, shorts (fill at 3.333).
-    tracker.OnOrderTicketUpdate(Record(3, "Tech10-58-/bskt", "A-3", "T", 30, 27, 3, 3.333, "IBM"));
-    tracker.OnOrderTicketUpdate(Record(4, "Tech10-57-/bskt", "A-4", "S", 100, 100, 0, 0, "ORCL"));
+    tracker.OnQVXOrderUpdate(Record(3, "Tech10-58-/bskt", "A-3", "T", 30, 27, 3, 3.333, "IBM"));
+    tracker.OnQVXOrderUpdate(Record(4, "Tech10-57-/bskt", "A-4", "S", 100, 100, 0, 0, "ORCL"));
     tracker.FillOrderList();
 
     ASSERT_EQ(tracker.BasketListLines().size(), 2u);
@@ -394,8 +393,8 @@ TEST_F(Tracking, SidesAndEmptyTotals) {
                         {"b", false, "b"}};
     for (const Row& r : rows) {
         OrderTracker t(boxes, clock);
-        t.OnOrderTicketUpdate(Record(1, "Empty-1-/bskt", "", r.side, 0, 0, 0));
-        t.OnOrderTicketUpdate(Record(2, "Filled-2-/bskt", "", r.side, 10, 0, 10, 2.5));
+        t.OnQVXOrderUpdate(Record(1, "Empty-1-/bskt", "", r.side, 0, 0, 0));
+        t.OnQVXOrderUpdate(Record(2, "Filled-2-/bskt", "", r.side, 10, 0, 10, 2.5));
         t.FillOrderList();
         ASSERT_EQ(t.BasketListLines().size(), 2u);
         const BasketListLine& empty = t.BasketListLines()[0];
@@ -411,7 +410,7 @@ TEST_F(Tracking, LiveColumnsTakeTheIndexText) {
     tracker.setIndexText([](const OrderRow& row) {
         return row.m_strBasketName + "#" + std::to_string(row.m_nBasketNum);
     });
-    tracker.OnOrderTicketUpdate(Record(1, "A-1-/bskt", "", "B", 100, 100, 0));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "", "B", 100, 100, 0));
     tracker.FillOrderList();
     EXPECT_EQ(tracker.BasketListLines()[0][colIndex], "A#1");
     EXPECT_EQ(tracker.BasketListLines()[0][colPercentFilled], "0.00");

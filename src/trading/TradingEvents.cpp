@@ -1,0 +1,28 @@
+#include "trading/TradingEvents.h"
+
+#include <utility>
+
+namespace wicker {
+
+TradingEvents::TradingEvents(OrderTracker& tracker, std::function<void()> closeMainScreen)
+    : m_tracker(tracker), m_closeMainScreen(std::move(closeMainScreen)) {}
+
+OrderTracker::UpdateOutcome TradingEvents::OnQVXOrderUpdate(const OrderReport& structOrderUpdate) {
+    return m_tracker.OnQVXOrderUpdate(structOrderUpdate);
+}
+
+void TradingEvents::OnQVXOrderReject(const RejectReport& structOrderReject) {
+    m_tracker.OnQVXOrderReject(structOrderReject);
+}
+
+void TradingEvents::OnQVXShutdown() {
+    if (m_platformClosed) {
+        return;
+    }
+    m_platformClosed = true;
+    if (m_closeMainScreen) {
+        m_closeMainScreen();
+    }
+}
+
+} // namespace wicker
