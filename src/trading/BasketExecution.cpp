@@ -163,6 +163,14 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
     return report;
 }
 
+double BasketExecution::ModifierValue(const std::string& text) {
+    // Every line carries the screen's one modifier: read its text once per distinct value.
+    if (!m_modifierCache || m_modifierCache->first != text) {
+        m_modifierCache.emplace(text, CDbl(text));
+    }
+    return m_modifierCache->second;
+}
+
 bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
     Result<void> saved = Error{"The basket sequence number cannot go past 32767."};
     if (basketSeq < std::numeric_limits<int16_t>::max()) {
@@ -182,10 +190,12 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Execu
     order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
     order->setAccount(UCase(inputs.account));
     order->setSymbol(line.symbol);
-    order->setQuantity(CLng(line.quantity));
+    // One reading of the text serves both conversions: each is exactly the text's own.
+    const double quantity = CDbl(line.quantity);
+    order->setQuantity(CLng(quantity));
     order->setDestination(UCase(line.destination));
     std::string reportText =
-        line.symbol + " " + std::to_string(CInt(line.quantity)) + " " + line.destination;
+        line.symbol + " " + std::to_string(CInt(quantity)) + " " + line.destination;
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
@@ -194,7 +204,7 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Execu
         report.notSent.push_back(std::move(reportText));
         return;
     }
-    const double modifier = CDbl(line.modifier);
+    const double modifier = ModifierValue(line.modifier);
     ApplyButtonRule(index, line, modifier, *order);
 
     order->setClOrderID(

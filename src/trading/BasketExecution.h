@@ -6,6 +6,7 @@
 #include "trading/SendSequence.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <utility>
@@ -86,6 +87,8 @@ public:
 private:
     /// Reserves the next send number durably; false (and a message) when it fails.
     bool ReserveNextBasketSeq(int16_t basketSeq);
+    /// The line's price modifier as a number (a text that is none throws RuntimeError).
+    double ModifierValue(const std::string& text);
     /// One checked line: builds, checks and submits its order.
     void SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
                   const ExecutionSettings& settings, const std::string& date,
@@ -97,6 +100,7 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
     int32_t m_lastSubmitResult = 0;
+    std::optional<std::pair<std::string, double>> m_modifierCache;
 };
 
 } // namespace wicker
