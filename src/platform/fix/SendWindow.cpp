@@ -14,8 +14,11 @@ std::optional<FixMessage> SendWindow::next() {
     }
     FixMessage m = std::move(m_waiting.front());
     m_waiting.pop_front();
+    // Orders and cancels are known by their ClOrdID, market data requests by MDReqID.
     if (const std::string* id = m.find(11)) {
         m_outstanding.insert(*id);
+    } else if (const std::string* req = m.find(262)) {
+        m_outstanding.insert(*req);
     }
     return m;
 }

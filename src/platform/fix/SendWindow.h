@@ -19,7 +19,8 @@ class SendWindow {
 public:
     explicit SendWindow(size_t limit) : m_limit(limit == 0 ? 1 : limit) {}
 
-    /// Queues a request (identified by its ClOrdID(11)) behind the waiting ones.
+    /// Queues a request (identified by its ClOrdID(11), or MDReqID(262) for market data)
+    /// behind the waiting ones.
     void push(FixMessage request);
     /// The next waiting request when the window has room; it then counts as outstanding
     /// until answered() or reset().

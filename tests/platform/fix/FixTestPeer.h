@@ -24,7 +24,15 @@ public:
         m_acceptor->start("127.0.0.1", port);
         m_thread = std::thread([this] {
             while (!m_stop.load()) {
-                m_acceptor->poll(20);
+                m_acceptor->poll(5);
+                std::vector<std::function<void(FixAcceptor&)>> tasks;
+                {
+                    std::lock_guard lock(m_mutex);
+                    tasks.swap(m_tasks);
+                }
+                for (auto& t : tasks) {
+                    t(*m_acceptor);
+                }
             }
         });
     }
@@ -39,6 +47,11 @@ public:
     void setReply(Reply reply) {
         std::lock_guard lock(m_mutex);
         m_reply = std::move(reply);
+    }
+    /// Runs `task` on the peer's thread (the acceptor is not thread-safe), soon.
+    void run(std::function<void(FixAcceptor&)> task) {
+        std::lock_guard lock(m_mutex);
+        m_tasks.push_back(std::move(task));
     }
     std::vector<FixMessage> received() const {
         std::lock_guard lock(m_mutex);
@@ -77,6 +90,7 @@ private:
     mutable std::mutex m_mutex;
     std::vector<FixMessage> m_received;
     Reply m_reply;
+    std::vector<std::function<void(FixAcceptor&)>> m_tasks;
     std::atomic<int> m_logons{0};
     std::atomic<bool> m_stop{false};
     std::unique_ptr<FixAcceptor> m_acceptor;

@@ -1,0 +1,104 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "common/Result.h"
+#include "platform/fix/FixMarketData.h"
+#include "platform/fix/FixOrderBook.h"
+#include "platform/fix/FixPlatformSettings.h"
+#include "platform/fix/MemoJournal.h"
+#include "platform/fix/NewOrderSingle.h"
+#include "platform/fix/SendWindow.h"
+#include "platform/fix/engine/FixInitiator.h"
+#include "platform/fix/engine/FixSessionListener.h"
+
+#include <atomic>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <set>
+#include <string>
+
+namespace wicker {
+
+/// Where the gateway's news goes. Called on QuickFIX's network thread, and on the thread
+/// of SubmitOrder / CancelOrder for orders that could not go out: an implementation hands
+/// everything to one queue and returns at once.
+class FixGatewayEvents {
+public:
+    virtual ~FixGatewayEvents() = default;
+    virtual void onOrderUpdate(const FixOrderState& order) = 0;
+    virtual void onOrderReject(const FixOrderReject& reject) = 0;
+    virtual void onQuote(const FixQuoteFields& quote) = 0;
+    /// Logon, logout and disconnect, with a line for the status bar.
+    virtual void onSessionStatus(bool loggedOn, const std::string& text) = 0;
+};
+
+/// Wicker's link to a broker over FIX: orders out through a paced window, cancels, market
+/// data subscriptions, and every report turned into order events. The FIX store and log
+/// (the audit trail of every order) and the memo journal live in `folder`.
+class FixGateway : private FixSessionListener {
+public:
+    FixGateway(FixPlatformSettings settings, std::filesystem::path folder, const Clock& clock,
+               FixGatewayEvents& events);
+    /// Stops the session (may wait for the logout: never on the UI thread).
+    ~FixGateway() override;
+    FixGateway(const FixGateway&) = delete;
+    FixGateway& operator=(const FixGateway&) = delete;
+
+    /// Opens the memo journal and starts connecting; an error when either fails.
+    Result<void> start();
+    /// Logs out and stops (may take seconds).
+    void stop();
+    bool isLoggedOn() const;
+
+    /// Local checks (-1 account, -2 side, -3 quantity, -4 symbol, -5 price type, -6 TIF),
+    /// then -16 when the session is not logged on; otherwise the order is queued for the
+    /// wire and its record id (> 0) returned.
+    int32_t SubmitOrder(const FixOrderTicket& ticket);
+    /// Sends OrderCancelRequest for the order with this record id (or, failing that, this
+    /// ClOrdID). 0 when queued; -16 offline; -4 when the order is not known.
+    int32_t CancelOrder(const std::string& clOrdID, int32_t orderRecordId);
+    /// Market data for a symbol while it is registered (again after every logon).
+    void RegisterSymbol(const std::string& symbol);
+    void DeregisterSymbol(const std::string& symbol);
+
+    /// The order book, for inspection.
+    const FixOrderBook& book() const { return m_book; }
+
+private:
+    // FixSessionListener, on the network thread.
+    void onLogon() override;
+    void onLogout() override;
+    void onMessage(const FixMessage& message) override;
+    void onSending(const std::string& msgType, int msgSeqNum, const std::string& clOrdID) override;
+    void onStaleNotResent(const std::string& msgType, int msgSeqNum,
+                          const std::string& clOrdID) override;
+
+    void enqueue(FixMessage message);
+    /// Sends what the window lets through; only one thread drains at a time, so orders go
+    /// out in the order they were submitted, and no lock is held while QuickFIX sends.
+    void drain();
+    void answered(const std::vector<std::string>& ids);
+    void publish(const FixBookOutcome& outcome);
+
+    FixPlatformSettings m_settings;
+    std::filesystem::path m_folder;
+    const Clock& m_clock;
+    FixGatewayEvents& m_events;
+    FixOrderProfile m_profile;
+    FixOrderBook m_book;
+    std::optional<MemoJournal> m_journal;
+    std::unique_ptr<FixInitiator> m_engine;
+
+    std::mutex m_sendMutex; // window, drain flags, cancel numbering, journal
+    SendWindow m_window;
+    bool m_draining = false;
+    bool m_drainAgain = false;
+    int m_cancelCount = 0;
+
+    std::mutex m_symbolMutex;
+    std::set<std::string> m_symbols;
+};
+
+} // namespace wicker

@@ -1,0 +1,91 @@
+#include "platform/fix/NewOrderSingle.h"
+
+#include <cstdio>
+#include <ctime>
+
+namespace wicker {
+
+std::string FixTimestamp(Clock::TimePoint t) {
+    const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(t.time_since_epoch());
+    std::time_t secs = static_cast<std::time_t>(ms.count() / 1000);
+    long millis = static_cast<long>(ms.count() % 1000);
+    if (millis < 0) {
+        millis += 1000;
+        --secs;
+    }
+    std::tm tm{};
+    gmtime_r(&secs, &tm);
+    char buf[64];
+    std::snprintf(buf, sizeof buf, "%04d%02d%02d-%02d:%02d:%02d.%03ld", tm.tm_year + 1900,
+                  tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec, millis);
+    return buf;
+}
+
+NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOrderProfile& p,
+                                            const Clock& clock) {
+    if (t.account.empty()) {
+        return {-1, {}};
+    }
+    const std::optional<std::string> side = FixSideOf(t.side);
+    if (!side) {
+        return {-2, {}};
+    }
+    if (t.quantity <= 0) {
+        return {-3, {}};
+    }
+    if (t.symbol.empty()) {
+        return {-4, {}};
+    }
+    OrderTypeTags type = MapOrderType(t.priceType, t.tif, t.lmtPrice, p.version, p.tif);
+    if (type.refusal != 0) {
+        return {type.refusal, {}};
+    }
+    NewOrderSingleOrRefusal out;
+    FixMessage& m = out.message;
+    m.msgType = "D";
+    m.fields.reserve(16);
+    m.add(1, t.account);
+    m.add(11, t.clOrdID);
+    m.add(21, p.handlInst);
+    m.add(38, std::to_string(t.quantity));
+    m.add(54, *side);
+    m.add(55, t.symbol);
+    m.add(60, FixTimestamp(clock.now()));
+    m.fields.insert(m.fields.end(), type.fields.begin(), type.fields.end());
+    if (!t.destination.empty()) {
+        m.add(100, t.destination);
+    }
+    if (t.maxFloor > 0) {
+        m.add(111, std::to_string(t.maxFloor));
+    }
+    if (p.memoTag > 0 && !t.memo.empty()) {
+        m.add(p.memoTag, t.memo);
+    }
+    return out;
+}
+
+std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
+                                             const std::string& origClOrdID,
+                                             const std::string& orderID, const std::string& side,
+                                             const std::string& symbol, int32_t quantity,
+                                             const Clock& clock) {
+    // Buy minus appears only on reports of orders sent by other means.
+    const std::optional<std::string> fixSide = side == "M" ? "3" : FixSideOf(side);
+    if (!fixSide || origClOrdID.empty()) {
+        return std::nullopt;
+    }
+    FixMessage m;
+    m.msgType = "F";
+    m.add(11, cancelClOrdID);
+    if (!orderID.empty()) {
+        m.add(37, orderID);
+    }
+    m.add(38, std::to_string(quantity));
+    m.add(41, origClOrdID);
+    m.add(54, *fixSide);
+    m.add(55, symbol);
+    m.add(60, FixTimestamp(clock.now()));
+    return m;
+}
+
+} // namespace wicker

@@ -1,0 +1,54 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "platform/fix/FixOrderMapping.h"
+#include "platform/fix/engine/FixWire.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace wicker {
+
+/// The properties of an order as the screen sets them.
+struct FixOrderTicket {
+    std::string account;
+    std::string side; ///< "BUY", "B", "S", "T"
+    std::string symbol;
+    int32_t quantity = 0;
+    double lmtPrice = 0;
+    int32_t priceType = 0; ///< 1 market (and market-on-open), 2 market-on-close, 5 limit
+    std::string clOrdID;
+    std::string tif; ///< TIF letter
+    std::string destination;
+    int32_t maxFloor = 0;
+    std::string memo;
+};
+
+/// How this broker wants its orders.
+struct FixOrderProfile {
+    FixVersion version = FixVersion::Fix42;
+    std::string handlInst = "1";
+    int memoTag = 0; ///< 0: the memo stays local
+    TifProfile tif;
+};
+
+/// A NewOrderSingle, or the submit result that refuses the order before it leaves:
+/// -1 no account, -2 side, -3 quantity, -4 symbol, -5 price type, -6 TIF.
+struct NewOrderSingleOrRefusal {
+    int refusal = 0;
+    FixMessage message;
+};
+
+NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& ticket,
+                                            const FixOrderProfile& profile, const Clock& clock);
+/// OrderCancelRequest(F) for an order; nothing when its side or id is not known.
+std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
+                                             const std::string& origClOrdID,
+                                             const std::string& orderID, const std::string& side,
+                                             const std::string& symbol, int32_t quantity,
+                                             const Clock& clock);
+/// FIX UTCTimestamp "YYYYMMDD-HH:MM:SS.sss".
+std::string FixTimestamp(Clock::TimePoint t);
+
+} // namespace wicker
