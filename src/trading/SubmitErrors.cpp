@@ -87,4 +87,11 @@ void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side,
     boxes.show(SubmitErrorPrompt(code, side, quantity, symbol), 0, "Error submitting order");
 }
 
+void ShowSubmitError(MessageBoxes& boxes, int32_t code, const OrderTicket& order) {
+    const std::string side = order.Side();
+    const int32_t quantity = order.Quantity();
+    const std::string symbol = order.Symbol();
+    ShowSubmitError(boxes, code, side, quantity, symbol);
+}
+
 } // namespace wicker

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/MessageBox.h"
+#include "trading/OrderTicket.h"
 
 #include <cstdint>
 #include <string>
@@ -21,5 +22,9 @@ std::string SubmitErrorPrompt(int32_t code, const std::string& side, int32_t qua
 /// "Error submitting order").
 void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
                      const std::string& symbol);
+
+/// The same for the order object that was just refused: its Side, Quantity and Symbol are
+/// read before the code is looked at.
+void ShowSubmitError(MessageBoxes& boxes, int32_t code, const OrderTicket& order);
 
 } // namespace wicker

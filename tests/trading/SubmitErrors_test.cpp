@@ -1,3 +1,4 @@
+#include "RecordingOrders.h"
 #include "support/RecordingMessageBoxes.h"
 #include "trading/SubmitErrors.h"
 
@@ -117,6 +118,21 @@ TEST(SubmitErrors, ShowSubmitErrorShowsOneOkBoxWithItsTitle) {
     EXPECT_EQ(m.title, "Error submitting order");
     EXPECT_EQ(m.buttons, MsgButtons::Ok);
     EXPECT_EQ(m.icon, MsgIcon::None);
+}
+
+TEST(SubmitErrors, ShowSubmitErrorReadsTheRefusedOrderObject) {
+    test::RecordingOrders orders;
+    auto order = orders.CreateOrder();
+    order->setSide("T");
+    order->setQuantity(75);
+    order->setSymbol("QQQ");
+    test::RecordingMessageBoxes boxes;
+    ShowSubmitError(boxes, -13, *order);
+    ShowSubmitError(boxes, -1, *order);
+    EXPECT_EQ(boxes.texts(),
+              (std::vector<std::string>{
+                  "Order cannot be sent. Short sale position rule violation.\r\nT 75 QQQ",
+                  "Basket cannot be sent. Account is not valid."}));
 }
 
 } // namespace
