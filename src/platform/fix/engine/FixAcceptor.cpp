@@ -352,7 +352,7 @@ void FixAcceptor::poll(int timeoutMs) {
 
 bool FixAcceptor::send(int session, FixMessage& message) {
     Impl& d = *m_impl;
-    if (!isLoggedOn(session)) {
+    if (session < 0 || static_cast<size_t>(session) >= d.sessions.size()) {
         return false;
     }
     try {

@@ -38,7 +38,8 @@ public:
     /// Waits up to timeoutMs for network events and handles them (reads, writes, logons,
     /// heartbeats, disconnects).
     void poll(int timeoutMs);
-    /// Sends on a logged-on session; false when it is not logged on.
+    /// Sends on a session. While the client is away the message is stored and numbered,
+    /// and reaches it through its resend request when it logs on again.
     bool send(int session, FixMessage& message);
     bool isLoggedOn(int session) const;
     /// The application messages this side sent on the session and still holds in its

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "exchange/NewOrderDecoding.h"
+#include "platform/fix/FixOrderMapping.h"
+#include "platform/fix/engine/FixWire.h"
+
+#include <cstdint>
+#include <string>
+
+namespace wicker {
+
+/// One order as the exchange keeps it.
+struct ExchangeOrder {
+    ExchangeOrderRequest request;
+    std::string orderID;
+    std::string clOrdID; ///< of the latest request on it (a cancel's included)
+    int32_t cum = 0;
+    int32_t leaves = 0;
+    double avgPx = 0;
+    std::string ordStatus = "0";
+    bool done() const { return leaves == 0; }
+};
+
+/// What happened to an order, as ExecType(150).
+enum class ExecKind { New, Fill, Canceled, Rejected, Expired };
+
+/// An ExecutionReport of the order's current state. A fill carries LastShares/LastPx; a
+/// reject its OrdRejReason and text. FIX 4.2 adds ExecTransType and reports fills as
+/// partial fill / fill; FIX 4.4 reports them as trades (F).
+FixMessage ExecutionReportOf(const ExchangeOrder& order, ExecKind kind, const std::string& execID,
+                             FixVersion version, const std::string& transactTime,
+                             int32_t lastShares = 0, double lastPx = 0, int ordRejReason = 0,
+                             const std::string& text = "");
+
+/// OrderCancelReject(9): CxlRejReason 0 too late, 1 unknown order.
+FixMessage CancelRejectOf(const std::string& clOrdID, const std::string& origClOrdID,
+                          const std::string& orderID, const std::string& ordStatus,
+                          int cxlRejReason, const std::string& text);
+
+} // namespace wicker

@@ -1,0 +1,219 @@
+#include "exchange/BasicVenue.h"
+#include "exchange/ExchangeServer.h"
+#include "platform/fix/FixGateway.h"
+#include "platform/fix/RecordingGatewayEvents.h"
+#include "support/TempDir.h"
+
+#include <atomic>
+#include <thread>
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using namespace std::chrono_literals;
+using test::RecordingGatewayEvents;
+
+// wicker-exchange in this process: the server polled on its own thread.
+class RunningExchange {
+public:
+    explicit RunningExchange(ExchangeOptions o)
+        : m_venue(o.seed, o.clipSize, std::chrono::milliseconds(o.fillDelayMs)),
+          m_server(o, m_venue) {
+        const Result<void> started = m_server.start();
+        EXPECT_TRUE(started.ok()) << (started.ok() ? "" : started.error().message);
+        m_thread = std::thread([this] {
+            while (!m_stop.load()) {
+                m_server.runOnce(5);
+            }
+        });
+    }
+    ~RunningExchange() {
+        m_stop.store(true);
+        m_thread.join();
+    }
+    int port() const { return m_server.port(); }
+    const BasicVenue& venue() const { return m_venue; }
+
+private:
+    BasicVenue m_venue;
+    ExchangeServer m_server;
+    std::atomic<bool> m_stop{false};
+    std::thread m_thread;
+};
+
+ExchangeOptions Options(const test::TempDir& dir) {
+    ExchangeOptions o;
+    o.port = 0;
+    o.journalFile = (dir / "orders.txt").string();
+    o.quoteIntervalMs = 20;
+    return o;
+}
+
+FixOrderTicket Ticket(const std::string& id, const std::string& side, int32_t priceType,
+                      double price, int32_t qty = 300, const std::string& symbol = "IBM") {
+    FixOrderTicket t;
+    t.account = "ACCT01";
+    t.side = side;
+    t.symbol = symbol;
+    t.quantity = qty;
+    t.lmtPrice = price;
+    t.priceType = priceType;
+    t.clOrdID = id;
+    t.tif = "D";
+    t.memo = "B-1-/bskt";
+    return t;
+}
+
+class ExchangeServerTest : public ::testing::Test {
+protected:
+    std::unique_ptr<FixGateway> Connect(int port, FixVersion v = FixVersion::Fix42) {
+        FixPlatformSettings s;
+        s.port = port;
+        s.version = v;
+        s.reconnectInterval = 1;
+        auto g = std::make_unique<FixGateway>(s, dir / "wicker", clock, events);
+        EXPECT_TRUE(g->start().ok());
+        EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }));
+        return g;
+    }
+    // The last update of each record id.
+    std::map<int32_t, FixOrderState> Latest() {
+        std::map<int32_t, FixOrderState> out;
+        for (const FixOrderState& u : events.updates()) {
+            out[u.recordId] = u;
+        }
+        return out;
+    }
+
+    test::TempDir dir;
+    SystemClock clock;
+    RecordingGatewayEvents events;
+};
+
+TEST_F(ExchangeServerTest, MarketAndMarketableOrdersFillInClipsBothVersions) {
+    for (const FixVersion v : {FixVersion::Fix42, FixVersion::Fix44}) {
+        SCOPED_TRACE(BeginStringOf(v));
+        test::TempDir own;
+        ExchangeOptions o = Options(own);
+        o.clipSize = 100;
+        RunningExchange exchange(o);
+        RecordingGatewayEvents ev;
+        FixPlatformSettings s;
+        s.port = exchange.port();
+        s.version = v;
+        FixGateway g(s, own / "wicker", clock, ev);
+        ASSERT_TRUE(g.start().ok());
+        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+
+        const double mid = exchange.venue().midPrice("IBM");
+        const int32_t market = g.SubmitOrder(Ticket("M-1", "B", 1, 0));
+        const int32_t limit = g.SubmitOrder(Ticket("L-1", "S", 5, mid - 1, 250));
+        const int32_t resting = g.SubmitOrder(Ticket("R-1", "B", 5, mid - 5));
+        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
+            std::map<int32_t, FixOrderState> last;
+            for (const FixOrderState& u : ev.updates()) {
+                last[u.recordId] = u;
+            }
+            return last.size() == 3 && last[market].status == "Filled" &&
+                   last[limit].status == "Filled";
+        }));
+        std::map<int32_t, FixOrderState> last;
+        int fills = 0;
+        for (const FixOrderState& u : ev.updates()) {
+            last[u.recordId] = u;
+            fills += u.lastShares > 0;
+        }
+        EXPECT_EQ(fills, 3 + 3) << "300 and 250 shares in clips of 100";
+        EXPECT_EQ(last[market].cum, 300);
+        EXPECT_NEAR(last[market].avgPx, mid + 0.005, 1e-9);
+        EXPECT_EQ(last[limit].cum, 250);
+        EXPECT_EQ(last[limit].leaves, 0);
+        EXPECT_EQ(last[resting].status, "New");
+        EXPECT_EQ(last[resting].leaves, 300);
+
+        EXPECT_EQ(g.CancelOrder("R-1", resting), 0);
+        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
+            const std::vector<FixOrderState> u = ev.updates();
+            return !u.empty() && u.back().recordId == resting && u.back().status == "Canceled";
+        }));
+        // Cancelling a filled order: too late.
+        EXPECT_EQ(g.CancelOrder("M-1", market), 0);
+        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return ev.rejects().size() == 1; }));
+        EXPECT_EQ(ev.rejects()[0].clOrdID, "M-1");
+        EXPECT_EQ(ev.rejects()[0].reason, 0);
+    }
+}
+
+TEST_F(ExchangeServerTest, RefusedOrdersComeBackAsRejectsWithTheirReason) {
+    ExchangeOptions o = Options(dir);
+    o.halted = {"HALT"};
+    RunningExchange exchange(o);
+    auto g = Connect(exchange.port());
+    g->SubmitOrder(Ticket("A-1", "B", 1, 0, 100, "HALT"));
+    g->SubmitOrder(Ticket("A-2", "B", 5, 1.0));
+    g->SubmitOrder(Ticket("A-2", "S", 5, 1.0)); // the same ClOrdID again
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.rejects().size() == 2; }));
+    const std::vector<FixOrderReject> r = events.rejects();
+    EXPECT_EQ(r[0].clOrdID, "A-1");
+    EXPECT_EQ(r[0].reason, OrdRejExchangeClosed);
+    EXPECT_EQ(r[1].clOrdID, "A-2");
+    EXPECT_EQ(r[1].reason, OrdRejDuplicateOrder);
+}
+
+TEST_F(ExchangeServerTest, JournalHoldsEveryOrderWithItsTags) {
+    RunningExchange exchange(Options(dir));
+    auto g = Connect(exchange.port());
+    FixOrderTicket t = Ticket("J-1", "T", 2, 0, 500, "MSFT");
+    t.destination = "NYSE";
+    g->SubmitOrder(t);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !events.updates().empty(); }));
+    const std::string journal = test::ReadFile(dir / "orders.txt");
+    for (const char* tag :
+         {"1=ACCT01|", "11=J-1|", "38=500|", "40=5|", "54=5|", "55=MSFT|", "59=0|", "100=NYSE|"}) {
+        EXPECT_NE(journal.find(tag), std::string::npos) << tag << " in " << journal;
+    }
+}
+
+TEST_F(ExchangeServerTest, SubscribedSymbolsGetASnapshot) {
+    RunningExchange exchange(Options(dir));
+    auto g = Connect(exchange.port());
+    g->RegisterSymbol("AAPL");
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !events.quotes().empty(); }));
+    const FixQuoteFields q = events.quotes()[0];
+    EXPECT_EQ(q.symbol, "AAPL");
+    EXPECT_TRUE(q.snapshot);
+    EXPECT_NEAR(*q.bid, exchange.venue().midPrice("AAPL") - 0.005, 1e-9);
+    EXPECT_EQ(q.volume, 0);
+    // A fill moves the volume, and the change is streamed.
+    g->SubmitOrder(Ticket("Q-1", "B", 1, 0, 100, "AAPL"));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
+        const std::vector<FixQuoteFields> all = events.quotes();
+        return all.back().volume == 100 && !all.back().snapshot;
+    }));
+}
+
+TEST_F(ExchangeServerTest, RestartedExchangeStillKnowsItsOpenOrders) {
+    ExchangeOptions o = Options(dir);
+    o.dataDir = (dir / "exchange").string();
+    auto exchange = std::make_unique<RunningExchange>(o);
+    o.port = exchange->port();
+    auto g = Connect(o.port);
+    const double mid = exchange->venue().midPrice("IBM");
+    const int32_t id = g->SubmitOrder(Ticket("R-1", "B", 5, mid - 5));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
+    exchange.reset();
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !g->isLoggedOn(); }));
+    exchange = std::make_unique<RunningExchange>(o);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }, 10s));
+    EXPECT_EQ(g->CancelOrder("R-1", id), 0);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
+        const std::vector<FixOrderState> u = events.updates();
+        return u.back().status == "Canceled";
+    }));
+    EXPECT_TRUE(events.rejects().empty());
+}
+
+} // namespace
+} // namespace wicker
