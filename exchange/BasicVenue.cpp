@@ -43,8 +43,11 @@ bool BasicVenue::marketable(const Working& w) const {
     if (w.order.priceType != 5) {
         return true;
     }
+    // Half a micro-cent of slack: a price that went through decimal text must still meet
+    // the quote it was taken from.
     const double mid = midPrice(w.order.symbol);
-    return w.order.side == "B" ? w.order.price >= mid + 0.005 : w.order.price <= mid - 0.005;
+    return w.order.side == "B" ? w.order.price + 1e-6 >= mid + 0.005
+                               : w.order.price - 1e-6 <= mid - 0.005;
 }
 
 double BasicVenue::fillPrice(const Working& w) const {
