@@ -68,10 +68,19 @@ Result<void> FixGateway::start() {
         m_engine.reset();
         return Error{std::string("The FIX session cannot start: ") + e.what()};
     }
+    m_sender = std::thread([this] { sendLoop(); });
     return {};
 }
 
 void FixGateway::stop() {
+    if (m_sender.joinable()) {
+        {
+            std::lock_guard lock(m_sendMutex);
+            m_stopping = true;
+        }
+        m_sendWake.notify_one();
+        m_sender.join();
+    }
     if (m_engine) {
         m_engine->stop();
     }
@@ -102,16 +111,19 @@ int32_t FixGateway::SubmitOrder(const FixOrderTicket& ticket) {
     order.maxFloor = ticket.maxFloor;
     order.quantity = ticket.quantity;
     const int32_t recordId = m_book.addOrder(order);
+    bool wake = false;
     {
         std::lock_guard lock(m_sendMutex);
-        if (m_journal && !m_journal->append(ticket.clOrdID, ticket.memo)) {
-            m_events.onSessionStatus(isLoggedOn(),
-                                     "The order memo journal cannot be written: orders sent "
-                                     "now will not be recognised after a restart.");
+        if (m_journal) {
+            m_journal->append(ticket.clOrdID, ticket.memo);
+            m_journalDirty = true;
         }
+        m_window.push(std::move(built.message));
+        wake = m_window.ready();
     }
-    enqueue(std::move(built.message));
-    drain();
+    if (wake) {
+        m_sendWake.notify_one();
+    }
     return recordId;
 }
 
@@ -178,41 +190,59 @@ void FixGateway::enqueue(FixMessage message) {
 }
 
 void FixGateway::drain() {
+    // A sender woken while the window is full would only go back to sleep: a burst of
+    // thousands of orders must not cost a context switch each.
+    bool ready = false;
     {
         std::lock_guard lock(m_sendMutex);
-        if (m_draining) {
-            m_drainAgain = true;
+        ready = m_window.ready();
+    }
+    if (ready) {
+        m_sendWake.notify_one();
+    }
+}
+
+void FixGateway::sendLoop() {
+    std::unique_lock lock(m_sendMutex);
+    for (;;) {
+        m_sendWake.wait(lock, [&] { return m_stopping || m_window.ready(); });
+        if (m_stopping) {
             return;
         }
-        m_draining = true;
+        std::vector<FixMessage> batch;
+        while (std::optional<FixMessage> next = m_window.next()) {
+            batch.push_back(std::move(*next));
+        }
+        // The memos of these orders reach the journal before the orders leave.
+        if (m_journalDirty && m_journal) {
+            m_journalDirty = false;
+            if (!m_journal->flush()) {
+                m_events.onSessionStatus(isLoggedOn(),
+                                         "The order memo journal cannot be written: orders sent "
+                                         "now will not be recognised after a restart.");
+            }
+        }
+        lock.unlock();
+        for (FixMessage& m : batch) {
+            sendOne(m);
+        }
+        lock.lock();
     }
-    for (;;) {
-        std::optional<FixMessage> next;
-        {
-            std::lock_guard lock(m_sendMutex);
-            next = m_window.next();
-            if (!next) {
-                if (m_drainAgain) {
-                    m_drainAgain = false;
-                    continue;
-                }
-                m_draining = false;
-                return;
-            }
-        }
-        if (m_engine && m_engine->send(*next) > 0) {
-            continue;
-        }
-        // The session went down under our feet: nothing was sent or numbered.
-        const std::string* id = next->find(11);
-        if (id == nullptr) {
-            id = next->find(262);
-        }
-        if (id != nullptr) {
-            answered({*id});
-            if (IsOrderFlow(next->msgType)) {
-                publish(m_book.notSent(*id));
-            }
+}
+
+void FixGateway::sendOne(FixMessage& message) {
+    if (m_engine && m_engine->send(message) > 0) {
+        return;
+    }
+    // The session went down under our feet: nothing was sent or numbered.
+    const std::string* id = message.find(11);
+    if (id == nullptr) {
+        id = message.find(262);
+    }
+    if (id != nullptr) {
+        answered({*id});
+        if (IsOrderFlow(message.msgType)) {
+            publish(m_book.notSent(*id));
         }
     }
 }
@@ -221,9 +251,17 @@ void FixGateway::answered(const std::vector<std::string>& ids) {
     if (ids.empty()) {
         return;
     }
-    std::lock_guard lock(m_sendMutex);
-    for (const std::string& id : ids) {
-        m_window.answered(id);
+    bool wake = false;
+    {
+        std::lock_guard lock(m_sendMutex);
+        for (const std::string& id : ids) {
+            m_window.answered(id);
+        }
+        // Answers free the window one slot at a time; the sender is woken for a batch.
+        wake = m_window.batchReady();
+    }
+    if (wake) {
+        m_sendWake.notify_one();
     }
 }
 
@@ -270,18 +308,16 @@ void FixGateway::onMessage(const FixMessage& message) {
     const std::string& type = message.msgType;
     if (type == "8" || type == "9" || type == "3" || type == "j") {
         const FixBookOutcome outcome = m_book.apply(message);
-        answered(outcome.answered);
-        publish(outcome);
         if (!outcome.answered.empty()) {
-            drain();
+            answered(outcome.answered);
         }
+        publish(outcome);
         return;
     }
     if (type == "W" || type == "X" || type == "Y") {
         if (type != "X") {
             if (const std::string* req = message.find(262)) {
                 answered({*req});
-                drain();
             }
         }
         for (const FixQuoteFields& q : ParseMarketData(message)) {

@@ -12,12 +12,14 @@
 #include "platform/fix/engine/FixSessionListener.h"
 
 #include <atomic>
+#include <condition_variable>
 #include <filesystem>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <set>
 #include <string>
+#include <thread>
 
 namespace wicker {
 
@@ -76,9 +78,13 @@ private:
                           const std::string& clOrdID) override;
 
     void enqueue(FixMessage message);
-    /// Sends what the window lets through; only one thread drains at a time, so orders go
-    /// out in the order they were submitted, and no lock is held while QuickFIX sends.
+    /// Wakes the sender: it puts on the wire what the window lets through.
     void drain();
+    /// The sender thread: one thread sends, so orders go out in the order they were
+    /// submitted while the network thread keeps reading reports, and no lock is held
+    /// while QuickFIX sends.
+    void sendLoop();
+    void sendOne(FixMessage& message);
     void answered(const std::vector<std::string>& ids);
     void publish(const FixBookOutcome& outcome);
 
@@ -91,11 +97,13 @@ private:
     std::optional<MemoJournal> m_journal;
     std::unique_ptr<FixInitiator> m_engine;
 
-    std::mutex m_sendMutex; // window, drain flags, cancel numbering, journal
+    std::mutex m_sendMutex; // window, sender state, cancel numbering, journal
+    std::condition_variable m_sendWake;
     SendWindow m_window;
-    bool m_draining = false;
-    bool m_drainAgain = false;
+    bool m_stopping = false;
+    bool m_journalDirty = false;
     int m_cancelCount = 0;
+    std::thread m_sender;
 
     std::mutex m_symbolMutex;
     std::set<std::string> m_symbols;

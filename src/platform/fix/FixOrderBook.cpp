@@ -135,7 +135,8 @@ int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     s.clOrdID = order.clOrdID;
     s.currentClOrdID = order.clOrdID;
     s.account = order.account;
-    s.side = order.side;
+    // Updates speak in one-letter side codes: the limit buys' "BUY" is a "B" like the others.
+    s.side = SideCodeOf(FixSideOf(order.side).value_or("")).value_or(order.side);
     s.symbol = order.symbol;
     s.destination = order.destination;
     s.tif = order.tif;
@@ -166,7 +167,7 @@ bool FixOrderBook::addCancel(int32_t recordId, const std::string& cancelClOrdID)
 }
 
 void FixOrderBook::noteSent(int msgSeqNum, const std::string& clOrdID) {
-    std::lock_guard lock(m_mutex);
+    std::lock_guard lock(m_seqMutex);
     m_clOrdIDBySeq[msgSeqNum] = clOrdID;
 }
 
@@ -365,6 +366,7 @@ FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
     if (reasonTag == TagBusinessRejectReason && lookup(Value(m, TagBusinessRejectRefID))) {
         clOrdID = Value(m, TagBusinessRejectRefID);
     } else if (const std::optional<int32_t> seq = ParseFixInt(Value(m, TagRefSeqNum))) {
+        std::lock_guard lock(m_seqMutex);
         if (const auto it = m_clOrdIDBySeq.find(*seq); it != m_clOrdIDBySeq.end()) {
             clOrdID = it->second;
         }

@@ -22,7 +22,7 @@ struct FixOrderState {
     std::string currentClOrdID; ///< the latest one (a cancel request's included)
     std::string orderID;        ///< the broker's OrderID(37)
     std::string account;
-    std::string side; ///< side code: "B", "S", "T" (as sent: "BUY" too)
+    std::string side; ///< side code: "B", "S", "T" ("BUY" as sent becomes "B")
     std::string symbol;
     std::string destination;
     std::string tif; ///< TIF letter
@@ -120,6 +120,9 @@ private:
     std::deque<FixOrderState> m_orders; // index = recordId - 1
     std::unordered_map<std::string, int32_t> m_byClOrdID;
     std::unordered_map<std::string, int32_t> m_byOrderID;
+    // Written inside QuickFIX's send (on the sending thread): a lock of its own keeps it
+    // from waiting for report processing.
+    mutable std::mutex m_seqMutex;
     std::unordered_map<int, std::string> m_clOrdIDBySeq;
     std::unordered_map<std::string, std::string> m_memos;
     std::unordered_set<std::string> m_execIDs;

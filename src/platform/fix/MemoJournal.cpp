@@ -48,8 +48,11 @@ MemoJournal::Read(const std::filesystem::path& file) {
     return out;
 }
 
-bool MemoJournal::append(const std::string& clOrdID, const std::string& memo) {
+void MemoJournal::append(const std::string& clOrdID, const std::string& memo) {
     m_out << Clean(clOrdID) << '\t' << Clean(memo) << '\n';
+}
+
+bool MemoJournal::flush() {
     m_out.flush();
     return static_cast<bool>(m_out);
 }

@@ -20,8 +20,10 @@ public:
     /// Every entry of a journal file; a missing file has none, broken lines are skipped.
     static std::vector<std::pair<std::string, std::string>> Read(const std::filesystem::path& file);
 
-    /// Appends one entry and flushes it; false when it did not reach the file.
-    bool append(const std::string& clOrdID, const std::string& memo);
+    /// Appends one entry (buffered: flush() before the order leaves).
+    void append(const std::string& clOrdID, const std::string& memo);
+    /// Hands what was appended to the file; false when it did not reach it.
+    bool flush();
 
 private:
     explicit MemoJournal(std::ofstream out) : m_out(std::move(out)) {}

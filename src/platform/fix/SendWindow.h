@@ -2,6 +2,7 @@
 
 #include "platform/fix/engine/FixWire.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <deque>
 #include <optional>
@@ -31,6 +32,14 @@ public:
     /// were still waiting (they will never be sent).
     std::vector<FixMessage> reset();
 
+    /// A request waits and the window has room for it.
+    bool ready() const { return !m_waiting.empty() && m_outstanding.size() < m_limit; }
+    /// A request waits and the window has room for a batch of them (an eighth of the
+    /// window, or all that wait): worth waking a sender for.
+    bool batchReady() const {
+        const size_t batch = std::min(m_waiting.size(), std::max<size_t>(1, m_limit / 8));
+        return batch > 0 && m_outstanding.size() + batch <= m_limit;
+    }
     size_t waiting() const { return m_waiting.size(); }
     size_t outstanding() const { return m_outstanding.size(); }
     size_t limit() const { return m_limit; }

@@ -67,6 +67,8 @@ TEST_F(FixOrderBookTest, AckThenPartialThenFullFill) {
     EXPECT_DOUBLE_EQ(f.avgPx, 10.45);
     EXPECT_EQ(f.side, "B");
     EXPECT_EQ(f.account, "ACCT01");
+    book.addOrder(Sent("A-2", 100, "BUY"));
+    EXPECT_EQ(book.findByClOrdID("A-2")->side, "B") << "limit buys are sent as BUY";
     EXPECT_EQ(f.updates, 3);
 }
 

@@ -14,13 +14,15 @@ TEST(MemoJournal, EntriesSurviveReopening) {
     {
         Result<MemoJournal> j = MemoJournal::Open(file);
         ASSERT_TRUE(j.ok()) << j.error().message;
-        EXPECT_TRUE(j.value().append("A-20240315-57-1", "Tech10-57-/bskt"));
-        EXPECT_TRUE(j.value().append("A-20240315-57-2", "Tech10-57-/bskt"));
+        j.value().append("A-20240315-57-1", "Tech10-57-/bskt");
+        j.value().append("A-20240315-57-2", "Tech10-57-/bskt");
+        EXPECT_TRUE(j.value().flush());
+        EXPECT_EQ(MemoJournal::Read(file).size(), 2u) << "on file once flushed";
     }
     {
         Result<MemoJournal> j = MemoJournal::Open(file);
         ASSERT_TRUE(j.ok());
-        EXPECT_TRUE(j.value().append("A-20240315-58-1", "Bio-58-/bskt"));
+        j.value().append("A-20240315-58-1", "Bio-58-/bskt");
     }
     EXPECT_EQ(MemoJournal::Read(file), (Entries{{"A-20240315-57-1", "Tech10-57-/bskt"},
                                                 {"A-20240315-57-2", "Tech10-57-/bskt"},
@@ -45,6 +47,7 @@ TEST(MemoJournal, SeparatorsInsideTextCannotSplitALine) {
     Result<MemoJournal> j = MemoJournal::Open(file);
     ASSERT_TRUE(j.ok());
     j.value().append("A\t1", "two\nlines\r-/bskt");
+    ASSERT_TRUE(j.value().flush());
     EXPECT_EQ(MemoJournal::Read(file), (Entries{{"A 1", "two lines -/bskt"}}));
 }
 

@@ -8,6 +8,7 @@
 #include <mutex>
 
 #include <quickfix/Application.h>
+#include <quickfix/FileLog.h>
 #include <quickfix/FileStore.h>
 #include <quickfix/FixFields.h>
 #include <quickfix/Session.h>
@@ -67,6 +68,7 @@ struct FixBareLoop::Impl {
     FIX::SessionSettings settings;
     FIX::SessionID sessionID;
     std::unique_ptr<FIX::MessageStoreFactory> store;
+    std::unique_ptr<FIX::LogFactory> log;
     std::unique_ptr<FIX::SocketInitiator> initiator;
 };
 
@@ -88,7 +90,13 @@ bool FixBareLoop::logon(int timeoutMs) {
         } else {
             d.store.reset(new FIX::FileStoreFactory(d.config.storePath));
         }
-        d.initiator.reset(new FIX::SocketInitiator(d.application, *d.store, d.settings));
+        if (d.config.logPath.empty()) {
+            d.initiator.reset(new FIX::SocketInitiator(d.application, *d.store, d.settings));
+        } else {
+            d.log.reset(new FIX::FileLogFactory(d.config.logPath));
+            d.initiator.reset(
+                new FIX::SocketInitiator(d.application, *d.store, d.settings, *d.log));
+        }
         d.initiator->start();
     } catch (const std::exception& e) {
         throw FixEngineError(e.what());
