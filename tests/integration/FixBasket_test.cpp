@@ -265,6 +265,10 @@ TEST_F(FixBasket, ExchangeKilledMidBasketLinesOfflineAreReportedAndNoReportIsLos
     int submitted = 0;
     orders->setBeforeSubmit([&] {
         if (++submitted == 251) {
+            // Killed while the exchange is working through the first half: some orders
+            // answered, others on the wire or still waiting for the window.
+            ASSERT_TRUE(test::RecordingGatewayEvents::waitFor(
+                [&] { return queue.updateCount() >= 100; }, 10s));
             exchange.kill();
             ASSERT_TRUE(
                 test::RecordingGatewayEvents::waitFor([&] { return !gateway->isLoggedOn(); }, 5s));

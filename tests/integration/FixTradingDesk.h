@@ -76,15 +76,22 @@ public:
         std::lock_guard lock(m_mutex);
         return m_rejects;
     }
+    /// Order updates received so far, pumped or not.
+    size_t updateCount() const {
+        std::lock_guard lock(m_mutex);
+        return m_updateCount;
+    }
 
 private:
     void push(const FixOrderState& o) {
         std::lock_guard lock(m_mutex);
         m_queue.emplace_back(o);
+        ++m_updateCount;
     }
     mutable std::mutex m_mutex;
     std::deque<std::variant<FixOrderState, FixOrderReject>> m_queue;
     std::vector<FixOrderReject> m_rejects;
+    size_t m_updateCount = 0;
 };
 
 /// QVXOrder over the gateway: the properties go into a ticket that SubmitOrder hands on.
