@@ -109,7 +109,7 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
 
     // A new counterparty on the same port that remembers nothing (memory store).
     peer.reset();
-    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts == 1; }));
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
     peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()}, port);
     ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }, 10s));
     ASSERT_TRUE(listener.waitFor([&] { return !listener.stale.empty(); }));

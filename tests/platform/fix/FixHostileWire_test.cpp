@@ -122,7 +122,7 @@ TEST_F(FixHostileWire, WrongSenderEndsTheSessionWithoutDelivering) {
     const std::string body = "35=8|34=2|49=INTRUDER|56=WICKER|52=" + test::FixNow() +
                              "|11=A-1|17=E1|150=2|39=2|55=IBM|54=1|151=0|14=100|6=1";
     ASSERT_TRUE(peer.write(test::FixFrame(body)));
-    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts == 1; }));
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
     EXPECT_EQ(delivered(), 0u);
     EXPECT_FALSE(initiator->isLoggedOn());
     // It reconnects and goes on as before.
@@ -138,7 +138,7 @@ TEST_F(FixHostileWire, SequenceNumberGoingBackwardsEndsTheSession) {
     // The same sequence number again, without PossDupFlag: a broken counterparty.
     ASSERT_TRUE(peer.write(test::FixFrame("35=8|34=2|49=EXCH|56=WICKER|52=" + test::FixNow() +
                                           "|11=A-1|17=E9|150=2|39=2|151=0|14=100|6=1")));
-    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts == 1; }));
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
     EXPECT_EQ(delivered(), 1u);
 }
 
@@ -147,7 +147,7 @@ TEST_F(FixHostileWire, PeerVanishingMidMessageIsADisconnect) {
                                              "|11=A-1|17=E1|150=0|39=0");
     ASSERT_TRUE(peer.write(frame.substr(0, frame.size() / 2)));
     peer.closeClient();
-    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts == 1; }));
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
     EXPECT_EQ(delivered(), 0u);
 }
 
