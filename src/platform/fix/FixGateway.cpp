@@ -161,27 +161,23 @@ void FixGateway::RegisterSymbol(const std::string& symbol) {
     }
     {
         std::lock_guard lock(m_symbolMutex);
-        if (!m_symbols.insert(symbol).second) {
-            return;
+        if (!m_symbols.insert(symbol).second || !m_subscribing) {
+            return; // known already, or asked for with all the others at the next logon
         }
-    }
-    if (isLoggedOn()) {
         enqueue(MarketDataRequest(symbol, true));
-        drain();
     }
+    drain();
 }
 
 void FixGateway::DeregisterSymbol(const std::string& symbol) {
     {
         std::lock_guard lock(m_symbolMutex);
-        if (m_symbols.erase(symbol) == 0) {
+        if (m_symbols.erase(symbol) == 0 || !m_subscribing) {
             return;
         }
-    }
-    if (isLoggedOn()) {
         enqueue(MarketDataRequest(symbol, false));
-        drain();
     }
+    drain();
 }
 
 void FixGateway::enqueue(FixMessage message) {
@@ -277,18 +273,22 @@ void FixGateway::publish(const FixBookOutcome& outcome) {
 
 void FixGateway::onLogon() {
     m_events.onSessionStatus(true, "FIX session " + m_engine->sessionName() + " logged on.");
-    std::vector<std::string> symbols;
     {
+        // Subscriptions live as long as the connection: all of them again, once.
         std::lock_guard lock(m_symbolMutex);
-        symbols.assign(m_symbols.begin(), m_symbols.end());
-    }
-    for (const std::string& s : symbols) {
-        enqueue(MarketDataRequest(s, true));
+        m_subscribing = true;
+        for (const std::string& s : m_symbols) {
+            enqueue(MarketDataRequest(s, true));
+        }
     }
     drain();
 }
 
 void FixGateway::onLogout() {
+    {
+        std::lock_guard lock(m_symbolMutex);
+        m_subscribing = false;
+    }
     std::vector<FixMessage> dropped;
     {
         std::lock_guard lock(m_sendMutex);

@@ -105,8 +105,9 @@ private:
     int m_cancelCount = 0;
     std::thread m_sender;
 
-    std::mutex m_symbolMutex;
+    std::mutex m_symbolMutex; // taken before m_sendMutex, never after
     std::set<std::string> m_symbols;
+    bool m_subscribing = false; ///< logged on, and the registered symbols were asked for
 };
 
 } // namespace wicker

@@ -289,6 +289,32 @@ TEST_F(FixGatewayTest, QuotesFlowForRegisteredSymbolsOnly) {
     EXPECT_EQ(*peer.received()[2].find(263), "2");
 }
 
+TEST_F(FixGatewayTest, RegisteredSymbolsAreAskedForAgainAfterAReconnect) {
+    auto peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide(FixVersion::Fix42)});
+    const int port = peer->port();
+    FixPlatformSettings s;
+    s.port = port;
+    s.reconnectInterval = 1;
+    s.resetOnLogon = true; // the new peer remembers nothing
+    FixGateway g(s, dir / "fix", clock, events);
+    g.RegisterSymbol("IBM"); // before the logon: asked for at the logon
+    ASSERT_TRUE(g.start().ok());
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 5s));
+    g.RegisterSymbol("MSFT");
+    g.DeregisterSymbol("MSFT");
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 3; }, 5s));
+
+    peer.reset();
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !g.isLoggedOn(); }));
+    peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide(FixVersion::Fix42)}, port);
+    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 10s));
+    EXPECT_FALSE(peer->waitFor([&] { return peer->received().size() > 1; }, 200ms));
+    const FixMessage v = peer->received()[0];
+    EXPECT_EQ(v.msgType, "V");
+    EXPECT_EQ(v.findGroup(146)->entries[0][0].value, "IBM");
+    EXPECT_EQ(*v.find(263), "1");
+}
+
 TEST_F(FixGatewayTest, RestartKeepsSequenceNumbersAndRecognisesEarlierOrdersByMemo) {
     test::FixTestPeer peer({PeerSide(FixVersion::Fix42)});
     {
