@@ -4,6 +4,7 @@
 #include "platform/fix/FixOrderMapping.h"
 
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <optional>
 #include <string>
@@ -44,5 +45,7 @@ struct FixPlatformSettings {
 /// absent). An error names the first key whose value is unusable.
 Result<FixPlatformSettings>
 ReadFixPlatformSettings(const std::function<std::optional<std::string>(std::string_view)>& key);
+/// The same from the settings file (basket.ini).
+Result<FixPlatformSettings> ReadFixPlatformSettings(const std::filesystem::path& iniFile);
 
 } // namespace wicker

@@ -1,4 +1,5 @@
 #include "platform/fix/FixPlatformSettings.h"
+#include "support/TempDir.h"
 
 #include <map>
 
@@ -87,6 +88,26 @@ TEST(FixPlatformSettings, UnusableValuesNameTheirKey) {
         EXPECT_NE(s.error().message.find(std::string("\"") + r.key + "\""), std::string::npos)
             << s.error().message;
     }
+}
+
+TEST(FixPlatformSettings, ReadFromTheSettingsFile) {
+    test::TempDir dir;
+    test::WriteFile(dir / "basket.ini", "[General]\r\nFixPort=1\r\n"
+                                        "[Platform]\r\nMode=FIX\r\nfixport=5001\r\n"
+                                        "FixVersion=4.4\r\nFixTifNOW=59=3\r\n");
+    const Result<FixPlatformSettings> s = ReadFixPlatformSettings(dir / "basket.ini");
+    ASSERT_TRUE(s.ok()) << s.error().message;
+    EXPECT_EQ(s->port, 5001) << "names compare without case; other sections do not count";
+    EXPECT_EQ(s->version, FixVersion::Fix44);
+    EXPECT_EQ(s->tifProfile.letters.at("N").at(0).value, "3");
+    EXPECT_EQ(s->host, "127.0.0.1");
+
+    const Result<FixPlatformSettings> none = ReadFixPlatformSettings(dir / "missing.ini");
+    ASSERT_TRUE(none.ok());
+    EXPECT_EQ(none->port, DefaultFixPort);
+
+    test::WriteFile(dir / "bad.ini", "[Platform]\r\nFixPort=ninety\r\n");
+    EXPECT_FALSE(ReadFixPlatformSettings(dir / "bad.ini").ok());
 }
 
 } // namespace
