@@ -90,10 +90,19 @@ bool FixGateway::isLoggedOn() const {
     return m_engine && m_engine->isLoggedOn();
 }
 
+void FixGateway::setPreTradeCheck(std::function<int32_t(const FixOrderTicket&)> check) {
+    m_preTradeCheck = std::move(check);
+}
+
 int32_t FixGateway::SubmitOrder(const FixOrderTicket& ticket) {
     NewOrderSingleOrRefusal built = BuildNewOrderSingle(ticket, m_profile, m_clock);
     if (built.refusal != 0) {
         return built.refusal;
+    }
+    if (m_preTradeCheck) {
+        if (const int32_t refusal = m_preTradeCheck(ticket); refusal < 0) {
+            return refusal;
+        }
     }
     if (!isLoggedOn()) {
         return OfflineRejectReason;

@@ -14,6 +14,7 @@
 #include <atomic>
 #include <condition_variable>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <optional>
@@ -54,9 +55,13 @@ public:
     void stop();
     bool isLoggedOn() const;
 
+    /// The checks the platform makes of every order besides its fields (destination not
+    /// enabled -7, exposure limit -8, ...): 0 to let it pass, else the refusal. Set it on
+    /// the thread that submits orders.
+    void setPreTradeCheck(std::function<int32_t(const FixOrderTicket&)> check);
     /// Local checks (-1 account, -2 side, -3 quantity, -4 symbol, -5 price type, -6 TIF),
-    /// then -16 when the session is not logged on; otherwise the order is queued for the
-    /// wire and its record id (> 0) returned.
+    /// then the pre-trade check, then -16 when the session is not logged on; otherwise the
+    /// order is queued for the wire and its record id (> 0) returned.
     int32_t SubmitOrder(const FixOrderTicket& ticket);
     /// Sends OrderCancelRequest for the order with this record id (or, failing that, this
     /// ClOrdID). 0 when queued; -16 offline; -4 when the order is not known.
@@ -93,6 +98,7 @@ private:
     const Clock& m_clock;
     FixGatewayEvents& m_events;
     FixOrderProfile m_profile;
+    std::function<int32_t(const FixOrderTicket&)> m_preTradeCheck;
     FixOrderBook m_book;
     std::optional<MemoJournal> m_journal;
     std::unique_ptr<FixInitiator> m_engine;

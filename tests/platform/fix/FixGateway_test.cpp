@@ -168,6 +168,16 @@ TEST_F(FixGatewayTest, LocalRefusalsAndOfflineNeverReachTheWire) {
         r.change(t);
         EXPECT_EQ(g.SubmitOrder(t), r.result) << r.name;
     }
+    // The platform's own checks come after the fields' and before the wire.
+    g.setPreTradeCheck([](const FixOrderTicket& t) {
+        return t.destination == "BAD" ? -7 : t.quantity > 10000 ? -8 : 0;
+    });
+    FixOrderTicket bad = Ticket("A-3");
+    bad.destination = "BAD";
+    EXPECT_EQ(g.SubmitOrder(bad), -7);
+    EXPECT_EQ(g.SubmitOrder(Ticket("A-4", 20000)), -8);
+    bad.side = "X";
+    EXPECT_EQ(g.SubmitOrder(bad), -2) << "the fields are checked first";
     std::this_thread::sleep_for(100ms);
     EXPECT_TRUE(peer.received().empty());
     EXPECT_EQ(g.book().size(), 0u);
