@@ -24,7 +24,7 @@ public:
     /// Starts it with these options plus --port-file, and waits until it listens.
     /// `port` 0 picks a free port the first time; later starts reuse the port.
     Result<void> start(const std::vector<std::string>& options, int port = 0,
-                       std::chrono::milliseconds limit = std::chrono::seconds(10));
+                       std::chrono::milliseconds limit = std::chrono::seconds(20));
     /// SIGKILL, as a crash: no logout, nothing flushed that was not already.
     void kill();
     /// SIGTERM, and waits for the exit status (0 when it shut down cleanly).

@@ -206,7 +206,7 @@ TEST_F(ExchangeServerTest, RestartedExchangeStillKnowsItsOpenOrders) {
     exchange.reset();
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !g->isLoggedOn(); }));
     exchange = std::make_unique<RunningExchange>(o);
-    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }, 10s));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }, 20s));
     EXPECT_EQ(g->CancelOrder("R-1", id), 0);
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
         const std::vector<FixOrderState> u = events.updates();

@@ -87,7 +87,7 @@ protected:
         gateway = std::make_unique<FixGateway>(s, dir / "wicker", clock, queue);
         ASSERT_TRUE(gateway->start().ok());
         ASSERT_TRUE(
-            test::RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }, 10s));
+            test::RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }, 20s));
         orders = std::make_unique<test::GatewayOrders>(*gateway);
         execution = std::make_unique<BasketExecution>(*orders, sequence, store, boxes, clock);
     }
@@ -268,10 +268,10 @@ TEST_F(FixBasket, ExchangeKilledMidBasketLinesOfflineAreReportedAndNoReportIsLos
             // Killed while the exchange is working through the first half: some orders
             // answered, others on the wire or still waiting for the window.
             ASSERT_TRUE(test::RecordingGatewayEvents::waitFor(
-                [&] { return queue.updateCount() >= 100; }, 10s));
+                [&] { return queue.updateCount() >= 100; }, 20s));
             exchange.kill();
             ASSERT_TRUE(
-                test::RecordingGatewayEvents::waitFor([&] { return !gateway->isLoggedOn(); }, 5s));
+                test::RecordingGatewayEvents::waitFor([&] { return !gateway->isLoggedOn(); }, 15s));
         }
     });
     std::vector<ExecutionLine> lines;
@@ -298,7 +298,7 @@ TEST_F(FixBasket, ExchangeKilledMidBasketLinesOfflineAreReportedAndNoReportIsLos
               std::string::npos);
 
     ASSERT_TRUE(exchange.start(options).ok());
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }, 10s));
+    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }, 20s));
 
     // Every order the exchange took fills completely and every one of its reports reaches
     // the totals; every order it never took was rejected as offline.

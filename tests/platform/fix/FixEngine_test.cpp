@@ -105,13 +105,13 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
     FixMessage order = Order("A-1");
     const int seq = initiator.send(order);
     ASSERT_GT(seq, 0);
-    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 5s));
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 15s));
 
     // A new counterparty on the same port that remembers nothing (memory store).
     peer.reset();
     ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
     peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()}, port);
-    ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }, 10s));
+    ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }, 20s));
     ASSERT_TRUE(listener.waitFor([&] { return !listener.stale.empty(); }));
     {
         std::lock_guard lock(listener.mutex);
@@ -120,7 +120,7 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
     // The gap was filled: a new order reaches the new counterparty, the old one never does.
     FixMessage next = Order("A-2");
     ASSERT_GT(initiator.send(next), seq);
-    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 5s));
+    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 15s));
     const std::vector<FixMessage> got = peer->received();
     ASSERT_EQ(got.size(), 1u);
     EXPECT_EQ(*got[0].find(11), "A-2");

@@ -25,7 +25,7 @@ TEST(FixGatewayHostile, BadReportsNeverChangeAnOrder) {
     s.resetOnLogon = true;
     auto gateway = std::make_unique<FixGateway>(s, dir / "fix", clock, events);
     ASSERT_TRUE(gateway->start().ok());
-    ASSERT_TRUE(peer.acceptLogon(5s));
+    ASSERT_TRUE(peer.acceptLogon(15s));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }));
 
     FixOrderTicket t;
@@ -39,7 +39,7 @@ TEST(FixGatewayHostile, BadReportsNeverChangeAnOrder) {
     t.memo = "Tech10-57-/bskt";
     const int32_t id = gateway->SubmitOrder(t);
     ASSERT_GT(id, 0);
-    ASSERT_FALSE(peer.readUntil("11=A-1", 5s).empty());
+    ASSERT_FALSE(peer.readUntil("11=A-1", 15s).empty());
 
     const char* const sequence[] = {
         "35=8|37=O1|11=A-1|17=E1|150=0|39=0|55=IBM|54=1|38=300|151=300|14=0|6=0",

@@ -115,7 +115,7 @@ TEST_F(FixGatewayTest, OrderArrivesWithItsTagsAndItsReportsComeBackAsUpdates) {
         t.maxFloor = 100;
         const int32_t id = g.SubmitOrder(t);
         EXPECT_GT(id, 0);
-        ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 1; }, 5s));
+        ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 1; }, 15s));
         const FixMessage d = peer.received()[0];
         const std::pair<int, const char*> expected[] = {
             {1, "ACCT01"},   {11, "ACCT01-20240315-57-1"},
@@ -201,7 +201,7 @@ TEST_F(FixGatewayTest, WindowHoldsBackOrdersUntilAnswersArrive) {
     for (int i = 1; i <= 5; ++i) {
         EXPECT_GT(g->SubmitOrder(Ticket("A-" + std::to_string(i))), 0);
     }
-    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 5s));
+    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 15s));
     EXPECT_FALSE(peer.waitFor([&] { return peer.received().size() > 2; }, 200ms))
         << "two on the wire without an answer";
     for (int answered = 1; answered <= 3; ++answered) {
@@ -210,7 +210,7 @@ TEST_F(FixGatewayTest, WindowHoldsBackOrdersUntilAnswersArrive) {
             a.send(0, m);
         });
         ASSERT_TRUE(
-            peer.waitFor([&] { return peer.received().size() == size_t(answered + 2); }, 5s));
+            peer.waitFor([&] { return peer.received().size() == size_t(answered + 2); }, 15s));
     }
     const std::vector<FixMessage> got = peer.received();
     for (size_t i = 0; i < got.size(); ++i) {
@@ -231,7 +231,7 @@ TEST_F(FixGatewayTest, OrdersStillWaitingWhenTheSessionDropsAreRejectedOffline) 
     EXPECT_GT(g->SubmitOrder(Ticket("A-1")), 0);
     EXPECT_GT(g->SubmitOrder(Ticket("A-2")), 0);
     EXPECT_GT(g->SubmitOrder(Ticket("A-3")), 0);
-    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 5s));
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 15s));
     peer.reset(); // the counterparty dies with A-1 unanswered
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.rejects().size() == 2; }));
     const std::vector<FixOrderReject> r = events.rejects();
@@ -252,7 +252,7 @@ TEST_F(FixGatewayTest, CancelGoesOutWithTheOrdersIdsAndItsConfirmationUpdatesThe
     const int32_t id = g->SubmitOrder(Ticket("A-1", 300));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
     EXPECT_EQ(g->CancelOrder("A-1", id), 0);
-    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 5s));
+    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 15s));
     const FixMessage f = peer.received()[1];
     EXPECT_EQ(f.msgType, "F");
     EXPECT_EQ(*f.find(41), "A-1");
@@ -295,7 +295,7 @@ TEST_F(FixGatewayTest, QuotesFlowForRegisteredSymbolsOnly) {
     EXPECT_EQ(events.quotes()[0].ask, 10.5);
     EXPECT_EQ(events.quotes()[1].symbol, "MSFT");
     g->DeregisterSymbol("MSFT");
-    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 3; }, 5s));
+    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 3; }, 15s));
     EXPECT_EQ(*peer.received()[2].find(263), "2");
 }
 
@@ -309,15 +309,15 @@ TEST_F(FixGatewayTest, RegisteredSymbolsAreAskedForAgainAfterAReconnect) {
     FixGateway g(s, dir / "fix", clock, events);
     g.RegisterSymbol("IBM"); // before the logon: asked for at the logon
     ASSERT_TRUE(g.start().ok());
-    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 5s));
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 15s));
     g.RegisterSymbol("MSFT");
     g.DeregisterSymbol("MSFT");
-    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 3; }, 5s));
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 3; }, 15s));
 
     peer.reset();
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !g.isLoggedOn(); }));
     peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide(FixVersion::Fix42)}, port);
-    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 10s));
+    ASSERT_TRUE(peer->waitFor([&] { return !peer->received().empty(); }, 20s));
     EXPECT_FALSE(peer->waitFor([&] { return peer->received().size() > 1; }, 200ms));
     const FixMessage v = peer->received()[0];
     EXPECT_EQ(v.msgType, "V");
@@ -330,7 +330,7 @@ TEST_F(FixGatewayTest, RestartKeepsSequenceNumbersAndRecognisesEarlierOrdersByMe
     {
         auto g = Start(peer.port());
         EXPECT_GT(g->SubmitOrder(Ticket("ACCT01-20240315-57-1")), 0);
-        ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 1; }, 5s));
+        ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 1; }, 15s));
     }
     const int firstSeq = peer.received()[0].msgSeqNum;
     // A new run: the report of the earlier order arrives now.
@@ -349,7 +349,7 @@ TEST_F(FixGatewayTest, RestartKeepsSequenceNumbersAndRecognisesEarlierOrdersByMe
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return later.updates().size() == 1; }));
     EXPECT_EQ(later.updates()[0].memo, "Tech10-57-/bskt");
     EXPECT_GT(g.SubmitOrder(Ticket("ACCT01-20240315-58-1")), 0);
-    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 5s));
+    ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 15s));
     EXPECT_GT(peer.received()[1].msgSeqNum, firstSeq + 1) << "numbering went on from the store";
 }
 

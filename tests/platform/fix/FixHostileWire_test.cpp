@@ -41,7 +41,7 @@ protected:
         c.resetOnLogon = true; // the raw peer starts every connection at 1
         initiator = std::make_unique<FixInitiator>(c, listener);
         initiator->start();
-        ASSERT_TRUE(peer.acceptLogon(5s));
+        ASSERT_TRUE(peer.acceptLogon(15s));
         ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
     }
     void TearDown() override {
@@ -101,7 +101,7 @@ TEST_F(FixHostileWire, NothingBrokenGetsThroughAndTheSessionCarriesOn) {
             // QuickFIX may report the logout more than once (it starts a logon on the dead
             // connection and then drops that too).
             ASSERT_TRUE(listener.waitFor([&] { return listener.logouts > logoutsBefore; }));
-            ASSERT_TRUE(peer.acceptLogon(5s));
+            ASSERT_TRUE(peer.acceptLogon(15s));
             ASSERT_TRUE(listener.waitFor([&] { return initiator->isLoggedOn(); }));
         }
         if (std::string(c.name) == "unknown message type") {
@@ -126,7 +126,7 @@ TEST_F(FixHostileWire, WrongSenderEndsTheSessionWithoutDelivering) {
     EXPECT_EQ(delivered(), 0u);
     EXPECT_FALSE(initiator->isLoggedOn());
     // It reconnects and goes on as before.
-    ASSERT_TRUE(peer.acceptLogon(5s));
+    ASSERT_TRUE(peer.acceptLogon(15s));
     ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }));
     ASSERT_TRUE(peer.send("35=8|11=A-1|17=E2|150=0|39=0|55=IBM|54=1|151=100|14=0|6=0"));
     ASSERT_TRUE(listener.waitFor([&] { return listener.messages.size() == 1; }));

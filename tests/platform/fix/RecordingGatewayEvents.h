@@ -53,7 +53,7 @@ public:
 
     /// Polls pred (which may call the accessors) until it holds or the time is up.
     template <class Pred>
-    static bool waitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+    static bool waitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(15)) {
         const auto deadline = std::chrono::steady_clock::now() + limit;
         while (!pred()) {
             if (std::chrono::steady_clock::now() >= deadline) {

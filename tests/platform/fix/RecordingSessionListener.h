@@ -32,7 +32,7 @@ public:
     }
 
     template <class Pred>
-    bool waitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(5)) {
+    bool waitFor(Pred pred, std::chrono::milliseconds limit = std::chrono::seconds(15)) {
         std::unique_lock lock(mutex);
         return changed.wait_for(lock, limit, pred);
     }
