@@ -148,11 +148,12 @@ int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     s.leaves = order.quantity;
     s.ordStatus = "A";
     s.status = OrdStatusText(s.ordStatus);
-    m_orders.push_back(s);
-    m_byClOrdID[s.clOrdID] = s.recordId;
+    const int32_t id = s.recordId;
+    m_byClOrdID[s.clOrdID] = id;
     m_memos[s.clOrdID] = s.memo;
     m_awaiting.insert(s.clOrdID);
-    return s.recordId;
+    m_orders.push_back(std::move(s));
+    return id;
 }
 
 bool FixOrderBook::addCancel(int32_t recordId, const std::string& cancelClOrdID) {

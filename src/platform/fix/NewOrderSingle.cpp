@@ -1,6 +1,5 @@
 #include "platform/fix/NewOrderSingle.h"
 
-#include <cstdio>
 #include <ctime>
 
 namespace wicker {
@@ -8,17 +7,33 @@ namespace wicker {
 std::string FixTimestamp(Clock::TimePoint t) {
     const auto ms = std::chrono::duration_cast<std::chrono::milliseconds>(t.time_since_epoch());
     std::time_t secs = static_cast<std::time_t>(ms.count() / 1000);
-    long millis = static_cast<long>(ms.count() % 1000);
+    int millis = static_cast<int>(ms.count() % 1000);
     if (millis < 0) {
         millis += 1000;
         --secs;
     }
     std::tm tm{};
     gmtime_r(&secs, &tm);
-    char buf[64];
-    std::snprintf(buf, sizeof buf, "%04d%02d%02d-%02d:%02d:%02d.%03ld", tm.tm_year + 1900,
-                  tm.tm_mon + 1, tm.tm_mday, tm.tm_hour, tm.tm_min, tm.tm_sec, millis);
-    return buf;
+    // Written digit by digit: one of these goes into every order.
+    std::string out(21, '0');
+    const auto put = [&out](size_t at, int value, int digits) {
+        for (int i = digits - 1; i >= 0; --i) {
+            out[at + static_cast<size_t>(i)] = static_cast<char>('0' + value % 10);
+            value /= 10;
+        }
+    };
+    put(0, tm.tm_year + 1900, 4);
+    put(4, tm.tm_mon + 1, 2);
+    put(6, tm.tm_mday, 2);
+    out[8] = '-';
+    put(9, tm.tm_hour, 2);
+    out[11] = ':';
+    put(12, tm.tm_min, 2);
+    out[14] = ':';
+    put(15, tm.tm_sec, 2);
+    out[17] = '.';
+    put(18, millis, 3);
+    return out;
 }
 
 NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOrderProfile& p,
