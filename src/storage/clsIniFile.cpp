@@ -1,151 +1,63 @@
 #include "storage/clsIniFile.h"
 
 #include "common/Conversions.h"
-#include "common/RuntimeError.h"
-#include "common/Text.h"
+#include "storage/IniFileIo.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
-#include <system_error>
+#include <exception>
 
 namespace wicker {
 namespace {
 
+namespace fs = std::filesystem;
+
+// Room the original gave its buffers: 255 characters for a value (254 and the end
+// mark), 8192 for a list of names.
 constexpr size_t kValueChars = 254;
-constexpr size_t kListChars = 8191;
+constexpr size_t kListChars = 8192;
 
-// The file as lines (UTF-8). `readable` is false when it exists but cannot be read.
-struct IniLines {
-    std::vector<std::string> lines;
-    bool exists = false;
-    bool readable = true;
-};
-
-IniLines Load(const std::filesystem::path& path) {
-    IniLines out;
-    std::error_code ec;
-    if (path.empty() || !std::filesystem::exists(path, ec)) {
-        return out;
-    }
-    out.exists = true;
-    std::ifstream in(path, std::ios::binary);
-    if (!in || std::filesystem::is_directory(path, ec)) {
-        out.readable = false;
-        return out;
-    }
-    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    if (in.bad()) {
-        out.readable = false;
-        return out;
-    }
-    for (auto& line : Split(bytes, "\n")) {
-        if (!line.empty() && line.back() == '\r') {
-            line.pop_back();
-        }
-        out.lines.push_back(Cp1252ToUtf8(line));
-    }
-    if (!out.lines.empty() && out.lines.back().empty()) {
-        out.lines.pop_back(); // the break after the last line
-    }
-    return out;
-}
-
-// Replaces the file through a temporary one so a crash never leaves half a file.
-bool Save(const std::filesystem::path& path, const std::vector<std::string>& lines) {
-    const std::filesystem::path tmp = path.string() + ".tmp";
-    {
-        std::ofstream out(tmp, std::ios::binary | std::ios::trunc);
-        for (const auto& l : lines) {
-            out << Utf8ToCp1252(l) << "\r\n";
-        }
-        out.flush();
-        if (!out) {
-            std::error_code ec;
-            std::filesystem::remove(tmp, ec);
-            return false;
+// The first `count` characters of UTF-8 text. Every Windows-1252 character is one code
+// point, so this counts characters as the file does.
+std::string FirstChars(const std::string& utf8, size_t count) {
+    size_t chars = 0;
+    for (size_t i = 0; i < utf8.size(); ++i) {
+        const bool startsChar = (static_cast<unsigned char>(utf8[i]) & 0xC0) != 0x80;
+        if (startsChar && chars++ == count) {
+            return utf8.substr(0, i);
         }
     }
-    std::error_code ec;
-    std::filesystem::rename(tmp, path, ec);
-    if (ec) {
-        std::filesystem::remove(tmp, ec);
-        return false;
-    }
-    return true;
+    return utf8;
 }
 
-std::string TrimBlanks(std::string_view s) {
-    const size_t b = s.find_first_not_of(" \t");
-    if (b == std::string_view::npos) {
-        return {};
-    }
-    return std::string(s.substr(b, s.find_last_not_of(" \t") - b + 1));
+size_t CharCount(const std::string& utf8) {
+    return static_cast<size_t>(std::count_if(utf8.begin(), utf8.end(), [](char c) {
+        return (static_cast<unsigned char>(c) & 0xC0) != 0x80;
+    }));
 }
 
-// Section name of a "[name]" line, or nothing.
-std::optional<std::string> SectionOf(const std::string& line) {
-    const std::string t = TrimBlanks(line);
-    if (t.size() >= 2 && t.front() == '[') {
-        const size_t close = t.find(']');
-        if (close != std::string::npos) {
-            return TrimBlanks(t.substr(1, close - 1));
-        }
-    }
-    return std::nullopt;
+// The default as the operating system hands it back: a C string, trailing blanks
+// dropped, cut to the buffer.
+std::string Fallback(const std::string& text, size_t count) {
+    std::string out = text.substr(0, text.find('\0'));
+    out.erase(out.find_last_not_of(' ') + 1);
+    return FirstChars(out, count);
 }
 
-// Key name of a "key=value" line, or nothing.
-std::optional<std::string> KeyOf(const std::string& line) {
-    const size_t eq = line.find('=');
-    if (eq == std::string::npos || SectionOf(line)) {
-        return std::nullopt;
-    }
-    return TrimBlanks(line.substr(0, eq));
-}
-
-bool Same(std::string_view a, std::string_view b) {
-    return UCase(a) == UCase(b);
-}
-
-// [first, end) line range of the section's body; first = npos when absent.
-std::pair<size_t, size_t> FindSection(const std::vector<std::string>& lines,
-                                      const std::string& section) {
-    for (size_t i = 0; i < lines.size(); ++i) {
-        if (auto s = SectionOf(lines[i]); s && Same(*s, section)) {
-            size_t end = i + 1;
-            while (end < lines.size() && !SectionOf(lines[end])) {
-                ++end;
-            }
-            return {i, end};
-        }
-    }
-    return {std::string::npos, 0};
-}
-
-size_t FindKey(const std::vector<std::string>& lines, std::pair<size_t, size_t> range,
-               const std::string& key) {
-    for (size_t i = range.first + 1; i < range.second; ++i) {
-        if (auto k = KeyOf(lines[i]); k && Same(*k, key)) {
-            return i;
-        }
-    }
-    return std::string::npos;
-}
-
-std::string Cut(const std::string& utf8, size_t chars) {
-    const std::string bytes = Utf8ToCp1252(utf8);
-    return bytes.size() <= chars ? utf8 : Cp1252ToUtf8(bytes.substr(0, chars));
-}
-
+// Names each ended by NUL, the list ended by a second NUL; names that no longer fit the
+// buffer are left out whole rather than cut.
 std::string NameList(const std::vector<std::string>& names) {
     std::string out;
-    for (const auto& n : names) {
-        out += n;
+    size_t chars = 1; // the closing NUL
+    for (const auto& name : names) {
+        chars += CharCount(name) + 1;
+        if (chars > kListChars) {
+            break;
+        }
+        out += name;
         out += '\0';
     }
     out += '\0';
-    return Cut(out, kListChars);
+    return out;
 }
 
 void Enumerate(const std::string& list, std::vector<std::string>& names, int32_t& count) {
@@ -155,7 +67,7 @@ void Enumerate(const std::string& list, std::vector<std::string>& names, int32_t
     while (pos < list.size()) {
         const size_t nul = list.find('\0', pos);
         if (nul == std::string::npos || nul == pos) {
-            break;
+            break; // the closing NUL, or text that is no list at all
         }
         names.push_back(list.substr(pos, nul - pos));
         ++count;
@@ -163,110 +75,96 @@ void Enumerate(const std::string& list, std::vector<std::string>& names, int32_t
     }
 }
 
+// Writes the changed document back unless that would change nothing.
+int32_t Store(const fs::path& path, const IniFileContent& file) {
+    if (file.state == IniFileContent::State::Read && file.document.Serialize() == file.bytes) {
+        return 1;
+    }
+    return WriteIniFile(path, file.document) ? 1 : 0;
+}
+
+// Outcome of removing something that is not there: done, if a file could be there.
+int32_t NothingToRemove(const fs::path& path, const IniFileContent& file) {
+    if (file.state == IniFileContent::State::Read) {
+        return 1;
+    }
+    std::error_code ec;
+    const fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
+    return !path.empty() && fs::is_directory(folder, ec) ? 1 : 0;
+}
+
+// Puts a property back however the function is left.
+class RestoreOnExit {
+public:
+    explicit RestoreOnExit(std::string& target) : m_target(target), m_saved(target) {}
+    RestoreOnExit(const RestoreOnExit&) = delete;
+    RestoreOnExit& operator=(const RestoreOnExit&) = delete;
+    ~RestoreOnExit() { m_target = std::move(m_saved); }
+
+private:
+    std::string& m_target;
+    std::string m_saved;
+};
+
 } // namespace
 
 std::string clsIniFile::Value() const {
-    const IniLines f = Load(m_path);
-    const auto range = FindSection(f.lines, m_section);
-    if (range.first != std::string::npos) {
-        const size_t k = FindKey(f.lines, range, m_key);
-        if (k != std::string::npos) {
-            const std::string& line = f.lines[k];
-            return Cut(TrimBlanks(line.substr(line.find('=') + 1)), kValueChars);
+    const IniFileContent file = ReadIniFile(m_path);
+    if (file.state == IniFileContent::State::Read) {
+        if (const auto value = file.document.Get(m_section, m_key)) {
+            return FirstChars(*value, kValueChars);
         }
     }
-    return Cut(m_default, kValueChars);
+    return Fallback(m_default, kValueChars);
 }
 
 void clsIniFile::setValue(std::string_view text) {
     std::string value(text);
     value.erase(std::remove(value.begin(), value.end(), '\0'), value.end());
     m_lastReturnCode = 0;
-    IniLines f = Load(m_path);
-    if (!f.readable || m_section.empty() || m_key.empty()) {
+    IniFileContent file = ReadIniFile(m_path);
+    if (m_path.empty() || file.state == IniFileContent::State::Unreadable ||
+        !file.document.Set(m_section, m_key, value)) {
         return;
     }
-    auto range = FindSection(f.lines, m_section);
-    if (range.first == std::string::npos) {
-        f.lines.push_back("[" + m_section + "]");
-        range = {f.lines.size() - 1, f.lines.size()};
-    }
-    const size_t k = FindKey(f.lines, range, m_key);
-    if (k != std::string::npos) {
-        f.lines[k] = m_key + "=" + value;
-    } else {
-        // After the section's last non-blank line, so blank separators stay between sections.
-        size_t at = range.second;
-        while (at > range.first + 1 && TrimBlanks(f.lines[at - 1]).empty()) {
-            --at;
-        }
-        f.lines.insert(f.lines.begin() + static_cast<std::ptrdiff_t>(at), m_key + "=" + value);
-    }
-    m_lastReturnCode = Save(m_path, f.lines) ? 1 : 0;
+    m_lastReturnCode = Store(m_path, file);
 }
 
 void clsIniFile::DeleteKey() {
     m_lastReturnCode = 0;
-    IniLines f = Load(m_path);
-    if (!f.readable) {
+    IniFileContent file = ReadIniFile(m_path);
+    if (file.state == IniFileContent::State::Unreadable) {
         return;
     }
-    const auto range = FindSection(f.lines, m_section);
-    if (range.first != std::string::npos) {
-        const size_t k = FindKey(f.lines, range, m_key);
-        if (k != std::string::npos) {
-            f.lines.erase(f.lines.begin() + static_cast<std::ptrdiff_t>(k));
-            m_lastReturnCode = Save(m_path, f.lines) ? 1 : 0;
-            return;
-        }
-    }
-    m_lastReturnCode = f.exists ? 1 : 0;
+    m_lastReturnCode = file.document.RemoveKey(m_section, m_key) ? Store(m_path, file)
+                                                                 : NothingToRemove(m_path, file);
 }
 
 void clsIniFile::DeleteSection() {
     m_lastReturnCode = 0;
-    IniLines f = Load(m_path);
-    if (!f.readable) {
+    IniFileContent file = ReadIniFile(m_path);
+    if (file.state == IniFileContent::State::Unreadable) {
         return;
     }
-    const auto range = FindSection(f.lines, m_section);
-    if (range.first == std::string::npos) {
-        m_lastReturnCode = f.exists ? 1 : 0;
-        return;
-    }
-    f.lines.erase(f.lines.begin() + static_cast<std::ptrdiff_t>(range.first),
-                  f.lines.begin() + static_cast<std::ptrdiff_t>(range.second));
-    m_lastReturnCode = Save(m_path, f.lines) ? 1 : 0;
+    m_lastReturnCode = file.document.RemoveSection(m_section) ? Store(m_path, file)
+                                                              : NothingToRemove(m_path, file);
 }
 
 std::string clsIniFile::INISection() const {
-    const IniLines f = Load(m_path);
-    const auto range = FindSection(f.lines, m_section);
-    if (range.first == std::string::npos) {
-        return m_default;
-    }
-    std::vector<std::string> names;
-    for (size_t i = range.first + 1; i < range.second; ++i) {
-        if (auto k = KeyOf(f.lines[i])) {
-            names.push_back(*k);
-        }
-    }
-    return names.empty() ? std::string() : NameList(names);
+    const IniFileContent file = ReadIniFile(m_path);
+    const auto names = file.document.KeyNames(m_section);
+    return names.empty() ? Fallback(m_default, kListChars - 1) : NameList(names);
 }
 
 void clsIniFile::setINISection(std::string_view) {
+    // Without a key the write removes the section; the text itself is never stored.
     DeleteSection();
 }
 
 std::string clsIniFile::Sections() const {
-    const IniLines f = Load(m_path);
-    std::vector<std::string> names;
-    for (const auto& line : f.lines) {
-        if (auto s = SectionOf(line)) {
-            names.push_back(*s);
-        }
-    }
-    return names.empty() ? m_default : NameList(names);
+    const IniFileContent file = ReadIniFile(m_path);
+    const auto names = file.document.SectionNames();
+    return names.empty() ? Fallback(m_default, kListChars - 1) : NameList(names);
 }
 
 void clsIniFile::EnumerateCurrentSection(std::vector<std::string>& names, int32_t& count) const {
@@ -285,61 +183,80 @@ void clsIniFile::EnumerateAllSections(std::vector<std::string>& names, int32_t& 
 int32_t clsIniFile::CLngDefault(std::string_view text, int32_t fallback) {
     try {
         return CLng(text);
-    } catch (const RuntimeError&) {
+    } catch (const std::exception&) {
         return fallback;
     }
 }
 
 void clsIniFile::SaveFormPosition(const WindowGeometry& form) {
-    const std::string key = m_key;
-    const WindowState state = form.state();
-    if (state != WindowState::Minimised) {
+    const RestoreOnExit keepKey(m_key);
+    try {
+        const WindowState state = form.state();
+        if (state == WindowState::Minimised) {
+            return;
+        }
         const bool maximised = state == WindowState::Maximised;
         m_key = "Maximised";
         setValue(maximised ? "1" : "0");
-        if (!maximised) {
-            const Rect r = form.rect();
-            const std::pair<const char*, int> values[] = {
-                {"Left", r.left}, {"Top", r.top}, {"Width", r.width}, {"Height", r.height}};
-            for (const auto& [name, v] : values) {
-                m_key = name;
-                setValue(std::to_string(v));
-            }
+        if (maximised) {
+            return; // the normal-size placement already in the file stays for the next start
         }
+        const Rect r = form.rect();
+        const std::pair<const char*, int> values[] = {
+            {"Left", r.left}, {"Top", r.top}, {"Width", r.width}, {"Height", r.height}};
+        for (const auto& [name, v] : values) {
+            m_key = name;
+            setValue(std::to_string(v));
+        }
+    } catch (const std::exception&) {
+        // Placement is a convenience: a window that cannot say where it is saves nothing.
     }
-    m_key = key;
 }
 
 void clsIniFile::LoadFormPosition(WindowGeometry& form, std::optional<int> minWidth,
                                   std::optional<int> minHeight) {
-    const std::string key = m_key;
-    const std::string def = m_default;
-    m_default = "FAIL";
-    const Rect current = form.rect();
-    auto read = [&](const char* name, int fallback) {
-        m_key = name;
-        return CLngDefault(Value(), fallback);
-    };
-    Rect r{read("Left", current.left), read("Top", current.top), read("Width", current.width),
-           read("Height", current.height)};
-    const Rect screen = form.screen();
-    r.width = std::max(r.width, minWidth.value_or(0));
-    r.height = std::max(r.height, minHeight.value_or(0));
-    if (screen.width > 0 && screen.height > 0) {
-        // Never larger than the screen (unless the minimum says so), and on it.
-        r.width = std::max(std::min(r.width, screen.width), minWidth.value_or(0));
-        r.height = std::max(std::min(r.height, screen.height), minHeight.value_or(0));
-        r.left = std::clamp(r.left, screen.left,
-                            std::max(screen.left, screen.left + screen.width - r.width));
-        r.top = std::clamp(r.top, screen.top,
-                           std::max(screen.top, screen.top + screen.height - r.height));
+    const RestoreOnExit keepKey(m_key);
+    const RestoreOnExit keepDefault(m_default);
+    try {
+        m_default = "FAIL"; // a missing key reads as text that CLngDefault refuses
+        const Rect current = form.rect();
+        auto read = [&](const char* name, int fallback) {
+            m_key = name;
+            return CLngDefault(Value(), fallback);
+        };
+        Rect r{read("Left", current.left), read("Top", current.top), read("Width", current.width),
+               read("Height", current.height)};
+        if (r.width <= 0) {
+            r.width = current.width;
+        }
+        if (r.height <= 0) {
+            r.height = current.height;
+        }
+        const int minW = std::max(minWidth.value_or(0), 0);
+        const int minH = std::max(minHeight.value_or(0), 0);
+        const Rect screen = form.screen();
+        if (screen.width > 0 && screen.height > 0) {
+            // No larger than the screen, then moved onto it; a minimum wider than the
+            // screen wins and the window starts at the screen's edge.
+            r.width = std::min(r.width, screen.width);
+            r.height = std::min(r.height, screen.height);
+            r.width = std::max(r.width, minW);
+            r.height = std::max(r.height, minH);
+            r.left = std::clamp(r.left, screen.left,
+                                std::max(screen.left, screen.left + screen.width - r.width));
+            r.top = std::clamp(r.top, screen.top,
+                               std::max(screen.top, screen.top + screen.height - r.height));
+        } else {
+            r.width = std::max(r.width, minW);
+            r.height = std::max(r.height, minH);
+        }
+        form.move(r);
+        if (read("Maximised", 0) != 0) {
+            form.setState(WindowState::Maximised);
+        }
+    } catch (const std::exception&) {
+        // The window keeps whatever placement it had.
     }
-    form.move(r);
-    if (read("Maximised", 0) != 0) {
-        form.setState(WindowState::Maximised);
-    }
-    m_key = key;
-    m_default = def;
 }
 
 } // namespace wicker

@@ -1,13 +1,13 @@
 #pragma once
 
+#include "storage/WindowGeometry.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "storage/WindowGeometry.h"
 
 namespace wicker {
 
@@ -27,17 +27,21 @@ public:
     const std::string& Default() const { return m_default; }
     void setDefault(std::string text) { m_default = std::move(text); }
 
-    /// Key in Section, or Default; at most 254 characters.
+    /// Key in Section (trimmed of blanks and of one pair of quotes), or Default without
+    /// its trailing blanks; at most 254 characters.
     std::string Value() const;
     /// Writes Key = text (NUL characters removed); creates file/section/key as needed.
+    /// Fails (LastReturnCode 0) for a text or name with a line break, a key with "=",
+    /// a missing folder, or a file that exists but cannot be read.
     void setValue(std::string_view text);
     void DeleteKey();
     void DeleteSection();
-    /// Key names of Section, each followed by NUL, the list ended by a second NUL.
+    /// Key names of Section, each followed by NUL, the list ended by a second NUL;
+    /// Default when the section is missing or holds no keys.
     std::string INISection() const;
     /// Deletes Section (the text is not stored: a key-less write removes the section).
     void setINISection(std::string_view text);
-    /// Section names of the file, NUL-separated as INISection.
+    /// Section names of the file, NUL-separated as INISection (each name once).
     std::string Sections() const;
 
     /// Return value of the last write: non-zero on success.

@@ -1,0 +1,167 @@
+#include "storage/IniFileIo.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <memory>
+#include <random>
+#include <system_error>
+
+#if __has_include(<unistd.h>)
+#include <unistd.h>
+#define WICKER_HAVE_FSYNC 1
+#endif
+
+namespace wicker {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Far above any settings file; keeps a wrong path from pulling a huge file into memory.
+constexpr std::uintmax_t kMaxFileBytes = 16u * 1024u * 1024u;
+
+IniFileContent Unreadable(const fs::path& path, const std::string& why) {
+    IniFileContent out;
+    out.state = IniFileContent::State::Unreadable;
+    out.error = "The settings file " + path.string() + " cannot be read: " + why;
+    return out;
+}
+
+bool IsNotFound(const std::error_code& ec) {
+    return ec == std::errc::no_such_file_or_directory || ec == std::errc::not_a_directory;
+}
+
+struct FileCloser {
+    void operator()(std::FILE* f) const { std::fclose(f); }
+};
+using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
+
+// A new file next to the target, removed again unless it was renamed into place.
+class TempFile {
+public:
+    explicit TempFile(const fs::path& target) {
+        std::random_device random;
+        for (int attempt = 0; attempt < 16 && !m_file; ++attempt) {
+            char tag[16];
+            std::snprintf(tag, sizeof tag, "%08x", static_cast<unsigned>(random()));
+            m_path = target.parent_path() / ("." + target.filename().string() + "." + tag + ".tmp");
+            // "x": fail rather than reuse a file someone else made.
+            m_file.reset(std::fopen(m_path.c_str(), "wbx"));
+        }
+        if (!m_file) {
+            m_path.clear();
+        }
+    }
+    TempFile(const TempFile&) = delete;
+    TempFile& operator=(const TempFile&) = delete;
+    ~TempFile() {
+        m_file.reset();
+        if (!m_path.empty()) {
+            std::error_code ec;
+            fs::remove(m_path, ec);
+        }
+    }
+
+    bool ok() const { return m_file != nullptr; }
+    const fs::path& path() const { return m_path; }
+
+    // Writes, flushes to the disk and closes.
+    bool WriteAll(const std::string& bytes) {
+        std::FILE* f = m_file.get();
+        bool good =
+            std::fwrite(bytes.data(), 1, bytes.size(), f) == bytes.size() && std::fflush(f) == 0;
+#ifdef WICKER_HAVE_FSYNC
+        good = good && ::fsync(::fileno(f)) == 0;
+#endif
+        std::FILE* raw = m_file.release();
+        return std::fclose(raw) == 0 && good;
+    }
+
+    void Committed() {
+        m_path.clear();
+    }
+
+private:
+    fs::path m_path;
+    FilePtr m_file;
+};
+
+Result<void> Failed(const fs::path& path, const std::string& why) {
+    return Error{"The settings file " + path.string() + " could not be written: " + why};
+}
+
+} // namespace
+
+IniFileContent ReadIniFile(const fs::path& path) {
+    if (path.empty()) {
+        return {};
+    }
+    std::error_code ec;
+    const fs::file_status status = fs::status(path, ec);
+    if (status.type() == fs::file_type::not_found || (ec && IsNotFound(ec))) {
+        return {};
+    }
+    if (ec) {
+        return Unreadable(path, ec.message());
+    }
+    if (status.type() == fs::file_type::directory) {
+        return Unreadable(path, "it is a folder.");
+    }
+    if (status.type() != fs::file_type::regular) {
+        return Unreadable(path, "it is not a regular file.");
+    }
+    const std::uintmax_t size = fs::file_size(path, ec);
+    if (ec || size > kMaxFileBytes) {
+        return Unreadable(path, ec ? ec.message() : "it is too large for a settings file.");
+    }
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        return Unreadable(path, "it cannot be opened.");
+    }
+    IniFileContent out;
+    out.bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+    if (in.bad()) {
+        return Unreadable(path, "reading it failed.");
+    }
+    auto parsed = IniDocument::Parse(out.bytes);
+    if (!parsed) {
+        return Unreadable(path, parsed.error().message);
+    }
+    out.document = std::move(parsed).value();
+    out.state = IniFileContent::State::Read;
+    return out;
+}
+
+Result<void> WriteIniFile(const fs::path& path, const IniDocument& document) {
+    std::error_code ec;
+    fs::path target = path;
+    if (fs::is_symlink(path, ec)) {
+        target = fs::canonical(path, ec);
+        if (ec) {
+            return Failed(path, "the link points nowhere.");
+        }
+    }
+    const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
+    if (!fs::is_directory(folder, ec)) {
+        return Failed(path, "the folder " + folder.string() + " does not exist.");
+    }
+    TempFile tmp(folder / target.filename());
+    if (!tmp.ok()) {
+        return Failed(path, "no new file can be made in " + folder.string() + ".");
+    }
+    if (!tmp.WriteAll(document.Serialize())) {
+        return Failed(path, "the disk did not take the text.");
+    }
+    const fs::file_status old = fs::status(target, ec);
+    if (!ec && fs::exists(old)) {
+        fs::permissions(tmp.path(), old.permissions(), ec);
+    }
+    fs::rename(tmp.path(), target, ec);
+    if (ec) {
+        return Failed(path, ec.message() + ".");
+    }
+    tmp.Committed();
+    return {};
+}
+
+} // namespace wicker
