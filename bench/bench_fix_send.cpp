@@ -23,7 +23,7 @@ namespace {
 using namespace wicker;
 
 constexpr int Lines = 5000;
-constexpr int Rounds = 7;
+constexpr int Rounds = 9;
 
 FixOrderTicket Ticket(const std::string& prefix, int i) {
     FixOrderTicket t;
@@ -157,6 +157,7 @@ std::optional<double> WickerRound(int port, const std::filesystem::path& folder,
 void BM_Send5000LineBasket(benchmark::State& state, int port, const std::filesystem::path& folder) {
     std::vector<double> bare;
     std::vector<double> wicker;
+    std::vector<double> ratios; // each round against the bare round just before it
     int round = 0;
     for (auto _ : state) {
         const std::optional<double> b = BareRound(port, folder, round);
@@ -167,12 +168,13 @@ void BM_Send5000LineBasket(benchmark::State& state, int port, const std::filesys
         }
         bare.push_back(*b);
         wicker.push_back(*w);
+        ratios.push_back(*w / *b);
         state.SetIterationTime(*w);
         ++round;
     }
     state.counters["bare_ms"] = Median(bare) * 1e3;
     state.counters["wicker_ms"] = Median(wicker) * 1e3;
-    state.counters["ratio"] = Median(wicker) / Median(bare);
+    state.counters["ratio"] = Median(ratios);
 }
 
 class SummaryReporter : public benchmark::ConsoleReporter {
@@ -218,13 +220,14 @@ int main(int argc, char** argv) {
         benchmark::RunSpecifiedBenchmarks(&reporter);
         const double bare = reporter.counter("bare_ms");
         const double wicker = reporter.counter("wicker_ms");
+        const double ratio = reporter.counter("ratio");
         if (bare > 0 && wicker > 0) {
-            std::printf("\nSummary (same run, medians of %d alternating rounds, %d orders each, "
-                        "from the first send to the last acknowledgement)\n",
+            std::printf("\nSummary (same run, %d alternating rounds of %d orders, timed from the "
+                        "first send to the last acknowledgement)\n",
                         Rounds, Lines);
-            std::printf("bare QuickFIX loop %.1f ms, Wicker FIX platform %.1f ms: %.2fx "
-                        "(target <= 1.3x)\n",
-                        bare, wicker, wicker / bare);
+            std::printf("bare QuickFIX loop %.1f ms, Wicker FIX platform %.1f ms (medians); "
+                        "median of the rounds' ratios %.2fx (target <= 1.3x)\n",
+                        bare, wicker, ratio);
         } else {
             status = 1;
         }
