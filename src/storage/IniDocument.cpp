@@ -216,12 +216,15 @@ bool IniDocument::IsWritableValue(std::string_view value) {
 }
 
 bool IniDocument::Set(std::string_view section, std::string_view key, std::string_view value) {
-    if (!IsWritableSection(section) || !IsWritableKey(key) || !IsWritableValue(value)) {
-        return false;
-    }
+    // Checked as they will stand in the file: the conversion must not bring in a line
+    // break or a NUL either.
     const std::string s = Encode(TrimBlanks(section));
     const std::string k = Encode(TrimBlanks(key));
     const std::string v = Encode(value);
+    if (!IsWritableSection(section) || !IsWritableKey(key) || !IsWritableValue(value) ||
+        !IsWritableSection(s) || !IsWritableKey(k) || !IsWritableValue(v)) {
+        return false;
+    }
     const auto ranges = FindSections(s);
     if (ranges.empty()) {
         if (!m_lines.empty() && !TrimBlanks(m_lines.back()).empty()) {

@@ -136,6 +136,23 @@ TEST(IniDocumentSet, RefusesWhatWouldBreakTheFile) {
     }
 }
 
+TEST(IniDocumentSet, MalformedUtf8NeverBecomesALineBreak) {
+    // Overlong forms of LF and NUL: whatever the conversion makes of them, no second key
+    // and no damaged line may appear.
+    IniDocument doc;
+    doc.Set("A", "k",
+            "x\xC0\x8A"
+            "b=1");
+    doc.Set("A", "k\xC0\x80", "1");
+    doc.Set("A\xE0\x80\x8A", "k", "1");
+    EXPECT_FALSE(doc.Get("A", "b").has_value());
+    const std::string text = doc.Serialize();
+    EXPECT_EQ(text.find('\0'), std::string::npos);
+    for (size_t at = text.find('\n'); at != std::string::npos; at = text.find('\n', at + 1)) {
+        EXPECT_EQ(text[at - 1], '\r');
+    }
+}
+
 TEST(IniDocumentRemove, KeyGoesEverywhereItCounts) {
     IniDocument doc = Parsed("[A]\r\nk=1\r\n; k=c\r\nK = 2\r\nj=3\r\n[a]\r\nk=4\r\n[B]\r\nk=5\r\n");
     EXPECT_TRUE(doc.RemoveKey("a", "K"));
