@@ -30,7 +30,7 @@ struct OutgoingQueue {
     std::vector<SentOrder> sent;
 };
 
-class QueuedTicket : public OrderTicket {
+class QueuedTicket : public QVXOrder {
 public:
     explicit QueuedTicket(OutgoingQueue& queue) : m_queue(queue) {}
     std::string Account() const override { return m_o.account; }
@@ -65,9 +65,9 @@ private:
     SentOrder m_o;
 };
 
-class QueuedTickets : public OrderTicketFactory {
+class QueuedTickets : public QVXOrderFactory {
 public:
-    std::unique_ptr<OrderTicket> CreateOrder() override {
+    std::unique_ptr<QVXOrder> CreateOrder() override {
         return std::make_unique<QueuedTicket>(queue);
     }
     OutgoingQueue queue;

@@ -28,9 +28,9 @@ public:
 
 constexpr int OrdersPerBasket = 500;
 
-OrderReport MakeRecord(int32_t id, int32_t version) {
+QVXOrderStruct MakeRecord(int32_t id, int32_t version) {
     const int basket = id / OrdersPerBasket;
-    OrderReport r;
+    QVXOrderStruct r;
     r.OrderRecordId = id;
     r.Memo = "Basket" + std::to_string(basket) + "-" + std::to_string(basket + 1) + "-/bskt";
     r.ClOrderID = "ACCT01-20240315-" + std::to_string(basket + 1) + "-" +
@@ -64,7 +64,7 @@ std::vector<int32_t> UpdateIds(int orders, int updates) {
 
 /// The platform hands over one record per event; the loops below only retarget it, so that
 /// they time the lookup and the copy, not the making of the record.
-void Retarget(OrderReport& r, int32_t id, int32_t version) {
+void Retarget(QVXOrderStruct& r, int32_t id, int32_t version) {
     r.OrderRecordId = id;
     r.CumExecQuantity = std::min(r.Quantity, version * 10);
     r.LvsQuantity = r.Quantity - r.CumExecQuantity;
@@ -86,7 +86,7 @@ public:
             m_orders.push_back(std::move(o));
         }
     }
-    void OnQVXOrderUpdate(const OrderReport& r) {
+    void OnQVXOrderUpdate(const QVXOrderStruct& r) {
         for (OrderUpdate& o : m_orders) {
             if (o.m_nOrderRecordId == r.OrderRecordId) {
                 o.UpdateOrder(r, false);
@@ -128,7 +128,7 @@ void BM_UpdatesIndexed(benchmark::State& state) {
     OrderTracker tracker(boxes, clock);
     Populate(tracker, orders);
     const auto ids = UpdateIds(orders, updates);
-    OrderReport r = MakeRecord(0, 1);
+    QVXOrderStruct r = MakeRecord(0, 1);
     for (auto _ : state) {
         int32_t version = 1;
         for (int32_t id : ids) {
@@ -146,7 +146,7 @@ void BM_UpdatesLinearWalk(benchmark::State& state) {
     const int updates = static_cast<int>(state.range(1));
     LinearWalk walk(orders);
     const auto ids = UpdateIds(orders, updates);
-    OrderReport r = MakeRecord(0, 1);
+    QVXOrderStruct r = MakeRecord(0, 1);
     for (auto _ : state) {
         int32_t version = 1;
         for (int32_t id : ids) {

@@ -1,6 +1,7 @@
 #include "storage/IniFileIo.h"
 
 #include <cstdio>
+#include <exception>
 #include <fstream>
 #include <iterator>
 #include <memory>
@@ -90,6 +91,38 @@ Result<void> Failed(const fs::path& path, const std::string& why) {
     return Error{"The settings file " + path.string() + " could not be written: " + why};
 }
 
+Result<void> Replace(const fs::path& path, const IniDocument& document) {
+    std::error_code ec;
+    fs::path target = path;
+    if (fs::is_symlink(path, ec)) {
+        target = fs::canonical(path, ec);
+        if (ec) {
+            return Failed(path, "the link points nowhere.");
+        }
+    }
+    const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
+    if (!fs::is_directory(folder, ec)) {
+        return Failed(path, "the folder " + folder.string() + " does not exist.");
+    }
+    TempFile tmp(folder / target.filename());
+    if (!tmp.ok()) {
+        return Failed(path, "no new file can be made in " + folder.string() + ".");
+    }
+    if (!tmp.WriteAll(document.Serialize())) {
+        return Failed(path, "the disk did not take the text.");
+    }
+    const fs::file_status old = fs::status(target, ec);
+    if (!ec && fs::exists(old)) {
+        fs::permissions(tmp.path(), old.permissions(), ec);
+    }
+    fs::rename(tmp.path(), target, ec);
+    if (ec) {
+        return Failed(path, ec.message() + ".");
+    }
+    tmp.Committed();
+    return {};
+}
+
 } // namespace
 
 IniFileContent ReadIniFile(const fs::path& path) {
@@ -133,35 +166,11 @@ IniFileContent ReadIniFile(const fs::path& path) {
 }
 
 Result<void> WriteIniFile(const fs::path& path, const IniDocument& document) {
-    std::error_code ec;
-    fs::path target = path;
-    if (fs::is_symlink(path, ec)) {
-        target = fs::canonical(path, ec);
-        if (ec) {
-            return Failed(path, "the link points nowhere.");
-        }
+    try {
+        return Replace(path, document);
+    } catch (const std::exception& e) { // no random source, no memory: the old file stays
+        return Failed(path, e.what());
     }
-    const fs::path folder = target.parent_path().empty() ? fs::path(".") : target.parent_path();
-    if (!fs::is_directory(folder, ec)) {
-        return Failed(path, "the folder " + folder.string() + " does not exist.");
-    }
-    TempFile tmp(folder / target.filename());
-    if (!tmp.ok()) {
-        return Failed(path, "no new file can be made in " + folder.string() + ".");
-    }
-    if (!tmp.WriteAll(document.Serialize())) {
-        return Failed(path, "the disk did not take the text.");
-    }
-    const fs::file_status old = fs::status(target, ec);
-    if (!ec && fs::exists(old)) {
-        fs::permissions(tmp.path(), old.permissions(), ec);
-    }
-    fs::rename(tmp.path(), target, ec);
-    if (ec) {
-        return Failed(path, ec.message() + ".");
-    }
-    tmp.Committed();
-    return {};
 }
 
 } // namespace wicker

@@ -21,7 +21,7 @@ bool IsOpen(const OrderUpdate& order) {
 /// Zeroes the leaves of every open order that `matches` accepts at once, so a second
 /// click finds nothing, and only then sends the requests.
 template <class Match>
-int CancelMatching(OrderTracker& tracker, OrderCanceller& maintenance, Match matches) {
+int CancelMatching(OrderTracker& tracker, QVXOrderMaintenance& maintenance, Match matches) {
     std::vector<CancelEntry> list;
     const auto& orders = tracker.Orders();
     for (size_t i = 0; i < orders.size(); ++i) {
@@ -39,7 +39,7 @@ int CancelMatching(OrderTracker& tracker, OrderCanceller& maintenance, Match mat
 
 } // namespace
 
-BasketCancel::BasketCancel(OrderTracker& tracker, OrderCanceller& maintenance, MessageBoxes& boxes)
+BasketCancel::BasketCancel(OrderTracker& tracker, QVXOrderMaintenance& maintenance, MessageBoxes& boxes)
     : m_tracker(tracker), m_maintenance(maintenance), m_boxes(boxes) {}
 
 int BasketCancel::mnuCxlAll(bool confirmBeforeCancel) {

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/MessageBox.h"
-#include "trading/OrderCanceller.h"
+#include "platform/QVXOrderMaintenance.h"
 #include "trading/OrderTracker.h"
 
 #include <optional>
@@ -20,7 +20,7 @@ struct BasketListSelection {
 /// selected basket. Works on the tracked orders and sends one cancel request per open one.
 class BasketCancel {
 public:
-    BasketCancel(OrderTracker& tracker, OrderCanceller& maintenance, MessageBoxes& boxes);
+    BasketCancel(OrderTracker& tracker, QVXOrderMaintenance& maintenance, MessageBoxes& boxes);
 
     /// mnuCxlAll. Returns the number of cancel requests sent.
     int mnuCxlAll(bool confirmBeforeCancel);
@@ -31,7 +31,7 @@ public:
 
 private:
     OrderTracker& m_tracker;
-    OrderCanceller& m_maintenance;
+    QVXOrderMaintenance& m_maintenance;
     MessageBoxes& m_boxes;
 };
 

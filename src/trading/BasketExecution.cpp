@@ -44,7 +44,7 @@ const std::string& PriceText(PriceSource source, const ExecutionLine& line) {
 
 /// Side, price type, TIF and limit price of the button, set in the order the platform
 /// has always received them.
-void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, OrderTicket& order) {
+void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, QVXOrder& order) {
     const auto rule = ExecuteButtonRuleFor(index);
     if (!rule) {
         return;
@@ -98,7 +98,7 @@ std::string SendSummaryText(const std::vector<std::string>& notSent,
     return text;
 }
 
-BasketExecution::BasketExecution(OrderTicketFactory& orders, SendSequence& sequence,
+BasketExecution::BasketExecution(QVXOrderFactory& orders, SendSequence& sequence,
                                  SequenceStore& store, MessageBoxes& boxes, const Clock& clock)
     : m_orders(orders), m_sequence(sequence), m_store(store), m_boxes(boxes), m_clock(clock) {}
 
@@ -186,7 +186,7 @@ bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
 void BasketExecution::SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
                                const ExecutionSettings& settings, const std::string& date,
                                ExecuteReport& report) {
-    const std::unique_ptr<OrderTicket> order = m_orders.CreateOrder();
+    const std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
     order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
     order->setAccount(UCase(inputs.account));
     order->setSymbol(line.symbol);

@@ -2,7 +2,7 @@
 
 #include "common/Clock.h"
 #include "common/MessageBox.h"
-#include "trading/OrderTicket.h"
+#include "platform/QVXOrder.h"
 #include "trading/SendSequence.h"
 
 #include <cstdint>
@@ -69,7 +69,7 @@ std::string SendSummaryText(const std::vector<std::string>& notSent,
 /// cmdExecuteBasket.
 class BasketExecution {
 public:
-    BasketExecution(OrderTicketFactory& orders, SendSequence& sequence, SequenceStore& store,
+    BasketExecution(QVXOrderFactory& orders, SendSequence& sequence, SequenceStore& store,
                     MessageBoxes& boxes, const Clock& clock);
 
     /// The click of button `index` (0..20). Pre-checks, confirmation, one order per checked
@@ -94,7 +94,7 @@ private:
                   const ExecutionSettings& settings, const std::string& date,
                   ExecuteReport& report);
 
-    OrderTicketFactory& m_orders;
+    QVXOrderFactory& m_orders;
     SendSequence& m_sequence;
     SequenceStore& m_store;
     MessageBoxes& m_boxes;

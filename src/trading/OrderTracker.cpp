@@ -11,7 +11,7 @@ namespace wicker {
 OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
     : m_boxes(boxes), m_clock(clock) {}
 
-OrderTracker::UpdateOutcome OrderTracker::OnQVXOrderUpdate(const OrderReport& structOrderUpdate) {
+OrderTracker::UpdateOutcome OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
         found != m_byRecordId.end()) {
         m_orders[found->second].UpdateOrder(structOrderUpdate, false);
@@ -48,7 +48,7 @@ void OrderTracker::Append(OrderUpdate&& order) {
     m_orders.push_back(std::move(order));
 }
 
-void OrderTracker::OnQVXOrderReject(const RejectReport& structOrderReject) {
+void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
     if (const auto found = m_byClOrderId.find(structOrderReject.ClOrderID);
         found != m_byClOrderId.end()) {
         for (uint32_t position : found->second) {

@@ -2,7 +2,7 @@
 
 #include "common/Clock.h"
 #include "common/MessageBox.h"
-#include "trading/OrderReport.h"
+#include "platform/QVXOrderStruct.h"
 #include "trading/OrderRow.h"
 #include "trading/OrderUpdate.h"
 
@@ -30,11 +30,11 @@ public:
     /// OnQVXOrderUpdate: updates the first order with the record's id, else records a new
     /// basket order. Orders of no basket are ignored; so is a new order whose memo has a send
     /// number that is no number (it is never recorded).
-    UpdateOutcome OnQVXOrderUpdate(const OrderReport& structOrderUpdate);
+    UpdateOutcome OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate);
 
     /// OnQVXOrderReject: every order with the reject's client order id stops counting as
     /// open, and the reject waits in the queue for the next tick.
-    void OnQVXOrderReject(const RejectReport& structOrderReject);
+    void OnQVXOrderReject(const QVXRejectStruct& structOrderReject);
 
     /// Timer1sec: shows the queued rejects in one "Rejection Notification", then, when orders
     /// changed, rebuilds lvBaskets and refreshes every open order-summary window. Returns true

@@ -6,7 +6,7 @@ namespace wicker {
 
 namespace {
 
-void CopyRecord(OrderUpdate& o, const OrderReport& r) {
+void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r) {
     o.m_strAccount = r.Account;
     o.m_strAction = r.Action;
     o.m_strBatchId = r.BatchId;
@@ -165,7 +165,7 @@ void OrderUpdate::SetAllMembers(const OrderUpdate& other) {
     m_strClOrderId = other.m_strClOrderId;
 }
 
-void OrderUpdate::UpdateOrder(const OrderReport& structUpdate, bool bNewOrder) {
+void OrderUpdate::UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder) {
     if (bNewOrder) {
         const auto basket = ParseBasketMemo(structUpdate.Memo);
         if (!basket) {

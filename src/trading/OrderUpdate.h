@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderReport.h"
+#include "platform/QVXOrderStruct.h"
 
 #include <cstdint>
 #include <string>
@@ -101,7 +101,7 @@ public:
     /// memo whether the order belongs to a basket; if not, the basket id stays empty and
     /// nothing else is filled. A memo whose send number is not a number throws
     /// RuntimeError and leaves the object as it was.
-    void UpdateOrder(const OrderReport& structUpdate, bool bNewOrder);
+    void UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder);
 };
 
 } // namespace wicker

@@ -87,7 +87,7 @@ void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side,
     boxes.show(SubmitErrorPrompt(code, side, quantity, symbol), 0, "Error submitting order");
 }
 
-void ShowSubmitError(MessageBoxes& boxes, int32_t code, const OrderTicket& order) {
+void ShowSubmitError(MessageBoxes& boxes, int32_t code, const QVXOrder& order) {
     const std::string side = order.Side();
     const int32_t quantity = order.Quantity();
     const std::string symbol = order.Symbol();

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/MessageBox.h"
-#include "trading/OrderTicket.h"
+#include "platform/QVXOrder.h"
 
 #include <cstdint>
 #include <string>
@@ -25,6 +25,6 @@ void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side,
 
 /// The same for the order object that was just refused: its Side, Quantity and Symbol are
 /// read before the code is looked at.
-void ShowSubmitError(MessageBoxes& boxes, int32_t code, const OrderTicket& order);
+void ShowSubmitError(MessageBoxes& boxes, int32_t code, const QVXOrder& order);
 
 } // namespace wicker

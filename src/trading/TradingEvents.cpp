@@ -7,11 +7,11 @@ namespace wicker {
 TradingEvents::TradingEvents(OrderTracker& tracker, std::function<void()> closeMainScreen)
     : m_tracker(tracker), m_closeMainScreen(std::move(closeMainScreen)) {}
 
-OrderTracker::UpdateOutcome TradingEvents::OnQVXOrderUpdate(const OrderReport& structOrderUpdate) {
+OrderTracker::UpdateOutcome TradingEvents::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     return m_tracker.OnQVXOrderUpdate(structOrderUpdate);
 }
 
-void TradingEvents::OnQVXOrderReject(const RejectReport& structOrderReject) {
+void TradingEvents::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
     m_tracker.OnQVXOrderReject(structOrderReject);
 }
 

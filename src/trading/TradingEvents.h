@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderReport.h"
+#include "platform/QVXOrderStruct.h"
 #include "trading/OrderTracker.h"
 
 #include <functional>
@@ -14,8 +14,8 @@ public:
     /// `closeMainScreen` unloads the main screen, which ends the program.
     TradingEvents(OrderTracker& tracker, std::function<void()> closeMainScreen);
 
-    OrderTracker::UpdateOutcome OnQVXOrderUpdate(const OrderReport& structOrderUpdate);
-    void OnQVXOrderReject(const RejectReport& structOrderReject);
+    OrderTracker::UpdateOutcome OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate);
+    void OnQVXOrderReject(const QVXRejectStruct& structOrderReject);
     /// Marks the platform closed and closes the main screen (once).
     void OnQVXShutdown();
 

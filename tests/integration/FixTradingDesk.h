@@ -18,8 +18,8 @@
 namespace wicker::test {
 
 /// The order-update record of a FIX order.
-inline OrderReport ReportOf(const FixOrderState& o) {
-    OrderReport r;
+inline QVXOrderStruct ReportOf(const FixOrderState& o) {
+    QVXOrderStruct r;
     r.Account = o.account;
     r.Destination = o.destination;
     r.ExchOrderId = o.orderID;
@@ -41,8 +41,8 @@ inline OrderReport ReportOf(const FixOrderState& o) {
     return r;
 }
 
-inline RejectReport RejectOf(const FixOrderReject& x) {
-    return RejectReport{x.clOrdID, x.side, x.quantity, x.symbol, x.reason};
+inline QVXRejectStruct RejectOf(const FixOrderReject& x) {
+    return QVXRejectStruct{x.clOrdID, x.side, x.quantity, x.symbol, x.reason};
 }
 
 /// Gateway events queued for the UI thread.
@@ -95,7 +95,7 @@ private:
 };
 
 /// QVXOrder over the gateway: the properties go into a ticket that SubmitOrder hands on.
-class GatewayOrder : public OrderTicket {
+class GatewayOrder : public QVXOrder {
 public:
     GatewayOrder(FixGateway& gateway, std::function<void()> beforeSubmit)
         : m_gateway(gateway), m_beforeSubmit(std::move(beforeSubmit)) {}
@@ -135,10 +135,10 @@ private:
     FixOrderTicket m_t;
 };
 
-class GatewayOrders : public OrderTicketFactory, public OrderCanceller {
+class GatewayOrders : public QVXOrderFactory, public QVXOrderMaintenance {
 public:
     explicit GatewayOrders(FixGateway& gateway) : m_gateway(gateway) {}
-    std::unique_ptr<OrderTicket> CreateOrder() override {
+    std::unique_ptr<QVXOrder> CreateOrder() override {
         return std::make_unique<GatewayOrder>(m_gateway, m_beforeSubmit);
     }
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string&,

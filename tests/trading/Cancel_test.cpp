@@ -17,7 +17,7 @@ struct CancelCall {
     bool operator==(const CancelCall&) const = default;
 };
 
-class RecordingMaintenance : public OrderCanceller {
+class RecordingMaintenance : public QVXOrderMaintenance {
 public:
     explicit RecordingMaintenance(const OrderTracker& tracker) : m_tracker(tracker) {}
     void CancelOrder(const std::string& text, int32_t number, const std::string& third,
@@ -34,9 +34,9 @@ private:
     const OrderTracker& m_tracker;
 };
 
-OrderReport Record(int32_t id, const std::string& memo, const std::string& clOrderId,
+QVXOrderStruct Record(int32_t id, const std::string& memo, const std::string& clOrderId,
                    int32_t leaves) {
-    OrderReport r;
+    QVXOrderStruct r;
     r.OrderRecordId = id;
     r.Memo = memo;
     r.ClOrderID = clOrderId;

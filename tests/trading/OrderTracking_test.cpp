@@ -9,10 +9,10 @@ namespace {
 using test::RecordingMessageBoxes;
 using Outcome = OrderTracker::UpdateOutcome;
 
-OrderReport Record(int32_t id, std::string memo, std::string clOrderId = "", std::string side = "B",
+QVXOrderStruct Record(int32_t id, std::string memo, std::string clOrderId = "", std::string side = "B",
                    int32_t quantity = 100, int32_t leaves = 100, int32_t filled = 0,
                    double avgPrice = 0, std::string symbol = "IBM") {
-    OrderReport r;
+    QVXOrderStruct r;
     r.OrderRecordId = id;
     r.Memo = std::move(memo);
     r.ClOrderID = std::move(clOrderId);
@@ -26,9 +26,9 @@ OrderReport Record(int32_t id, std::string memo, std::string clOrderId = "", std
     return r;
 }
 
-RejectReport Reject(std::string clOrderId, std::string side, int32_t quantity, std::string symbol,
+QVXRejectStruct Reject(std::string clOrderId, std::string side, int32_t quantity, std::string symbol,
                     int32_t reason) {
-    RejectReport r;
+    QVXRejectStruct r;
     r.ClOrderID = std::move(clOrderId);
     r.Side = std::move(side);
     r.Quantity = quantity;
@@ -172,7 +172,7 @@ void ExpectEveryField(const OrderUpdate& o) {
 }
 
 TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
-    OrderReport r;
+    QVXOrderStruct r;
     r.Account = "v0";
     r.Action = "v1";
     r.BatchId = "v2";

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/Conversions.h"
-#include "trading/OrderTicket.h"
+#include "platform/QVXOrder.h"
 #include "trading/SendSequence.h"
 
 #include <deque>
@@ -37,7 +37,7 @@ struct RecordedOrder {
 };
 
 /// An order object that writes everything it is told into a RecordedOrder.
-class RecordingOrder : public OrderTicket {
+class RecordingOrder : public QVXOrder {
 public:
     RecordingOrder(RecordedOrder& record, std::function<int32_t(const RecordedOrder&)>& result)
         : m_record(record), m_result(result) {}
@@ -88,9 +88,9 @@ private:
 
 /// A platform order factory whose orders record every property set; SubmitOrder answers
 /// from `submitResult` (0 when unset).
-class RecordingOrders : public OrderTicketFactory {
+class RecordingOrders : public QVXOrderFactory {
 public:
-    std::unique_ptr<OrderTicket> CreateOrder() override {
+    std::unique_ptr<QVXOrder> CreateOrder() override {
         created.emplace_back();
         return std::make_unique<RecordingOrder>(created.back(), submitResult);
     }

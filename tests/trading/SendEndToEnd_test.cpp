@@ -22,7 +22,7 @@ using test::RecordingMessageBoxes;
 /// The market side: accepts orders, fills them when told, answers cancels, rejects when
 /// told. Its reports reach the screen's handlers only when pumped, as the platform's one
 /// event queue delivers them between user actions.
-class LoopbackMarket : public OrderTicketFactory, public OrderCanceller {
+class LoopbackMarket : public QVXOrderFactory, public QVXOrderMaintenance {
 public:
     struct Fill {
         std::string memo;
@@ -31,17 +31,17 @@ public:
         double price;
     };
 
-    std::unique_ptr<OrderTicket> CreateOrder() override;
+    std::unique_ptr<QVXOrder> CreateOrder() override;
     void CancelOrder(const std::string& clOrderId, int32_t recordId, const std::string& third,
                      const std::string& fourth) override {
         cancelRequests.push_back(clOrderId + "/" + std::to_string(recordId) + "/" + third + "/" +
                                  fourth);
-        OrderReport& r = m_orders.at(recordId);
+        QVXOrderStruct& r = m_orders.at(recordId);
         r.LvsQuantity = 0;
         m_queue.emplace_back(r);
     }
 
-    int32_t Accept(OrderReport r) {
+    int32_t Accept(QVXOrderStruct r) {
         if (r.Account.empty()) {
             return -1;
         }
@@ -59,7 +59,7 @@ public:
     }
 
     void FillOrder(int32_t recordId, int32_t quantity, double price) {
-        OrderReport& r = m_orders.at(recordId);
+        QVXOrderStruct& r = m_orders.at(recordId);
         const double dollars = r.AvgExecPrice * r.CumExecQuantity + price * quantity;
         r.CumExecQuantity += quantity;
         r.LvsQuantity -= quantity;
@@ -69,18 +69,18 @@ public:
     }
 
     void RejectOrder(int32_t recordId, int32_t reason) {
-        const OrderReport& r = m_orders.at(recordId);
-        m_queue.emplace_back(RejectReport{r.ClOrderID, r.Side, r.Quantity, r.Symbol, reason});
+        const QVXOrderStruct& r = m_orders.at(recordId);
+        m_queue.emplace_back(QVXRejectStruct{r.ClOrderID, r.Side, r.Quantity, r.Symbol, reason});
     }
 
     void Pump(TradingEvents& events) {
         while (!m_queue.empty()) {
             auto event = std::move(m_queue.front());
             m_queue.pop_front();
-            if (const auto* update = std::get_if<OrderReport>(&event)) {
+            if (const auto* update = std::get_if<QVXOrderStruct>(&event)) {
                 events.OnQVXOrderUpdate(*update);
             } else {
-                events.OnQVXOrderReject(std::get<RejectReport>(event));
+                events.OnQVXOrderReject(std::get<QVXRejectStruct>(event));
             }
         }
     }
@@ -94,19 +94,19 @@ public:
         }
         return 0;
     }
-    const std::map<int32_t, OrderReport>& Orders() const { return m_orders; }
+    const std::map<int32_t, QVXOrderStruct>& Orders() const { return m_orders; }
 
     std::vector<Fill> fills;
     std::vector<std::string> cancelRequests;
 
 private:
-    std::map<int32_t, OrderReport> m_orders;
-    std::deque<std::variant<OrderReport, RejectReport>> m_queue;
+    std::map<int32_t, QVXOrderStruct> m_orders;
+    std::deque<std::variant<QVXOrderStruct, QVXRejectStruct>> m_queue;
     int32_t m_nextId = 1001;
 };
 
 /// The order object of the market: keeps the properties and hands them over on submit.
-class MarketTicket : public OrderTicket {
+class MarketTicket : public QVXOrder {
 public:
     explicit MarketTicket(LoopbackMarket& market) : m_market(market) {}
     std::string Account() const override { return m_r.Account; }
@@ -132,7 +132,7 @@ public:
     std::string Memo() const override { return m_r.Memo; }
     void setMemo(std::string v) override { m_r.Memo = std::move(v); }
     int32_t SubmitOrder() override {
-        OrderReport r = m_r;
+        QVXOrderStruct r = m_r;
         // The platform reports side codes: the word "BUY" comes back as "B".
         if (r.Side == "BUY") {
             r.Side = "B";
@@ -142,10 +142,10 @@ public:
 
 private:
     LoopbackMarket& m_market;
-    OrderReport m_r;
+    QVXOrderStruct m_r;
 };
 
-std::unique_ptr<OrderTicket> LoopbackMarket::CreateOrder() {
+std::unique_ptr<QVXOrder> LoopbackMarket::CreateOrder() {
     return std::make_unique<MarketTicket>(*this);
 }
 

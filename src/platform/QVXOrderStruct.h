@@ -5,10 +5,28 @@
 
 namespace wicker {
 
-/// One order-update event of the platform (QVXOrderStruct), as order tracking reads it:
-/// one field per member of OrderUpdate, named after it without the type prefix, plus the
-/// identity fields. The platform layer fills one from its own record.
-struct OrderReport {
+/// OrderStatus codes of an order update; Action carries the same state as text.
+namespace QVXOrderStatus {
+inline constexpr int32_t PendingNew = 0;
+inline constexpr int32_t Open = 1;
+inline constexpr int32_t PartiallyFilled = 2;
+inline constexpr int32_t Filled = 3;
+inline constexpr int32_t PendingCancel = 4;
+inline constexpr int32_t Cancelled = 5;
+inline constexpr int32_t Rejected = 6;
+inline constexpr int32_t DoneForDay = 7;
+} // namespace QVXOrderStatus
+
+/// "Pending", "Open", "Partial", "Filled", "Pending Cancel", "Cancelled", "Rejected", "Done"
+/// ("Unknown" for any other code).
+const char* QVXOrderStatusText(int32_t orderStatus);
+
+/// One order-update event of the platform: one field per member of OrderUpdate, named after
+/// it without the type prefix, plus the identity fields. Every update carries the whole
+/// current state of the order (not a delta): Quantity is the order quantity, LvsQuantity
+/// what is still open, CumExecQuantity what is filled at AvgExecPrice. Side is "B", "S" or
+/// "T" (buy, sell, short), whatever letter the order was sent with.
+struct QVXOrderStruct {
     std::string Account;
     std::string Action;
     std::string BatchId;
@@ -88,8 +106,8 @@ struct OrderReport {
     std::string Symbol;
 };
 
-/// One order-reject event of the platform (QVXRejectStruct).
-struct RejectReport {
+/// One order-reject event of the platform; RejectReason is the platform's reason code.
+struct QVXRejectStruct {
     std::string ClOrderID;
     std::string Side;
     int32_t Quantity = 0;

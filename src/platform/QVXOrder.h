@@ -6,11 +6,11 @@
 
 namespace wicker {
 
-/// What a basket send does with the platform's order object (QVXOrder): properties set in
-/// a fixed order, then SubmitOrder. The platform layer adapts its order object to this.
-class OrderTicket {
+/// The platform's order object: a send sets its properties in a fixed order, then calls
+/// SubmitOrder. One object per order; every platform (simulated, FIX) makes its own.
+class QVXOrder {
 public:
-    virtual ~OrderTicket() = default;
+    virtual ~QVXOrder() = default;
     virtual std::string Account() const = 0;
     virtual void setAccount(std::string v) = 0;
     virtual std::string Side() const = 0;
@@ -38,10 +38,10 @@ public:
 };
 
 /// Makes a fresh order object for each line of a send.
-class OrderTicketFactory {
+class QVXOrderFactory {
 public:
-    virtual ~OrderTicketFactory() = default;
-    virtual std::unique_ptr<OrderTicket> CreateOrder() = 0;
+    virtual ~QVXOrderFactory() = default;
+    virtual std::unique_ptr<QVXOrder> CreateOrder() = 0;
 };
 
 } // namespace wicker

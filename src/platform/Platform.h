@@ -1,0 +1,37 @@
+#pragma once
+
+#include "common/Result.h"
+#include "platform/PlatformEventQueue.h"
+#include "platform/QVXOrder.h"
+#include "platform/QVXOrderMaintenance.h"
+
+#include <string>
+
+namespace wicker {
+
+/// A trading platform as the rest of Wicker sees it: it makes order objects, cancels orders,
+/// streams quotes for registered symbols, and reports everything through its event queue,
+/// which the owner drains on its own thread (the UI thread in the program).
+class Platform : public QVXOrderFactory, public QVXOrderMaintenance {
+public:
+    /// What the window title shows, e.g. "SIMULATED".
+    virtual std::string DisplayName() const = 0;
+    /// Starts delivering: the simulated market starts its clock, a broker link connects.
+    /// An error when the platform cannot work at all.
+    virtual Result<void> Start() = 0;
+    /// Stops delivering and lets go of the connection; may block briefly.
+    virtual void Stop() = 0;
+
+    /// Quotes for `symbol` on `exchange` ("*" for all exchanges): a snapshot soon after,
+    /// then updates, until deregistered. Registering a registered symbol again only asks for
+    /// a fresh snapshot.
+    virtual void RegisterSymbol(const std::string& symbol, const std::string& exchange) = 0;
+    virtual void DeregisterSymbol(const std::string& symbol, const std::string& exchange) = 0;
+
+    PlatformEventQueue& Events() { return m_events; }
+
+protected:
+    PlatformEventQueue m_events;
+};
+
+} // namespace wicker

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/QVXEvents.h"
+
+#include <cstddef>
+#include <functional>
+#include <limits>
+#include <mutex>
+#include <variant>
+#include <vector>
+
+namespace wicker {
+
+/// The one road from a platform to the trading logic. A platform pushes events from any
+/// thread; the owner of the handlers (the UI thread) drains them in the order they were
+/// pushed. The logic behind the handlers therefore never needs a lock.
+class PlatformEventQueue {
+public:
+    struct QuoteSnap {
+        QVXQuoteStruct quote;
+    };
+    struct QuoteUpdate {
+        QVXQuoteStruct quote;
+    };
+    struct Shutdown {};
+    struct Status {
+        bool online = false;
+        std::string text;
+    };
+    using Event =
+        std::variant<QVXOrderStruct, QVXRejectStruct, QuoteSnap, QuoteUpdate, Shutdown, Status>;
+
+    /// `wake` is called on the pushing thread when the queue gets its first event after a
+    /// drain, so a burst costs one wake-up. It must only schedule a drain, never drain.
+    void setWakeUp(std::function<void()> wake);
+
+    void push(Event event);
+
+    /// Delivers up to `maxEvents` queued events to the handlers, oldest first, and returns
+    /// how many it delivered. Events pushed by a handler wait for the next drain. When some
+    /// are left, the wake-up is called again so the owner comes back for them.
+    std::size_t drain(QVXEvents& orders, QVXQuoteEvents& quotes,
+                      std::size_t maxEvents = std::numeric_limits<std::size_t>::max());
+
+    /// Events not yet delivered. On the draining thread.
+    std::size_t size() const;
+
+private:
+    mutable std::mutex m_mutex;
+    std::vector<Event> m_pending;  // pushed, not yet taken by a drain
+    std::vector<Event> m_draining; // taken, delivered from m_next on (drain thread only)
+    std::size_t m_next = 0;
+    bool m_wakePending = false;
+    std::function<void()> m_wake;
+};
+
+} // namespace wicker
