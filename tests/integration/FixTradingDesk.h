@@ -5,6 +5,8 @@
 // tracking only when the "UI thread" (the test) pumps it.
 
 #include "platform/fix/FixGateway.h"
+#include "platform/fix/FixOrder.h"
+#include "platform/fix/FixPlatformRecords.h"
 #include "trading/BasketCancel.h"
 #include "trading/BasketExecution.h"
 #include "trading/OrderTracker.h"
@@ -16,34 +18,6 @@
 #include <variant>
 
 namespace wicker::test {
-
-/// The order-update record of a FIX order.
-inline QVXOrderStruct ReportOf(const FixOrderState& o) {
-    QVXOrderStruct r;
-    r.Account = o.account;
-    r.Destination = o.destination;
-    r.ExchOrderId = o.orderID;
-    r.LogMessage = o.text;
-    r.Side = o.side;
-    r.Tif = o.tif;
-    r.UpdateTime = o.transactTime;
-    r.AvgExecPrice = o.avgPx;
-    r.LmtPrice = o.lmtPrice;
-    r.SeqNum = o.updates;
-    r.CumExecQuantity = o.cum;
-    r.LvsQuantity = o.leaves;
-    r.OrderRecordId = o.recordId;
-    r.PriceTypeCode = o.priceType;
-    r.Quantity = o.quantity;
-    r.Memo = o.memo;
-    r.ClOrderID = o.clOrdID;
-    r.Symbol = o.symbol;
-    return r;
-}
-
-inline QVXRejectStruct RejectOf(const FixOrderReject& x) {
-    return QVXRejectStruct{x.clOrdID, x.side, x.quantity, x.symbol, x.reason};
-}
 
 /// Gateway events queued for the UI thread.
 class QueuedGatewayEvents : public FixGatewayEvents {
@@ -66,9 +40,9 @@ public:
         }
         for (const auto& e : batch) {
             if (const FixOrderState* o = std::get_if<FixOrderState>(&e)) {
-                events.OnQVXOrderUpdate(ReportOf(*o));
+                events.OnQVXOrderUpdate(OrderStructOf(*o));
             } else {
-                events.OnQVXOrderReject(RejectOf(std::get<FixOrderReject>(e)));
+                events.OnQVXOrderReject(RejectStructOf(std::get<FixOrderReject>(e)));
             }
         }
     }
@@ -94,52 +68,16 @@ private:
     size_t m_updateCount = 0;
 };
 
-/// QVXOrder over the gateway: the properties go into a ticket that SubmitOrder hands on.
-class GatewayOrder : public QVXOrder {
-public:
-    GatewayOrder(FixGateway& gateway, std::function<void()> beforeSubmit)
-        : m_gateway(gateway), m_beforeSubmit(std::move(beforeSubmit)) {}
-
-    std::string Account() const override { return m_t.account; }
-    void setAccount(std::string v) override { m_t.account = std::move(v); }
-    std::string Side() const override { return m_t.side; }
-    void setSide(std::string v) override { m_t.side = std::move(v); }
-    std::string Symbol() const override { return m_t.symbol; }
-    void setSymbol(std::string v) override { m_t.symbol = std::move(v); }
-    int32_t Quantity() const override { return m_t.quantity; }
-    void setQuantity(int32_t v) override { m_t.quantity = v; }
-    double LmtPrice() const override { return m_t.lmtPrice; }
-    void setLmtPrice(double v) override { m_t.lmtPrice = v; }
-    int32_t PriceType() const override { return m_t.priceType; }
-    void setPriceType(int32_t v) override { m_t.priceType = v; }
-    std::string ClOrderID() const override { return m_t.clOrdID; }
-    void setClOrderID(std::string v) override { m_t.clOrdID = std::move(v); }
-    std::string Tif() const override { return m_t.tif; }
-    void setTif(std::string v) override { m_t.tif = std::move(v); }
-    std::string Destination() const override { return m_t.destination; }
-    void setDestination(std::string v) override { m_t.destination = std::move(v); }
-    int32_t SubmitOrder() override {
-        if (m_beforeSubmit) {
-            m_beforeSubmit();
-        }
-        return m_gateway.SubmitOrder(m_t);
-    }
-    int32_t MaxFloor() const override { return m_t.maxFloor; }
-    void setMaxFloor(int32_t v) override { m_t.maxFloor = v; }
-    std::string Memo() const override { return m_t.memo; }
-    void setMemo(std::string v) override { m_t.memo = std::move(v); }
-
-private:
-    FixGateway& m_gateway;
-    std::function<void()> m_beforeSubmit;
-    FixOrderTicket m_t;
-};
-
 class GatewayOrders : public QVXOrderFactory, public QVXOrderMaintenance {
 public:
     explicit GatewayOrders(FixGateway& gateway) : m_gateway(gateway) {}
     std::unique_ptr<QVXOrder> CreateOrder() override {
-        return std::make_unique<GatewayOrder>(m_gateway, m_beforeSubmit);
+        return std::make_unique<FixOrder>([this](const FixOrderTicket& t) {
+            if (m_beforeSubmit) {
+                m_beforeSubmit();
+            }
+            return m_gateway.SubmitOrder(t);
+        });
     }
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string&,
                      const std::string&) override {

@@ -1,8 +1,8 @@
 #include "platform/fix/FixPlatformSettings.h"
 
 #include "common/Text.h"
+#include "platform/PlatformKeys.h"
 #include "platform/fix/FixNumbers.h"
-#include "storage/clsIniFile.h"
 
 #include <array>
 
@@ -105,20 +105,7 @@ ReadFixPlatformSettings(const std::function<std::optional<std::string>(std::stri
 }
 
 Result<FixPlatformSettings> ReadFixPlatformSettings(const std::filesystem::path& iniFile) {
-    clsIniFile ini;
-    ini.setPath(iniFile);
-    ini.setSection("Platform");
-    // A default no file holds tells a missing key from an empty one.
-    const std::string missing = "\x01";
-    ini.setDefault(missing);
-    return ReadFixPlatformSettings([&](std::string_view name) -> std::optional<std::string> {
-        ini.setKey(std::string(name));
-        std::string value = ini.Value();
-        if (value == missing) {
-            return std::nullopt;
-        }
-        return value;
-    });
+    return ReadFixPlatformSettings(ReadPlatformKeys(iniFile));
 }
 
 } // namespace wicker
