@@ -1,0 +1,250 @@
+#pragma once
+
+#include "baskets/MainScreenLink.h"
+#include "common/Clock.h"
+#include "common/MessageBox.h"
+#include "common/Result.h"
+#include "platform/Platform.h"
+#include "platform/QVXEvents.h"
+#include "storage/Database.h"
+#include "storage/Settings.h"
+#include "trading/BasketCancel.h"
+#include "trading/BasketExecution.h"
+#include "trading/BasketIndexes.h"
+#include "trading/IniSequenceStore.h"
+#include "trading/MainScreenQueries.h"
+#include "trading/OrderTracker.h"
+#include "trading/QuoteBoard.h"
+#include "trading/QuoteRegistrations.h"
+#include "trading/SendSequence.h"
+#include "trading/StockList.h"
+#include "trading/TradingEvents.h"
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <limits>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace wicker {
+
+/// Parts of the main screen that changed without the window asking (a basket dialog
+/// reloaded the lists, the platform went offline, ...). Bits of ScreenChanged's argument.
+namespace ScreenPart {
+inline constexpr uint32_t BasketList = 1u << 0;       ///< lstBaskets
+inline constexpr uint32_t QuickLoadButtons = 1u << 1; ///< cmdLoad_1 .. _4
+inline constexpr uint32_t Accounts = 1u << 2;         ///< cboAccount
+inline constexpr uint32_t BasketName = 1u << 3;       ///< labelName
+inline constexpr uint32_t OrderButtons = 1u << 4;     ///< enabled states of cmdExecuteBasket
+inline constexpr uint32_t ButtonDisplay = 1u << 5;    ///< which order buttons are shown
+inline constexpr uint32_t StatusBar = 1u << 6;        ///< sbMain (notional, platform status)
+inline constexpr uint32_t BasketTotals = 1u << 7;     ///< lvBaskets
+inline constexpr uint32_t Fields = 1u << 8;           ///< txtPercent, txtDelta, txtMod, cbTif
+} // namespace ScreenPart
+
+/// The main trading screen without its widgets: start-up and unload, the loaded basket and
+/// its calculation, quotes, sends, order tracking and cancels. The window calls one method
+/// per user action and timer tick, with the controls' values, and reads the results back;
+/// lvStocks changes reach it through the StockList observer, other changes through
+/// setScreenChanged. Platform events reach it through DrainPlatformEvents on the UI thread.
+class TradingDesk final : public QVXEvents, public QVXQuoteEvents, public MainScreenLink {
+public:
+    TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& clock,
+                std::filesystem::path appFolder);
+    ~TradingDesk() override;
+    TradingDesk(const TradingDesk&) = delete;
+    TradingDesk& operator=(const TradingDesk&) = delete;
+
+    // Start and end --------------------------------------------------------------------
+
+    /// Form_Load: database (created when missing or empty, version ladder), settings, TIF
+    /// list, accounts, quick-load buttons, EnableButtons(False), basket list, lvBaskets and
+    /// the quote registrations of its symbols. An error (a file that is no database, ...)
+    /// leaves the desk unusable; the window shows it and ends the program.
+    Result<void> FormLoad();
+    /// Form_Unload: writes the layout and lists to the settings file (column positions,
+    /// button display, column display, divisors, index types), clears the loaded basket
+    /// and drops every quote registration. Safe to call twice.
+    void FormUnload();
+    bool Loaded() const { return m_db != nullptr; }
+    /// Names of the start-up steps in the order they ran.
+    const std::vector<std::string>& StartupSteps() const { return m_startupSteps; }
+    bool CreatingDatabase() const { return m_creatingDatabase; }
+    /// True only while the settings are loaded: change handlers do nothing then.
+    bool LoadingSettings() const { return m_loadingSettings; }
+
+    void setScreenChanged(std::function<void(uint32_t parts)> screenChanged);
+    /// Unloads the main screen (the platform shut down).
+    void setCloseMainScreen(std::function<void()> closeMainScreen);
+
+    /// Delivers queued platform events to the handlers below; returns how many.
+    size_t DrainPlatformEvents(size_t maxEvents = std::numeric_limits<size_t>::max());
+
+    // Platform events -----------------------------------------------------------------
+
+    void OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) override;
+    void OnQVXOrderReject(const QVXRejectStruct& structOrderReject) override;
+    void OnQVXShutdown() override;
+    void OnPlatformStatus(bool online, const std::string& text) override;
+    void OnQVXQuoteSnap(const QVXQuoteStruct& structQuoteSnap) override;
+    void OnQVXQuoteUpdate(const QVXQuoteStruct& structQuoteUpdate) override;
+
+    // Basket setup screens ------------------------------------------------------------
+
+    void ReloadCurrentBasket() override;
+    void LoadBasketList() override;
+    void LoadButtonValues() override;
+    void LoadButtonDisplay() override;
+    void RecordIndexShares(int32_t basketNum, const std::string& symbol, int32_t shares) override;
+    BasketIndexStore& IndexStore() { return m_indexes; }
+
+    // The loaded basket ----------------------------------------------------------------
+
+    /// Fills lvStocks with the stored basket's lines, registers their symbols, and
+    /// recomputes quantities, modifier and TIF. `basketName` goes into labelName.
+    void LoadBasket(int32_t basketNum, const std::string& basketName);
+    /// A name chosen in lstBaskets; false (nothing loaded) when no such basket is stored.
+    bool LoadBasketByName(const std::string& basketName);
+    /// cmdLoad_1 .. cmdLoad_4; an unused button does nothing.
+    void cmdLoad_Click(int index);
+    void cmdClear_Click();
+    /// "Select All" / "Deselect All", then the checked-lines total.
+    void cmdSA_Click();
+    void cmdCA_Click();
+    /// The trader ticked or cleared one line's check box.
+    void SetLineChecked(int row, bool checked);
+
+    // Fields (each the control's change event, with its new text) ---------------------
+
+    void SetPercent(const std::string& text);  ///< txtPercent: recalculates
+    void SetDelta(const std::string& text);    ///< txtDelta: recalculates
+    void SetModifier(const std::string& text); ///< txtMod: copied into every line
+    void SetTifText(const std::string& text);  ///< cbTif: copied into every line
+    /// The spinners: compute the new text, apply it as the change event would, return it
+    /// for the box (writing it back with the change signal blocked, or not, is harmless).
+    std::string UpDown1(bool up); ///< txtMod, steps of 0.01
+    std::string UpDown2(bool up); ///< txtPercent, steps of 1
+    std::string UpDown3(bool up); ///< txtDelta, steps of 1 within 0..100
+    const std::string& PercentText() const { return m_percentText; }
+    const std::string& DeltaText() const { return m_deltaText; }
+    const std::string& ModText() const { return m_modText; }
+    const std::string& TifText() const { return m_tifText; }
+
+    // Account ---------------------------------------------------------------------------
+
+    /// A typed account confirmed (Enter or focus loss): upper-cased, stored as the default,
+    /// and the list read again. Blank text does nothing.
+    void ConfirmAccount(const std::string& typed);
+    const AccountList& Accounts() const { return m_accounts; }
+
+    // Send and cancel ---------------------------------------------------------------------
+
+    /// cmdExecuteBasket_<index> with the account box's text.
+    ExecuteReport ExecuteBasket(int index, const std::string& accountText);
+    /// "Basket Options": cancel every open basket order / those of the selected basket.
+    int CancelAllBaskets();
+    int CancelSelectedBasket(const std::optional<BasketListSelection>& selected);
+
+    // Timers ------------------------------------------------------------------------------
+
+    /// Quote changes into lvStocks; returns the cells written.
+    int Timer200ms();
+    /// Rejects shown, lvBaskets rebuilt when orders changed; true when it was rebuilt.
+    bool Timer1sec();
+    /// The live columns of lvBaskets: "% Filled", "Index", "Side".
+    void Timer2sec();
+
+    // What the window shows -----------------------------------------------------------
+
+    StockList& Stocks() { return m_stocks; }
+    const StockList& Stocks() const { return m_stocks; }
+    const std::vector<std::string>& BasketNames() const { return m_basketNames; }
+    const std::array<QuickLoadButton, QuickLoadButtonCount>& QuickLoadButtons() const {
+        return m_quickLoad;
+    }
+    const std::array<bool, OrderButtonCount>& OrderButtonsEnabled() const { return m_orderButtons; }
+    /// EnableButtons: quote buttons 0..17 get !flag, price buttons 18..20 get flag.
+    void EnableButtons(bool flag);
+    const std::vector<std::string>& TifList() const { return TifChoices(); }
+    const std::string& CurrentBasketName() const { return m_currentBasketName; }
+    int32_t CurrentBasketNum() const { return m_currentBasketNum; }
+    /// The second panel of sbMain: the basket notional.
+    const std::string& StatusNotional() const { return m_statusNotional; }
+    bool PlatformOnline() const { return m_platformOnline; }
+    const std::string& PlatformStatusText() const { return m_platformStatus; }
+    bool PlatformClosed() const { return m_events.PlatformClosed(); }
+    const std::vector<BasketListLine>& BasketListLines() const {
+        return m_tracker.BasketListLines();
+    }
+    const std::vector<float>& LineNotional() const { return m_lineNotional; }
+
+    Settings& settings() { return m_settings; }
+    const Settings& settings() const { return m_settings; }
+    /// The open database; only after a successful FormLoad.
+    Database& db();
+    const std::filesystem::path& AppFolder() const { return m_appFolder; }
+    BasketIndexes& Indexes() { return m_indexes; }
+    QuoteBoard& Quotes() { return m_quotes; }
+    const QuoteRegistrations& Registrations() const { return m_registrations; }
+    OrderTracker& Tracker() { return m_tracker; }
+    SendSequence& Sequence() { return m_sequence; }
+    BasketExecution& Execution() { return m_execution; }
+
+private:
+    void Step(const char* name) { m_startupSteps.emplace_back(name); }
+    void Changed(uint32_t parts);
+    void ClearBasket();
+    void ReadAccountList();
+    void Recalculate();
+    void RunCalcBasket();
+    void RunGuarded(const std::function<void()>& work);
+    void ApplySettings();
+    std::vector<std::string> BasketSymbols() const;
+
+    Platform& m_platform;
+    MessageBoxes& m_boxes;
+    const Clock& m_clock;
+    std::filesystem::path m_appFolder;
+
+    std::unique_ptr<Database> m_db;
+    Settings m_settings;
+    StockList m_stocks;
+    QuoteBoard m_quotes;
+    BasketIndexes m_indexes;
+    QuoteRegistrations m_registrations;
+    OrderTracker m_tracker;
+    SendSequence m_sequence;
+    IniSequenceStore m_sequenceStore;
+    BasketExecution m_execution;
+    BasketCancel m_cancel;
+    TradingEvents m_events;
+
+    std::function<void(uint32_t)> m_screenChanged;
+    std::function<void()> m_closeMainScreen;
+
+    std::vector<std::string> m_startupSteps;
+    bool m_creatingDatabase = false;
+    bool m_loadingSettings = false;
+    bool m_unloaded = false;
+
+    std::string m_currentBasketName = "Basket";
+    int32_t m_currentBasketNum = -1;
+    std::string m_percentText = "1";
+    std::string m_deltaText = "100";
+    std::string m_modText = "0";
+    std::string m_tifText = "DAY";
+    AccountList m_accounts;
+    std::vector<std::string> m_basketNames;
+    std::array<QuickLoadButton, QuickLoadButtonCount> m_quickLoad{};
+    std::array<bool, OrderButtonCount> m_orderButtons{};
+    std::vector<float> m_lineNotional;
+    std::string m_statusNotional = "0.00";
+    bool m_platformOnline = false;
+    std::string m_platformStatus;
+};
+
+} // namespace wicker
