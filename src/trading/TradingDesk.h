@@ -74,6 +74,9 @@ public:
     /// Names of the start-up steps in the order they ran.
     const std::vector<std::string>& StartupSteps() const { return m_startupSteps; }
     bool CreatingDatabase() const { return m_creatingDatabase; }
+    /// Schema version found at start-up and the upgrade steps run for it.
+    const std::string& DbVersionFound() const { return m_dbVersionFound; }
+    const std::vector<std::string>& LadderSteps() const { return m_ladderSteps; }
     /// True only while the settings are loaded: change handlers do nothing then.
     bool LoadingSettings() const { return m_loadingSettings; }
 
@@ -227,6 +230,8 @@ private:
     std::function<void()> m_closeMainScreen;
 
     std::vector<std::string> m_startupSteps;
+    std::string m_dbVersionFound;
+    std::vector<std::string> m_ladderSteps;
     bool m_creatingDatabase = false;
     bool m_loadingSettings = false;
     bool m_unloaded = false;

@@ -1,0 +1,446 @@
+#include "trading/TradingDesk.h"
+
+#include "baskets/OrdinaryError.h"
+#include "common/Text.h"
+#include "storage/BasketDatabase.h"
+#include "trading/BasketCalculation.h"
+#include "trading/BasketIndexValue.h"
+#include "trading/FieldSpinners.h"
+
+#include <exception>
+#include <utility>
+
+namespace wicker {
+
+TradingDesk::TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& clock,
+                         std::filesystem::path appFolder)
+    : m_platform(platform), m_boxes(boxes), m_clock(clock), m_appFolder(std::move(appFolder)),
+      m_registrations(platform), m_tracker(boxes, clock),
+      m_sequenceStore(m_appFolder / "basket.ini"),
+      m_execution(platform, m_sequence, m_sequenceStore, boxes, clock),
+      m_cancel(m_tracker, platform, boxes), m_events(m_tracker, [this] {
+          if (m_closeMainScreen) {
+              m_closeMainScreen();
+          }
+      }) {
+    m_tracker.setIndexText(
+        [this](const OrderRow& row) { return BasketIndexText(row, m_indexes, m_quotes); });
+    m_orderButtons = OrderButtonStates(false);
+}
+
+TradingDesk::~TradingDesk() = default;
+
+// Start and end ----------------------------------------------------------------------------
+
+Result<void> TradingDesk::FormLoad() {
+    if (m_db) {
+        return {};
+    }
+    m_startupSteps.clear();
+    m_creatingDatabase = false;
+    m_loadingSettings = false;
+    try {
+        Result<DatabaseStartup> started = OpenBasketDatabase(m_appFolder, m_boxes);
+        if (!started) {
+            return started.error();
+        }
+        m_creatingDatabase = started->created;
+        m_dbVersionFound = started->versionFound;
+        m_ladderSteps = started->stepsRun;
+        m_db = std::move(started.value().db);
+        Step("OpenDatabase");
+
+        m_loadingSettings = true;
+        m_settings = LoadSettings(m_appFolder, m_clock);
+        m_loadingSettings = false;
+        ApplySettings();
+        Step("LoadSettings");
+
+        m_currentBasketName = "Basket";
+        m_currentBasketNum = -1;
+        Step("CurrentBasketName");
+        m_tifText = TifChoices().front();
+        Step("FillTifList");
+        ReadAccountList();
+        Step("ReadAccounts");
+        LoadButtonValues();
+        Step("LoadButtonValues");
+        EnableButtons(false);
+        Step("EnableButtons");
+        LoadBasketList();
+        Step("LoadBasketList");
+        m_tracker.FillOrderList();
+        Step("FillOrderList");
+        m_registrations.AddOrderSymbols(m_tracker.Symbols());
+        Step("RegisterOrderSymbols");
+    } catch (const std::exception& e) {
+        m_loadingSettings = false;
+        m_db.reset();
+        return Error{OrdinaryErrorText(e)};
+    }
+    if (!m_settings.problems.empty()) {
+        std::string text;
+        for (const std::string& problem : m_settings.problems) {
+            text += problem + "\r\n";
+        }
+        m_boxes.show(text, 48, "");
+    }
+    Changed(ScreenPart::BasketName | ScreenPart::Fields | ScreenPart::StatusBar |
+            ScreenPart::BasketTotals | ScreenPart::ButtonDisplay);
+    return {};
+}
+
+void TradingDesk::ApplySettings() {
+    m_sequence = SendSequence(m_settings.basketNum, m_settings.seqNum);
+    m_indexes.SetFromSettings(m_settings);
+    m_quotes.setDisplay(QuoteDisplayFrom(m_settings));
+}
+
+void TradingDesk::FormUnload() {
+    if (m_unloaded) {
+        return;
+    }
+    m_unloaded = true;
+    if (m_db) {
+        m_settings.divisors = m_indexes.Divisors();
+        m_settings.indexTypes = m_indexes.IndexTypes();
+        const Result<void> saved = SaveScreenSettings(m_appFolder, m_settings, m_basketNames);
+        if (!saved) {
+            m_boxes.show(saved.error().message, 48, "");
+        }
+    }
+    ClearBasket();
+    m_registrations.DropAll();
+}
+
+void TradingDesk::setScreenChanged(std::function<void(uint32_t)> screenChanged) {
+    m_screenChanged = std::move(screenChanged);
+}
+
+void TradingDesk::setCloseMainScreen(std::function<void()> closeMainScreen) {
+    m_closeMainScreen = std::move(closeMainScreen);
+}
+
+size_t TradingDesk::DrainPlatformEvents(size_t maxEvents) {
+    return m_platform.Events().drain(*this, *this, maxEvents);
+}
+
+Database& TradingDesk::db() {
+    if (!m_db) {
+        throw std::logic_error("The basket database is not open");
+    }
+    return *m_db;
+}
+
+void TradingDesk::Changed(uint32_t parts) {
+    if (m_screenChanged && parts != 0) {
+        m_screenChanged(parts);
+    }
+}
+
+void TradingDesk::RunGuarded(const std::function<void()>& work) {
+    try {
+        work();
+    } catch (const std::exception& e) {
+        ShowOrdinaryError(m_boxes, e);
+    }
+    m_stocks.FlushChanges();
+}
+
+// Platform events ----------------------------------------------------------------------------
+
+void TradingDesk::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
+    m_events.OnQVXOrderUpdate(structOrderUpdate);
+}
+
+void TradingDesk::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
+    m_events.OnQVXOrderReject(structOrderReject);
+}
+
+void TradingDesk::OnQVXShutdown() {
+    m_events.OnQVXShutdown();
+}
+
+void TradingDesk::OnPlatformStatus(bool online, const std::string& text) {
+    m_platformOnline = online;
+    m_platformStatus = text;
+    Changed(ScreenPart::StatusBar);
+}
+
+void TradingDesk::OnQVXQuoteSnap(const QVXQuoteStruct& structQuoteSnap) {
+    m_quotes.OnQVXQuoteSnap(structQuoteSnap);
+}
+
+void TradingDesk::OnQVXQuoteUpdate(const QVXQuoteStruct& structQuoteUpdate) {
+    m_quotes.OnQVXQuoteUpdate(structQuoteUpdate);
+}
+
+// Basket setup screens -------------------------------------------------------------------
+
+void TradingDesk::ReloadCurrentBasket() {
+    // Lines that are not a stored basket (new, pasted) have nothing to reload from.
+    if (m_currentBasketNum < 0 || !m_db) {
+        return;
+    }
+    const std::string oldName = m_currentBasketName;
+    RunGuarded([&] {
+        m_currentBasketName = "Basket";
+        const std::optional<int32_t> num = ReadBasketNum(*m_db, oldName);
+        if (!num) {
+            // The basket was deleted or renamed: its lines stay on screen, unsaved.
+            m_currentBasketNum = -1;
+            return;
+        }
+        m_registrations.SetBasketSymbols({});
+        LoadBasket(*num, oldName);
+    });
+    Changed(ScreenPart::BasketName);
+}
+
+void TradingDesk::LoadBasketList() {
+    RunGuarded([&] {
+        m_basketNames = ReadBasketNames(db());
+        m_indexes.FillIndexSharesMap(db());
+    });
+    Changed(ScreenPart::BasketList);
+}
+
+void TradingDesk::LoadButtonValues() {
+    m_quickLoad = {};
+    RunGuarded([&] { m_quickLoad = ReadQuickLoadButtons(db()); });
+    Changed(ScreenPart::QuickLoadButtons);
+}
+
+void TradingDesk::LoadButtonDisplay() {
+    Changed(ScreenPart::ButtonDisplay | ScreenPart::QuickLoadButtons);
+}
+
+void TradingDesk::RecordIndexShares(int32_t basketNum, const std::string& symbol, int32_t shares) {
+    m_indexes.RecordIndexShares(basketNum, symbol, shares);
+}
+
+// The loaded basket -------------------------------------------------------------------------
+
+std::vector<std::string> TradingDesk::BasketSymbols() const {
+    std::vector<std::string> symbols;
+    symbols.reserve(static_cast<size_t>(m_stocks.Count()));
+    for (const StockLine& line : m_stocks.Lines()) {
+        symbols.push_back(line.cells[stkSymbol]);
+    }
+    return symbols;
+}
+
+void TradingDesk::LoadBasket(int32_t basketNum, const std::string& basketName) {
+    RunGuarded([&] {
+        // Read first: a failing query leaves the loaded basket as it was.
+        std::vector<StockLine> lines = ReadBasketLines(db(), basketNum);
+        m_stocks.Assign(std::move(lines));
+        m_quotes.SetLines(m_stocks);
+        m_registrations.SetBasketSymbols(BasketSymbols());
+        m_currentBasketNum = basketNum;
+        m_currentBasketName = basketName;
+        EnableButtons(false);
+        Recalculate();
+    });
+    Changed(ScreenPart::BasketName | ScreenPart::StatusBar);
+}
+
+bool TradingDesk::LoadBasketByName(const std::string& basketName) {
+    std::optional<int32_t> num;
+    RunGuarded([&] { num = ReadBasketNum(db(), basketName); });
+    if (!num) {
+        return false;
+    }
+    LoadBasket(*num, basketName);
+    return true;
+}
+
+void TradingDesk::cmdLoad_Click(int index) {
+    if (index < 1 || index > QuickLoadButtonCount) {
+        return;
+    }
+    const QuickLoadButton button = m_quickLoad[static_cast<size_t>(index - 1)];
+    if (button.basketNum == 0) {
+        return;
+    }
+    LoadBasket(button.basketNum, button.basketName);
+}
+
+void TradingDesk::ClearBasket() {
+    m_stocks.Clear();
+    m_quotes.ClearLines();
+    m_lineNotional.clear();
+    m_statusNotional = "0.00";
+    m_registrations.SetBasketSymbols({});
+    Changed(ScreenPart::StatusBar);
+}
+
+void TradingDesk::cmdClear_Click() {
+    ClearBasket();
+}
+
+void TradingDesk::cmdSA_Click() {
+    RunGuarded([&] {
+        m_stocks.SetAllChecked(true);
+        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+    });
+    Changed(ScreenPart::StatusBar);
+}
+
+void TradingDesk::cmdCA_Click() {
+    RunGuarded([&] {
+        m_stocks.SetAllChecked(false);
+        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+    });
+    Changed(ScreenPart::StatusBar);
+}
+
+void TradingDesk::SetLineChecked(int row, bool checked) {
+    RunGuarded([&] { m_stocks.SetChecked(row, checked); });
+}
+
+void TradingDesk::RunCalcBasket() {
+    try {
+        m_statusNotional = CalcBasket(m_stocks, {m_percentText, m_deltaText},
+                                      m_settings.shareRounding, m_lineNotional);
+    } catch (const std::exception& e) {
+        // The lines before the bad one keep their new quantities; the total stays.
+        ShowOrdinaryError(m_boxes, e);
+    }
+    Changed(ScreenPart::StatusBar);
+}
+
+void TradingDesk::Recalculate() {
+    RunCalcBasket();
+    SetMod(m_stocks, m_modText);
+    SetTif(m_stocks, m_tifText);
+}
+
+// Fields ----------------------------------------------------------------------------------------
+
+void TradingDesk::SetPercent(const std::string& text) {
+    m_percentText = text;
+    if (!m_loadingSettings) {
+        RunGuarded([&] { RunCalcBasket(); });
+    }
+}
+
+void TradingDesk::SetDelta(const std::string& text) {
+    m_deltaText = text;
+    if (!m_loadingSettings) {
+        RunGuarded([&] { RunCalcBasket(); });
+    }
+}
+
+void TradingDesk::SetModifier(const std::string& text) {
+    m_modText = text;
+    if (!m_loadingSettings) {
+        RunGuarded([&] { SetMod(m_stocks, m_modText); });
+    }
+}
+
+void TradingDesk::SetTifText(const std::string& text) {
+    m_tifText = text;
+    if (!m_loadingSettings) {
+        RunGuarded([&] { SetTif(m_stocks, m_tifText); });
+    }
+}
+
+std::string TradingDesk::UpDown1(bool up) {
+    std::string text = SpinMod(m_modText, up);
+    SetModifier(text);
+    return text;
+}
+
+std::string TradingDesk::UpDown2(bool up) {
+    std::string text = SpinPercent(m_percentText, up);
+    SetPercent(text);
+    return text;
+}
+
+std::string TradingDesk::UpDown3(bool up) {
+    std::string text = SpinDelta(m_deltaText, up);
+    SetDelta(text);
+    return text;
+}
+
+// Account ----------------------------------------------------------------------------------------
+
+void TradingDesk::ReadAccountList() {
+    m_accounts = ReadAccounts(db());
+}
+
+void TradingDesk::ConfirmAccount(const std::string& typed) {
+    const std::string account = UCase(Trim(typed));
+    if (account.empty()) {
+        return;
+    }
+    RunGuarded([&] {
+        SetDefaultAccount(db(), account);
+        ReadAccountList();
+    });
+    Changed(ScreenPart::Accounts);
+}
+
+// Send and cancel --------------------------------------------------------------------------------
+
+ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
+    ExecuteReport report;
+    report.basketSeq = m_sequence.BasketSeq();
+    const ExecutionInputs inputs{accountText, m_percentText, m_currentBasketName};
+    const ExecutionSettings settings{m_settings.beforeSending, m_settings.reserveEnabled,
+                                     m_settings.reserveQuantity};
+    try {
+        const std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+        report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
+    } catch (const std::exception& e) {
+        // Orders sent before the failure stay sent; the send number has moved on.
+        report.outcome = ExecuteOutcome::Sent;
+        ShowOrdinaryError(m_boxes, e);
+    }
+    return report;
+}
+
+int TradingDesk::CancelAllBaskets() {
+    int sent = 0;
+    RunGuarded([&] { sent = m_cancel.mnuCxlAll(m_settings.beforeCancel); });
+    return sent;
+}
+
+int TradingDesk::CancelSelectedBasket(const std::optional<BasketListSelection>& selected) {
+    int sent = 0;
+    RunGuarded([&] { sent = m_cancel.mnuCxlSel(selected, m_settings.beforeCancel); });
+    return sent;
+}
+
+// Timers ----------------------------------------------------------------------------------------
+
+int TradingDesk::Timer200ms() {
+    const int written = m_quotes.Timer200ms(m_stocks);
+    m_stocks.FlushChanges();
+    return written;
+}
+
+bool TradingDesk::Timer1sec() {
+    const bool rebuilt = m_tracker.Timer1sec();
+    if (rebuilt) {
+        // Keep the quotes of every traded symbol coming, for the index column.
+        m_registrations.AddOrderSymbols(m_tracker.Symbols());
+        Changed(ScreenPart::BasketTotals);
+    }
+    return rebuilt;
+}
+
+void TradingDesk::Timer2sec() {
+    m_tracker.UpdateLiveColumns();
+    if (!m_tracker.BasketListLines().empty()) {
+        Changed(ScreenPart::BasketTotals);
+    }
+}
+
+void TradingDesk::EnableButtons(bool flag) {
+    m_orderButtons = OrderButtonStates(flag);
+    Changed(ScreenPart::OrderButtons);
+}
+
+} // namespace wicker
