@@ -1,0 +1,256 @@
+#include "platform/sim/SimOrderBook.h"
+
+#include "common/Text.h"
+#include "platform/sim/SimOrderChecks.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <functional>
+
+namespace wicker {
+namespace {
+
+std::string PriceTypeText(int32_t priceType, bool onOpen) {
+    switch (priceType) {
+    case SimPriceType::Market:
+        return onOpen ? "MOO" : "MKT";
+    case SimPriceType::MarketOnClose:
+        return "MOC";
+    default:
+        return "LMT";
+    }
+}
+
+std::string DollarText(SimUnits units) {
+    char text[32];
+    // Penny prices with two decimals, sub-penny ones with four.
+    if (units % 100 == 0) {
+        std::snprintf(text, sizeof text, "%.2f", SimToDollars(units));
+    } else {
+        std::snprintf(text, sizeof text, "%.4f", SimToDollars(units));
+    }
+    return text;
+}
+
+} // namespace
+
+bool SimOrderBook::Order::working() const {
+    return status == QVXOrderStatus::Open || status == QVXOrderStatus::PartiallyFilled;
+}
+
+SimOrderBook::SimOrderBook(const SimSettings& settings, SimMarket& market,
+                           PlatformEventQueue& events, Clock::TimePoint origin)
+    : m_settings(settings), m_market(market), m_events(events), m_origin(origin) {}
+
+int32_t SimOrderBook::Refusal(const SimOrderTicket& t, size_t instrument) const {
+    const SimQuoteState& s = m_market.instrument(instrument).state();
+    const bool buy = SimSideCode(t.side) == "B";
+    // The exposure of a market order is judged at the price it would trade at now.
+    const double price =
+        t.priceType == SimPriceType::Limit ? t.lmtPrice : SimToDollars(buy ? s.ask : s.bid);
+    return CheckPreTradeLimits(m_settings.limits, t.destination, t.quantity, price);
+}
+
+int32_t SimOrderBook::submit(const SimOrderTicket& ticket, int64_t nowUs) {
+    if (const int32_t code = CheckSimOrderFields(ticket); code != 0) {
+        return code;
+    }
+    const size_t instrument = m_market.instrumentOf(ticket.symbol);
+    if (const int32_t code = Refusal(ticket, instrument); code != 0) {
+        return code;
+    }
+    Order& o = Accept(ticket, instrument, nowUs);
+    const int32_t recordId = o.recordId;
+    OnArrival(o, nowUs);
+    return recordId;
+}
+
+SimOrderBook::Order& SimOrderBook::Accept(const SimOrderTicket& ticket, size_t instrument,
+                                          int64_t nowUs) {
+    Order o;
+    o.ticket = ticket;
+    o.side = SimSideCode(ticket.side);
+    o.instrument = instrument;
+    o.recordId = static_cast<int32_t>(m_orders.size() + 1);
+    o.status = QVXOrderStatus::Open;
+    o.orderTime = TimeText(nowUs);
+    if (ticket.priceType == SimPriceType::Limit) {
+        o.kind = Kind::Limit;
+        o.limit = SimLimitUnits(ticket.lmtPrice, o.buy());
+    } else if (ticket.priceType == SimPriceType::MarketOnClose) {
+        o.kind = Kind::OnClose;
+    } else {
+        o.kind = ticket.tif == "O" ? Kind::OnOpen : Kind::Market;
+    }
+    m_orders.push_back(std::move(o));
+    Order& accepted = m_orders.back();
+    Publish(accepted, nowUs);
+    return accepted;
+}
+
+void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
+    if (m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
+        QVXRejectStruct reject;
+        reject.ClOrderID = o.ticket.clOrderID;
+        reject.Side = o.side;
+        reject.Quantity = o.ticket.quantity;
+        reject.Symbol = o.ticket.symbol;
+        reject.RejectReason = kSimRejectHalted;
+        m_events.push(std::move(reject));
+        o.lastFill = "Symbol halted";
+        Finish(o, QVXOrderStatus::Rejected, nowUs);
+        return;
+    }
+    m_market.pin(o.instrument, nowUs);
+    if (o.kind == Kind::OnOpen || o.kind == Kind::OnClose) {
+        m_auctions.emplace_back(nowUs + int64_t{m_settings.fillDelayMs} * 1000, o.recordId);
+        std::push_heap(m_auctions.begin(), m_auctions.end(), std::greater<>{});
+        return;
+    }
+    const bool fok = o.ticket.tif == "F";
+    const bool ioc = o.ticket.tif == "I";
+    TryFill(o, true, fok, nowUs);
+    if ((fok || ioc) && o.working()) {
+        o.lastFill = "Not marketable at once";
+        Finish(o, QVXOrderStatus::Cancelled, nowUs);
+        return;
+    }
+    if (o.working()) {
+        if (m_working.size() <= o.instrument) {
+            m_working.resize(o.instrument + 1);
+        }
+        m_working[o.instrument].push_back(o.recordId);
+    }
+}
+
+bool SimOrderBook::TryFill(Order& o, bool arrival, bool whole, int64_t nowUs) {
+    const SimQuoteState& s = m_market.instrument(o.instrument).state();
+    const SimUnits touch = o.buy() ? s.ask : s.bid;
+    SimUnits price = touch;
+    if (o.kind == Kind::Limit) {
+        const bool marketable = o.buy() ? touch <= o.limit : touch >= o.limit;
+        if (!marketable) {
+            o.resting = o.resting || arrival;
+            return false;
+        }
+        // A resting order trades at its own limit (on the grid, never worse than asked).
+        if (o.resting) {
+            price = o.buy() ? SimSnapDown(o.limit) : SimSnapUp(o.limit);
+        }
+    }
+    const int32_t leaves = o.ticket.quantity - o.cum;
+    const int32_t clip = m_settings.clipSize;
+    const int32_t quantity = whole || clip <= 0 ? leaves : std::min(leaves, clip);
+    Fill(o, quantity, price, nowUs);
+    return true;
+}
+
+void SimOrderBook::Fill(Order& o, int32_t quantity, SimUnits price, int64_t nowUs) {
+    o.cum += quantity;
+    o.notional += price * quantity;
+    o.lastFill = "Filled " + std::to_string(quantity) + " at " + DollarText(price);
+    if (o.cum == o.ticket.quantity) {
+        Finish(o, QVXOrderStatus::Filled, nowUs);
+    } else {
+        o.status = QVXOrderStatus::PartiallyFilled;
+        Publish(o, nowUs);
+    }
+}
+
+void SimOrderBook::Finish(Order& o, int32_t status, int64_t nowUs) {
+    const bool pinned = o.working() && status != QVXOrderStatus::Rejected;
+    o.status = status;
+    if (pinned) {
+        m_market.unpin(o.instrument);
+    }
+    Publish(o, nowUs);
+}
+
+void SimOrderBook::onTick(size_t instrument, int64_t nowUs) {
+    if (instrument >= m_working.size() || m_working[instrument].empty()) {
+        return;
+    }
+    std::vector<int32_t>& list = m_working[instrument];
+    size_t kept = 0;
+    for (size_t i = 0; i < list.size(); ++i) {
+        Order& o = m_orders[static_cast<size_t>(list[i] - 1)];
+        if (o.working()) {
+            TryFill(o, false, false, nowUs);
+        }
+        if (o.working()) {
+            list[kept++] = list[i];
+        }
+    }
+    list.resize(kept);
+}
+
+void SimOrderBook::cancel(const std::string& clOrderId, int32_t recordId, int64_t nowUs) {
+    if (recordId <= 0 || static_cast<size_t>(recordId) > m_orders.size()) {
+        return;
+    }
+    Order& o = m_orders[static_cast<size_t>(recordId - 1)];
+    if (!o.working() || (!clOrderId.empty() && clOrderId != o.ticket.clOrderID)) {
+        return;
+    }
+    o.lastFill = "Cancelled by request";
+    Finish(o, QVXOrderStatus::Cancelled, nowUs);
+}
+
+int64_t SimOrderBook::nextAuctionUs() const {
+    return m_auctions.empty() ? SimMarket::kNever : m_auctions.front().first;
+}
+
+void SimOrderBook::runAuctions(int64_t nowUs) {
+    while (!m_auctions.empty() && m_auctions.front().first <= nowUs) {
+        std::pop_heap(m_auctions.begin(), m_auctions.end(), std::greater<>{});
+        const int32_t recordId = m_auctions.back().second;
+        m_auctions.pop_back();
+        Order& o = m_orders[static_cast<size_t>(recordId - 1)];
+        if (!o.working()) {
+            continue; // cancelled while it waited
+        }
+        const SimQuoteState& s = m_market.instrument(o.instrument).state();
+        // The cross happens at the last sale, or mid-market for a symbol without one.
+        const SimUnits price = s.last > 0 ? s.last : SimSnapDown((s.bid + s.ask) / 2);
+        Fill(o, o.ticket.quantity - o.cum, price, nowUs);
+    }
+}
+
+void SimOrderBook::Publish(Order& o, int64_t nowUs) {
+    const SimOrderTicket& t = o.ticket;
+    QVXOrderStruct u;
+    u.Account = t.account;
+    u.Action = QVXOrderStatusText(o.status);
+    u.Destination = t.destination;
+    u.LogMessage = o.lastFill;
+    u.OrderTime = o.orderTime;
+    u.PriceType = PriceTypeText(t.priceType, o.kind == Kind::OnOpen);
+    u.Side = o.side;
+    u.Tif = t.tif;
+    u.UpdateTime = TimeText(nowUs);
+    u.AvgExecPrice = o.cum > 0 ? static_cast<double>(o.notional) / o.cum / kSimUnitsPerDollar : 0.0;
+    u.LmtPrice = o.kind == Kind::Limit ? t.lmtPrice : 0.0;
+    u.SeqNum = ++o.updates;
+    u.CumExecQuantity = o.cum;
+    u.Display = t.maxFloor;
+    u.LvsQuantity = o.working() ? t.quantity - o.cum : 0;
+    u.OrderRecordId = o.recordId;
+    u.OrderStatus = o.status;
+    u.PriceTypeCode = t.priceType;
+    u.Quantity = t.quantity;
+    u.Moo = o.kind == Kind::OnOpen;
+    u.Moc = o.kind == Kind::OnClose;
+    u.Memo = t.memo;
+    u.ClOrderID = t.clOrderID;
+    u.Symbol = t.symbol;
+    m_events.push(std::move(u));
+}
+
+std::string SimOrderBook::TimeText(int64_t nowUs) const {
+    const LocalDateTime t = ToLocal(m_origin + std::chrono::microseconds(nowUs));
+    char text[16];
+    std::snprintf(text, sizeof text, "%02d:%02d:%02d", t.hour, t.minute, t.second);
+    return text;
+}
+
+} // namespace wicker

@@ -1,0 +1,82 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "platform/PlatformEventQueue.h"
+#include "platform/sim/SimMarket.h"
+#include "platform/sim/SimOrderTicket.h"
+#include "platform/sim/SimSettings.h"
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wicker {
+
+/// The simulated broker's orders: accepts them after the local checks, fills them against
+/// the simulated market and reports every change as an order update in the event queue.
+/// Market orders and marketable limits fill at the touch at once, resting limits at their
+/// limit when the market reaches them, market-on-open/-close orders after the fill delay at
+/// the then price; anything above the clip size fills one clip per tick of its symbol.
+class SimOrderBook {
+public:
+    /// `origin` is the wall time of virtual time 0, for the order and update times.
+    SimOrderBook(const SimSettings& settings, SimMarket& market, PlatformEventQueue& events,
+                 Clock::TimePoint origin);
+
+    /// The order's record id (> 0) when accepted, else the negative refusal code.
+    int32_t submit(const SimOrderTicket& ticket, int64_t nowUs);
+    /// Cancels an open order; a done or unknown order, or a client order id that does not
+    /// belong to the record id, is left alone.
+    void cancel(const std::string& clOrderId, int32_t recordId, int64_t nowUs);
+
+    /// The symbol of instrument `i` has just moved: its working orders get their chance.
+    void onTick(size_t instrument, int64_t nowUs);
+
+    /// When the next market-on-open/-close order is due; SimMarket::kNever when none is.
+    int64_t nextAuctionUs() const;
+    /// Fills the market-on-open/-close orders due at or before `nowUs`.
+    void runAuctions(int64_t nowUs);
+
+private:
+    enum class Kind { Market, Limit, OnOpen, OnClose };
+    struct Order {
+        SimOrderTicket ticket;
+        std::string side; // "B", "S" or "T"
+        size_t instrument = 0;
+        Kind kind = Kind::Market;
+        SimUnits limit = 0;
+        int32_t recordId = 0;
+        int32_t status = 0;
+        int32_t cum = 0;
+        int64_t notional = 0; // units x shares filled
+        int32_t updates = 0;
+        bool resting = false; // was not marketable when it arrived
+        std::string orderTime;
+        std::string lastFill;
+
+        bool buy() const { return side == "B"; }
+        bool working() const;
+    };
+    using Due = std::pair<int64_t, int32_t>; // time, record id
+
+    int32_t Refusal(const SimOrderTicket& ticket, size_t instrument) const;
+    Order& Accept(const SimOrderTicket& ticket, size_t instrument, int64_t nowUs);
+    void OnArrival(Order& o, int64_t nowUs);
+    /// One clip (or all, with `whole`) if the order can trade now; false when it cannot.
+    bool TryFill(Order& o, bool arrival, bool whole, int64_t nowUs);
+    void Fill(Order& o, int32_t quantity, SimUnits price, int64_t nowUs);
+    void Finish(Order& o, int32_t status, int64_t nowUs);
+    void Publish(Order& o, int64_t nowUs);
+    std::string TimeText(int64_t nowUs) const;
+
+    const SimSettings& m_settings;
+    SimMarket& m_market;
+    PlatformEventQueue& m_events;
+    Clock::TimePoint m_origin;
+    std::vector<Order> m_orders;                 // record id - 1
+    std::vector<std::vector<int32_t>> m_working; // by instrument: record ids in arrival order
+    std::vector<Due> m_auctions;                 // min-heap
+};
+
+} // namespace wicker

@@ -1,0 +1,74 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "platform/Platform.h"
+#include "platform/sim/SimMarket.h"
+#include "platform/sim/SimOrderBook.h"
+#include "platform/sim/SimOrderTicket.h"
+#include "platform/sim/SimRealTimeDriver.h"
+#include "platform/sim/SimSettings.h"
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+
+namespace wicker {
+
+/// Whether the simulator follows the wall clock on a thread of its own, or moves only when
+/// advance() is called (tests, benchmarks).
+enum class SimDriver { RealTime, Manual };
+
+/// The built-in simulated market and broker. All its state sits behind one mutex: orders
+/// and cancels come from the UI thread, the market moves on the driver's thread (or on the
+/// caller's with SimDriver::Manual), and every event goes to the event queue.
+class SimPlatform final : public Platform {
+public:
+    /// Virtual time starts at `clock.now()`; the real-time driver also reads `clock`.
+    SimPlatform(SimSettings settings, const Clock& clock, SimDriver driver = SimDriver::RealTime);
+    /// Stops the driver thread.
+    ~SimPlatform() override;
+
+    /// "SIMULATED".
+    std::string DisplayName() const override;
+    /// Goes online: snapshots for the registered symbols, then quotes and fills as time
+    /// passes. An error once the platform has shut down.
+    Result<void> Start() override;
+    /// Goes offline: no quotes, no fills, orders refused with -16, until started again.
+    void Stop() override;
+    std::unique_ptr<QVXOrder> CreateOrder() override;
+    void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
+                     const std::string& fourth) override;
+    void RegisterSymbol(const std::string& symbol, const std::string& exchange) override;
+    void DeregisterSymbol(const std::string& symbol, const std::string& exchange) override;
+
+    /// The platform closes for good: a shutdown event, then -16 for every order.
+    void TriggerShutdown();
+
+    /// Moves virtual time on, with every quote, fill and market-on-open/-close order due.
+    void advance(std::chrono::microseconds by);
+    void advanceTo(Clock::TimePoint when);
+    /// The current virtual time.
+    Clock::TimePoint now() const;
+    bool online() const;
+
+private:
+    int32_t Submit(const SimOrderTicket& ticket);
+    void AdvanceLocked(int64_t targetUs);
+    void PushSnapshot(size_t instrument);
+    void StopDriver();
+
+    SimSettings m_settings;
+    const Clock& m_clock;
+    const SimDriver m_driverMode;
+    const Clock::TimePoint m_origin;
+    mutable std::mutex m_mutex;
+    int64_t m_nowUs = 0;
+    bool m_online = false;
+    bool m_shutDown = false;
+    SimMarket m_market;
+    SimOrderBook m_book;
+    std::mutex m_driverMutex;                    // Start/Stop from several threads
+    std::unique_ptr<SimRealTimeDriver> m_driver; // last: its thread calls advance()
+};
+
+} // namespace wicker

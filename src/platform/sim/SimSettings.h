@@ -1,0 +1,24 @@
+#pragma once
+
+#include "platform/PreTradeLimits.h"
+
+#include <cstdint>
+#include <set>
+#include <string>
+
+namespace wicker {
+
+/// The knobs of the simulated market and broker.
+struct SimSettings {
+    uint64_t seed = 1;            ///< same seed, same quotes
+    double updatesPerSecond = 4;  ///< quote updates per registered symbol, on average
+    int32_t fillDelayMs = 3000;   ///< market-on-open / -close orders fill this long after
+    int32_t clipSize = 1000;      ///< larger orders fill in clips of this many; 0 = at once
+    std::set<std::string> halted; ///< upper case; their orders are rejected after acceptance
+    PreTradeLimits limits;        ///< enabled destinations (-7) and notional per order (-8)
+};
+
+/// Reason code of the reject an order for a halted symbol gets.
+inline constexpr int32_t kSimRejectHalted = 1;
+
+} // namespace wicker

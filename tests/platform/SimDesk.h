@@ -1,0 +1,147 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "platform/sim/SimPlatform.h"
+
+#include <chrono>
+#include <map>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wicker::test {
+
+/// A field of `into` takes the value of `update` wherever the update carries it.
+void Merge(QVXQuoteStruct& into, const QVXQuoteStruct& update);
+
+/// Everything a simulated platform delivered through its event queue, in order.
+class SimRecorder : public QVXEvents, public QVXQuoteEvents {
+public:
+    std::vector<QVXOrderStruct> updates;
+    std::vector<QVXRejectStruct> rejects;
+    std::vector<QVXQuoteStruct> snaps;
+    std::vector<QVXQuoteStruct> quotes;
+    std::vector<std::string> journal; // one line per event: the order events arrived in
+    int shutdowns = 0;
+    /// The quote picture of each symbol as the events built it so far.
+    std::map<std::string, QVXQuoteStruct> market;
+    /// The picture of the order's symbol when each update arrived (parallel to updates).
+    std::vector<QVXQuoteStruct> marketAtUpdate;
+
+    void OnQVXOrderUpdate(const QVXOrderStruct& u) override {
+        updates.push_back(u);
+        marketAtUpdate.push_back(market[u.Symbol]);
+        journal.push_back("update " + std::to_string(u.OrderRecordId) + " " + u.Action);
+    }
+    void OnQVXOrderReject(const QVXRejectStruct& r) override {
+        rejects.push_back(r);
+        journal.push_back("reject " + r.ClOrderID);
+    }
+    void OnQVXShutdown() override {
+        ++shutdowns;
+        journal.emplace_back("shutdown");
+    }
+    void OnPlatformStatus(bool online, const std::string&) override {
+        journal.emplace_back(online ? "online" : "offline");
+    }
+    void OnQVXQuoteSnap(const QVXQuoteStruct& q) override {
+        snaps.push_back(q);
+        market[q.Symbol] = q;
+    }
+    void OnQVXQuoteUpdate(const QVXQuoteStruct& q) override;
+
+    /// The updates of one order, oldest first.
+    std::vector<QVXOrderStruct> of(int32_t recordId) const {
+        std::vector<QVXOrderStruct> list;
+        for (const QVXOrderStruct& u : updates) {
+            if (u.OrderRecordId == recordId) {
+                list.push_back(u);
+            }
+        }
+        return list;
+    }
+};
+
+/// The properties of one order; the defaults make a valid market buy.
+struct OrderSpec {
+    std::string account = "ACCT01";
+    std::string side = "B";
+    std::string symbol = "IBM";
+    int32_t quantity = 100;
+    double price = 0;
+    int32_t priceType = 1;
+    std::string tif = "D";
+    std::string destination = "NASDAQ";
+    std::string clOrderId = "ACCT01-20240315-57-1";
+    std::string memo = "Tech10-57-/bskt";
+};
+
+/// A simulated platform on a manual clock, started, and a recorder to drain it into.
+class SimDesk {
+public:
+    explicit SimDesk(SimSettings settings = {}, bool start = true)
+        : clock(Clock::TimePoint{std::chrono::seconds(1710513000)}),
+          platform(std::move(settings), clock, SimDriver::Manual) {
+        if (start) {
+            platform.Start();
+        }
+    }
+
+    int32_t send(const OrderSpec& spec) {
+        auto order = platform.CreateOrder();
+        order->setMemo(spec.memo);
+        order->setAccount(spec.account);
+        order->setSymbol(spec.symbol);
+        order->setQuantity(spec.quantity);
+        order->setDestination(spec.destination);
+        order->setTif(spec.tif);
+        order->setPriceType(spec.priceType);
+        order->setSide(spec.side);
+        order->setLmtPrice(spec.price);
+        order->setClOrderID(spec.clOrderId);
+        return order->SubmitOrder();
+    }
+
+    void drain() { platform.Events().drain(events, events); }
+
+    void run(std::chrono::milliseconds by) {
+        platform.advance(by);
+        drain();
+    }
+
+    ManualClock clock;
+    SimPlatform platform;
+    SimRecorder events;
+};
+
+inline void SimRecorder::OnQVXQuoteUpdate(const QVXQuoteStruct& q) {
+    quotes.push_back(q);
+    Merge(market[q.Symbol], q);
+}
+
+inline void Merge(QVXQuoteStruct& into, const QVXQuoteStruct& u) {
+    namespace F = QVXQuoteField;
+    const auto take = [&](uint32_t bit, auto member) {
+        if (u.Carries(bit)) {
+            into.*member = u.*member;
+        }
+    };
+    take(F::Bid, &QVXQuoteStruct::BidPrice);
+    take(F::Ask, &QVXQuoteStruct::AskPrice);
+    take(F::Last, &QVXQuoteStruct::LastPrice);
+    take(F::BidSize, &QVXQuoteStruct::BidSize);
+    take(F::AskSize, &QVXQuoteStruct::AskSize);
+    take(F::LastSize, &QVXQuoteStruct::LastSize);
+    take(F::CumVolume, &QVXQuoteStruct::CumVolume);
+    take(F::Open, &QVXQuoteStruct::OpenPrice);
+    take(F::High, &QVXQuoteStruct::HighPrice);
+    take(F::Low, &QVXQuoteStruct::LowPrice);
+    take(F::Close, &QVXQuoteStruct::ClosePrice);
+    take(F::Vwap, &QVXQuoteStruct::Vwap);
+    take(F::Week52High, &QVXQuoteStruct::Week52High);
+    take(F::Week52Low, &QVXQuoteStruct::Week52Low);
+    take(F::AvgVolume, &QVXQuoteStruct::AvgVolume);
+    take(F::SharesOutstanding, &QVXQuoteStruct::SharesOutstanding);
+}
+
+} // namespace wicker::test

@@ -1,0 +1,384 @@
+#include "SimDesk.h"
+
+#include <cmath>
+
+#include <gtest/gtest.h>
+
+namespace wicker::test {
+namespace {
+
+using std::chrono::milliseconds;
+
+bool OnPennyGrid(double price) {
+    return std::fabs(price * 100 - std::round(price * 100)) < 1e-6;
+}
+
+// One execution, worked out from two consecutive updates of the same order.
+struct Fill {
+    int32_t quantity = 0;
+    double price = 0;
+};
+
+std::vector<Fill> FillsOf(const std::vector<QVXOrderStruct>& updates) {
+    std::vector<Fill> fills;
+    int32_t cum = 0;
+    double notional = 0;
+    for (const QVXOrderStruct& u : updates) {
+        if (u.CumExecQuantity != cum) {
+            const double now = u.AvgExecPrice * u.CumExecQuantity;
+            fills.push_back(
+                {u.CumExecQuantity - cum, (now - notional) / (u.CumExecQuantity - cum)});
+            cum = u.CumExecQuantity;
+            notional = now;
+        }
+    }
+    return fills;
+}
+
+// Every update of an order keeps its books: order quantity = open + filled, and the fills
+// it reports add up to its average price.
+void ExpectConsistent(const std::vector<QVXOrderStruct>& updates) {
+    ASSERT_FALSE(updates.empty());
+    int32_t lastCum = 0;
+    for (const QVXOrderStruct& u : updates) {
+        const bool done = u.OrderStatus == QVXOrderStatus::Filled ||
+                          u.OrderStatus == QVXOrderStatus::Cancelled ||
+                          u.OrderStatus == QVXOrderStatus::Rejected;
+        if (done) {
+            EXPECT_EQ(u.LvsQuantity, 0);
+        } else {
+            EXPECT_EQ(u.LvsQuantity + u.CumExecQuantity, u.Quantity);
+        }
+        EXPECT_GE(u.CumExecQuantity, lastCum) << "filled quantity never goes back";
+        EXPECT_EQ(u.Action, QVXOrderStatusText(u.OrderStatus));
+        lastCum = u.CumExecQuantity;
+    }
+}
+
+class SimFills : public ::testing::Test {
+protected:
+    SimFills() : desk(Settings()) {
+        desk.platform.RegisterSymbol("IBM", "*");
+        desk.drain();
+    }
+    static SimSettings Settings() {
+        SimSettings s;
+        s.seed = 7;
+        s.clipSize = 1000;
+        s.fillDelayMs = 3000;
+        s.halted = {"HALT"};
+        return s;
+    }
+    const QVXQuoteStruct& quote() { return desk.events.market["IBM"]; }
+
+    // Moves time on in steps until the order is done; false if it never is.
+    bool RunUntilDone(int32_t id, int maxSeconds = 4 * 3600) {
+        for (int i = 0; i < maxSeconds; ++i) {
+            const auto updates = desk.events.of(id);
+            if (!updates.empty() && updates.back().LvsQuantity == 0) {
+                return true;
+            }
+            desk.run(milliseconds(1000));
+        }
+        return false;
+    }
+
+    SimDesk desk;
+};
+
+TEST_F(SimFills, MarketBuyFillsAtOnceAtTheAskAndEchoesTheOrder) {
+    const double ask = quote().AskPrice;
+    OrderSpec spec;
+    spec.side = "BUY";
+    spec.quantity = 300;
+    const int32_t id = desk.send(spec);
+    ASSERT_GT(id, 0);
+    desk.drain();
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u);
+    EXPECT_EQ(updates[0].OrderStatus, QVXOrderStatus::Open);
+    EXPECT_EQ(updates[0].LvsQuantity, 300);
+    EXPECT_EQ(updates[0].CumExecQuantity, 0);
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(updates[1].CumExecQuantity, 300);
+    EXPECT_EQ(updates[1].AvgExecPrice, ask);
+    for (const QVXOrderStruct& u : updates) {
+        EXPECT_EQ(u.Side, "B") << "reported with one letter";
+        EXPECT_EQ(u.Memo, "Tech10-57-/bskt");
+        EXPECT_EQ(u.ClOrderID, "ACCT01-20240315-57-1");
+        EXPECT_EQ(u.Symbol, "IBM");
+        EXPECT_EQ(u.Destination, "NASDAQ");
+        EXPECT_EQ(u.Account, "ACCT01");
+        EXPECT_EQ(u.Quantity, 300);
+        EXPECT_EQ(u.OrderRecordId, id);
+    }
+    ExpectConsistent(updates);
+}
+
+TEST_F(SimFills, MarketSellAndShortFillAtTheBid) {
+    const double bid = quote().BidPrice;
+    for (const char* side : {"S", "T"}) {
+        OrderSpec spec;
+        spec.side = side;
+        const int32_t id = desk.send(spec);
+        desk.drain();
+        const auto updates = desk.events.of(id);
+        ASSERT_EQ(updates.size(), 2u) << side;
+        EXPECT_EQ(updates.back().Side, side);
+        EXPECT_EQ(updates.back().AvgExecPrice, bid) << side;
+    }
+}
+
+TEST_F(SimFills, LargeOrderFillsInClipsAtTheTouchOfEachTick) {
+    OrderSpec spec;
+    spec.side = "S";
+    spec.quantity = 3500;
+    const int32_t id = desk.send(spec);
+    desk.drain();
+    auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u) << "Open, then the first clip at once";
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::PartiallyFilled);
+    EXPECT_EQ(updates[1].CumExecQuantity, 1000);
+    EXPECT_EQ(updates[1].LvsQuantity, 2500);
+
+    ASSERT_TRUE(RunUntilDone(id));
+    updates = desk.events.of(id);
+    ExpectConsistent(updates);
+    EXPECT_EQ(updates.back().OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(updates.back().CumExecQuantity, 3500);
+
+    const std::vector<Fill> fills = FillsOf(updates);
+    ASSERT_EQ(fills.size(), 4u);
+    const int32_t expected[] = {1000, 1000, 1000, 500};
+    double notional = 0;
+    for (size_t i = 0; i < fills.size(); ++i) {
+        EXPECT_EQ(fills[i].quantity, expected[i]);
+        EXPECT_TRUE(OnPennyGrid(fills[i].price)) << fills[i].price;
+        notional += fills[i].quantity * fills[i].price;
+    }
+    EXPECT_NEAR(updates.back().AvgExecPrice * 3500, notional, 1e-6);
+    // Each clip sold at the bid of the moment it filled.
+    for (size_t i = 0; i < updates.size(); ++i) {
+        if (i > 0 && updates[i].CumExecQuantity != updates[i - 1].CumExecQuantity) {
+            const double price = (updates[i].AvgExecPrice * updates[i].CumExecQuantity -
+                                  updates[i - 1].AvgExecPrice * updates[i - 1].CumExecQuantity) /
+                                 (updates[i].CumExecQuantity - updates[i - 1].CumExecQuantity);
+            EXPECT_NEAR(price, desk.events.marketAtUpdate[i].BidPrice, 1e-9);
+        }
+    }
+}
+
+TEST_F(SimFills, MarketableLimitFillsAtTheTouchNotWorse) {
+    OrderSpec buy;
+    buy.priceType = 5;
+    buy.price = quote().AskPrice + 0.50;
+    const double ask = quote().AskPrice;
+    const int32_t buyId = desk.send(buy);
+    OrderSpec sell;
+    sell.side = "S";
+    sell.priceType = 5;
+    sell.price = quote().BidPrice - 0.50;
+    const double bid = quote().BidPrice;
+    const int32_t sellId = desk.send(sell);
+    desk.drain();
+    EXPECT_EQ(desk.events.of(buyId).back().OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(desk.events.of(buyId).back().AvgExecPrice, ask);
+    EXPECT_EQ(desk.events.of(buyId).back().LmtPrice, buy.price);
+    EXPECT_EQ(desk.events.of(sellId).back().OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(desk.events.of(sellId).back().AvgExecPrice, bid);
+}
+
+TEST_F(SimFills, RestingLimitWaitsForTheMarketAndFillsAtItsLimit) {
+    OrderSpec buy;
+    buy.priceType = 5;
+    buy.price = quote().BidPrice; // below the ask: not marketable
+    const int32_t id = desk.send(buy);
+    desk.drain();
+    ASSERT_EQ(desk.events.of(id).size(), 1u);
+    EXPECT_EQ(desk.events.of(id)[0].OrderStatus, QVXOrderStatus::Open);
+
+    ASSERT_TRUE(RunUntilDone(id)) << "the walk must reach the bid within hours";
+    const auto updates = desk.events.of(id);
+    ExpectConsistent(updates);
+    EXPECT_EQ(updates.back().OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_NEAR(updates.back().AvgExecPrice, buy.price, 1e-9);
+    // It filled only once the ask came down to the limit.
+    EXPECT_LE(desk.events.marketAtUpdate.back().AskPrice, buy.price + 1e-9);
+}
+
+TEST_F(SimFills, RestingLimitOfAnUnregisteredSymbolStillFills) {
+    const double bid = quote().BidPrice;
+    desk.platform.DeregisterSymbol("IBM", "*");
+    OrderSpec buy;
+    buy.priceType = 5;
+    buy.price = bid;
+    const int32_t id = desk.send(buy);
+    const size_t quotesBefore = desk.events.quotes.size();
+    ASSERT_TRUE(RunUntilDone(id)) << "working orders keep their symbol's market moving";
+    EXPECT_EQ(desk.events.quotes.size(), quotesBefore) << "but no quotes are sent for it";
+}
+
+TEST_F(SimFills, SubPennyLimitFillsOnTheGridWithinTheLimit) {
+    OrderSpec buy;
+    buy.priceType = 5;
+    buy.price = quote().BidPrice + 0.005; // as the screen's modifier may make it
+    const int32_t id = desk.send(buy);
+    ASSERT_TRUE(RunUntilDone(id));
+    const double avg = desk.events.of(id).back().AvgExecPrice;
+    EXPECT_TRUE(OnPennyGrid(avg)) << avg;
+    EXPECT_LE(avg, buy.price);
+}
+
+struct AuctionRow {
+    const char* name;
+    int32_t priceType;
+    const char* tif;
+    bool moo;
+};
+
+class SimAuction : public SimFills, public ::testing::WithParamInterface<AuctionRow> {};
+
+TEST_P(SimAuction, FillsWholeAfterTheDelayAtTheThenLastPrice) {
+    OrderSpec spec;
+    spec.priceType = GetParam().priceType;
+    spec.tif = GetParam().tif;
+    spec.quantity = 5000; // above the clip size: an auction fills it whole
+    const int32_t id = desk.send(spec);
+    desk.run(milliseconds(2999));
+    ASSERT_EQ(desk.events.of(id).size(), 1u) << "nothing before the delay";
+    desk.run(milliseconds(1));
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u);
+    ExpectConsistent(updates);
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(updates[1].CumExecQuantity, 5000);
+    EXPECT_EQ(updates[1].AvgExecPrice, desk.events.marketAtUpdate[1].LastPrice);
+    EXPECT_EQ(updates[1].Moo, GetParam().moo);
+    EXPECT_EQ(updates[1].Moc, !GetParam().moo);
+}
+
+INSTANTIATE_TEST_SUITE_P(Rows, SimAuction,
+                         ::testing::Values(AuctionRow{"MarketOnOpen", 1, "O", true},
+                                           AuctionRow{"MarketOnClose", 2, "D", false}),
+                         [](const auto& row) { return std::string(row.param.name); });
+
+TEST_F(SimFills, ImmediateOrCancelThatCannotTradeIsCancelledAtOnce) {
+    OrderSpec spec;
+    spec.priceType = 5;
+    spec.price = quote().BidPrice;
+    spec.tif = "I";
+    const int32_t id = desk.send(spec);
+    desk.drain();
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u);
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Cancelled);
+    EXPECT_EQ(updates[1].LvsQuantity, 0);
+}
+
+TEST_F(SimFills, FillOrKillFillsWholeAboveTheClipSize) {
+    OrderSpec spec;
+    spec.quantity = 2500;
+    spec.tif = "F";
+    const int32_t id = desk.send(spec);
+    desk.drain();
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u);
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(updates[1].CumExecQuantity, 2500);
+}
+
+TEST_F(SimFills, CancelOfAnOpenOrderReportsItCancelledWithNothingLeft) {
+    OrderSpec spec;
+    spec.priceType = 5;
+    spec.price = quote().BidPrice - 5.00;
+    const int32_t id = desk.send(spec);
+    desk.platform.CancelOrder(spec.clOrderId, id, "", "");
+    desk.run(milliseconds(60'000));
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 2u) << "no fill after the cancel";
+    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Cancelled);
+    EXPECT_EQ(updates[1].LvsQuantity, 0);
+    EXPECT_EQ(updates[1].CumExecQuantity, 0);
+}
+
+TEST_F(SimFills, CancelOfAPartlyFilledOrderKeepsWhatFilled) {
+    OrderSpec spec;
+    spec.quantity = 5000;
+    const int32_t id = desk.send(spec);
+    desk.platform.CancelOrder(spec.clOrderId, id, "", "");
+    desk.run(milliseconds(10'000));
+    const auto updates = desk.events.of(id);
+    ASSERT_EQ(updates.size(), 3u);
+    ExpectConsistent(updates);
+    EXPECT_EQ(updates[2].OrderStatus, QVXOrderStatus::Cancelled);
+    EXPECT_EQ(updates[2].CumExecQuantity, 1000);
+    EXPECT_EQ(updates[2].AvgExecPrice, updates[1].AvgExecPrice);
+}
+
+TEST_F(SimFills, CancelOfADoneUnknownOrMismatchedOrderDoesNothing) {
+    OrderSpec filled;
+    const int32_t filledId = desk.send(filled);
+    OrderSpec resting;
+    resting.priceType = 5;
+    resting.price = quote().BidPrice - 5.00;
+    resting.clOrderId = "ACCT01-20240315-57-2";
+    const int32_t restingId = desk.send(resting);
+    desk.drain();
+    const size_t before = desk.events.updates.size();
+
+    desk.platform.CancelOrder(filled.clOrderId, filledId, "", "");
+    desk.platform.CancelOrder("nobody", 999, "", "");
+    desk.platform.CancelOrder("x", -1, "", "");
+    desk.platform.CancelOrder(filled.clOrderId, restingId, "", ""); // id of another order
+    desk.drain();
+    EXPECT_EQ(desk.events.updates.size(), before);
+    EXPECT_EQ(desk.events.of(restingId).back().OrderStatus, QVXOrderStatus::Open);
+
+    desk.platform.CancelOrder(resting.clOrderId, restingId, "", "");
+    desk.platform.CancelOrder(resting.clOrderId, restingId, "", ""); // twice: one report
+    desk.drain();
+    EXPECT_EQ(desk.events.updates.size(), before + 1);
+}
+
+TEST_F(SimFills, HaltedSymbolIsAcceptedThenRejectedWithAReason) {
+    OrderSpec spec;
+    spec.symbol = "halt"; // the list is matched without regard to case
+    spec.side = "BUY";
+    spec.quantity = 200;
+    const int32_t id = desk.send(spec);
+    ASSERT_GT(id, 0);
+    desk.drain();
+    const std::vector<std::string> expected = {"update " + std::to_string(id) + " Open",
+                                               "reject " + spec.clOrderId,
+                                               "update " + std::to_string(id) + " Rejected"};
+    ASSERT_GE(desk.events.journal.size(), 3u);
+    EXPECT_EQ(std::vector<std::string>(desk.events.journal.end() - 3, desk.events.journal.end()),
+              expected);
+    ASSERT_EQ(desk.events.rejects.size(), 1u);
+    const QVXRejectStruct& r = desk.events.rejects[0];
+    EXPECT_EQ(r.RejectReason, kSimRejectHalted);
+    EXPECT_EQ(r.Side, "B");
+    EXPECT_EQ(r.Quantity, 200);
+    EXPECT_EQ(r.Symbol, "halt");
+    EXPECT_EQ(desk.events.of(id).back().LvsQuantity, 0);
+    desk.run(milliseconds(60'000));
+    EXPECT_EQ(desk.events.of(id).size(), 2u) << "a rejected order never fills";
+}
+
+TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {
+    OrderSpec spec;
+    spec.quantity = 5000;
+    const int32_t id = desk.send(spec);
+    desk.platform.TriggerShutdown();
+    desk.drain();
+    const size_t updates = desk.events.of(id).size();
+    const size_t quotes = desk.events.quotes.size();
+    desk.run(milliseconds(60'000));
+    EXPECT_EQ(desk.events.shutdowns, 1);
+    EXPECT_EQ(desk.events.of(id).size(), updates);
+    EXPECT_EQ(desk.events.quotes.size(), quotes);
+    EXPECT_FALSE(desk.platform.online());
+}
+
+} // namespace
+} // namespace wicker::test
