@@ -15,7 +15,8 @@ void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r) {
     o.m_strExchOrderId = r.ExchOrderId;
     o.m_strExecBroker = r.ExecBroker;
     o.m_strExecInst = r.ExecInst;
-    o.m_strInstrument = r.Instrument;
+    // The platforms report the traded symbol in Symbol; Instrument only when they have one.
+    o.m_strInstrument = r.Instrument.empty() ? r.Symbol : r.Instrument;
     o.m_strLogMessage = r.LogMessage;
     o.m_strOrderTime = r.OrderTime;
     o.m_strPairId = r.PairId;
