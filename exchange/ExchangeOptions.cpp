@@ -40,6 +40,9 @@ Options:
                      (default: nothing is kept)
   --journal FILE     append every order received to FILE, one line of tag=value
                      fields per order
+  --market KIND      sim: Wicker's simulated market, whose prices walk and whose
+                     resting limits fill when the market reaches them (default);
+                     steady: fixed prices from the seed with a one-cent spread
   --seed N           seed of the simulated prices (default 1)
   --halt SYM[,SYM]   reject orders for these symbols (OrdRejReason 2, exchange closed)
   --fill-delay MS    market-on-open and market-on-close orders fill after MS
@@ -131,6 +134,16 @@ Result<ExchangeOptions> ParseExchangeOptions(const std::vector<std::string>& arg
             r = integer(0, 1000000000, o.clipSize);
         } else if (a == "--quote-interval") {
             r = integer(10, 3600000, o.quoteIntervalMs);
+        } else if (a == "--market") {
+            std::string kind;
+            r = text(kind);
+            if (r && LCase(kind) == "sim") {
+                o.market = ExchangeMarket::Sim;
+            } else if (r && LCase(kind) == "steady") {
+                o.market = ExchangeMarket::Steady;
+            } else if (r) {
+                r = Error{"Option --market needs sim or steady."};
+            }
         } else if (a == "--rest") {
             o.restOnly = true;
         } else {

@@ -8,6 +8,12 @@
 
 namespace wicker {
 
+/// The market behind the exchange.
+enum class ExchangeMarket {
+    Sim,    ///< Wicker's simulated market: prices walk, limits fill when reached
+    Steady, ///< fixed prices from the seed, one-cent spread: for exact checks
+};
+
 /// The command line of wicker-exchange.
 struct ExchangeOptions {
     bool help = false;
@@ -24,6 +30,7 @@ struct ExchangeOptions {
     int clipSize = 0;                ///< fill in clips of this many shares (0: at once)
     int quoteIntervalMs = 250;       ///< market data updates per subscribed symbol
     bool restOnly = false;           ///< accept orders but never fill them
+    ExchangeMarket market = ExchangeMarket::Sim;
 };
 
 /// Parses the arguments after the program name.

@@ -3,9 +3,11 @@
 #include "exchange/BasicVenue.h"
 #include "exchange/ExchangeOptions.h"
 #include "exchange/ExchangeServer.h"
+#include "exchange/SimVenue.h"
 
 #include <csignal>
 #include <iostream>
+#include <memory>
 #include <sys/signalfd.h>
 #include <unistd.h>
 
@@ -40,6 +42,19 @@ private:
     int m_fd = -1;
 };
 
+std::unique_ptr<wicker::ExchangeVenue> MakeVenue(const wicker::ExchangeOptions& o) {
+    if (o.market == wicker::ExchangeMarket::Steady) {
+        return std::make_unique<wicker::BasicVenue>(o.seed, o.clipSize,
+                                                    std::chrono::milliseconds(o.fillDelayMs));
+    }
+    wicker::SimSettings s;
+    s.seed = o.seed;
+    s.updatesPerSecond = 1000.0 / o.quoteIntervalMs;
+    s.fillDelayMs = o.fillDelayMs;
+    s.clipSize = o.clipSize;
+    return std::make_unique<wicker::SimVenue>(s, std::chrono::steady_clock::now());
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -54,9 +69,8 @@ int main(int argc, char** argv) {
         return 0;
     }
     const StopSignals stop;
-    wicker::BasicVenue venue(options->seed, options->clipSize,
-                             std::chrono::milliseconds(options->fillDelayMs));
-    wicker::ExchangeServer server(*options, venue);
+    const std::unique_ptr<wicker::ExchangeVenue> venue = MakeVenue(*options);
+    wicker::ExchangeServer server(*options, *venue);
     if (const wicker::Result<void> started = server.start(); !started) {
         std::cerr << "wicker-exchange: " << started.error().message << "\n";
         return 1;

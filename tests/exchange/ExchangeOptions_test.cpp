@@ -14,16 +14,18 @@ TEST(ExchangeOptions, DefaultsListenOnLoopbackOnly) {
     EXPECT_EQ(o->targetCompID, "WICKER");
     EXPECT_TRUE(o->dataDir.empty());
     EXPECT_FALSE(o->help);
+    EXPECT_EQ(o->market, ExchangeMarket::Sim);
 }
 
 TEST(ExchangeOptions, EveryOption) {
     const Result<ExchangeOptions> o = ParseExchangeOptions(
-        {"--port",       "0",     "--port-file", "p.txt", "--bind",           "0.0.0.0",
-         "--sender",     "S",     "--target",    "T",     "--data-dir",       "d",
-         "--journal",    "j.txt", "--seed",      "42",    "--halt",           "IBM, MSFT,",
-         "--fill-delay", "500",   "--clip",      "100",   "--quote-interval", "50",
-         "--rest"});
+        {"--port",       "0",        "--port-file", "p.txt", "--bind",           "0.0.0.0",
+         "--sender",     "S",        "--target",    "T",     "--data-dir",       "d",
+         "--journal",    "j.txt",    "--seed",      "42",    "--halt",           "IBM, MSFT,",
+         "--fill-delay", "500",      "--clip",      "100",   "--quote-interval", "50",
+         "--rest",       "--market", "STEADY"});
     ASSERT_TRUE(o.ok()) << o.error().message;
+    EXPECT_EQ(o->market, ExchangeMarket::Steady);
     EXPECT_EQ(o->port, 0);
     EXPECT_EQ(o->portFile, "p.txt");
     EXPECT_EQ(o->bindAddress, "0.0.0.0");
@@ -41,9 +43,9 @@ TEST(ExchangeOptions, EveryOption) {
 
 TEST(ExchangeOptions, BadCommandLinesAreExplained) {
     const std::vector<std::vector<std::string>> rows = {
-        {"--port"},        {"--port", "x"},  {"--port", "65536"}, {"--port", "-1"},
-        {"--seed", "1.5"}, {"--sender", ""}, {"--clip", "-3"},    {"--quote-interval", "1"},
-        {"--unknown"},     {"9878"},
+        {"--port"},        {"--port", "x"},  {"--port", "65536"},  {"--port", "-1"},
+        {"--seed", "1.5"}, {"--sender", ""}, {"--clip", "-3"},     {"--quote-interval", "1"},
+        {"--unknown"},     {"9878"},         {"--market", "wild"}, {"--market"},
     };
     for (const auto& args : rows) {
         const Result<ExchangeOptions> o = ParseExchangeOptions(args);
@@ -56,9 +58,9 @@ TEST(ExchangeOptions, BadCommandLinesAreExplained) {
 
 TEST(ExchangeOptions, HelpNamesEveryOption) {
     const std::string usage = ExchangeUsage();
-    for (const char* option :
-         {"--port", "--port-file", "--bind", "--sender", "--target", "--data-dir", "--journal",
-          "--seed", "--halt", "--fill-delay", "--clip", "--quote-interval", "--rest", "--help"}) {
+    for (const char* option : {"--port", "--port-file", "--bind", "--sender", "--target",
+                               "--data-dir", "--journal", "--seed", "--halt", "--fill-delay",
+                               "--clip", "--quote-interval", "--rest", "--market", "--help"}) {
         EXPECT_NE(usage.find(option), std::string::npos) << option;
     }
     EXPECT_TRUE(ParseExchangeOptions({"--help"})->help);

@@ -156,8 +156,8 @@ struct Button {
 
 TEST_F(FixBasket, FiveHundredLinesReachTheExchangeWithTheirTagsAndEveryFillTheTotals) {
     ASSERT_TRUE(exchange
-                    .start({"--clip", "100", "--fill-delay", "100", "--journal",
-                            (dir / "journal.txt").string()})
+                    .start({"--market", "steady", "--clip", "100", "--fill-delay", "100",
+                            "--journal", (dir / "journal.txt").string()})
                     .ok());
     Connect();
     // BUY MKT, SELL MKT, BUY ASK, SELL BID, SHRT MOC: 100 lines each.

@@ -80,12 +80,10 @@ ReadFixPlatformSettings(const std::function<std::optional<std::string>(std::stri
         const std::string t = UCase(Trim(*v));
         if (t == "FIX") {
             s.quotes = FixQuoteSource::Fix;
-        } else if (t == "SIM") {
-            s.quotes = FixQuoteSource::Sim;
         } else if (t == "NONE") {
             s.quotes = FixQuoteSource::None;
         } else {
-            return Bad("FixQuotes", "must be FIX, SIM or NONE.");
+            return Bad("FixQuotes", "must be FIX or NONE.");
         }
     }
     for (const std::string_view name :

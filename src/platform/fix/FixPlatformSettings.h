@@ -15,11 +15,11 @@ namespace wicker {
 /// The port wicker-exchange listens on unless told otherwise.
 inline constexpr int DefaultFixPort = 9878;
 
-/// Where the quotes of the FIX platform come from.
+/// Where the quotes of the FIX platform come from. There is deliberately no simulated
+/// source: real orders priced off invented bids and asks would trade at invented prices.
 enum class FixQuoteSource {
     Fix,  ///< market data requests on the FIX session
-    Sim,  ///< the built-in simulator
-    None, ///< no quotes
+    None, ///< no quotes (a session that carries orders only)
 };
 
 /// Settings of the FIX platform, from basket.ini section "Platform" (keys in the
@@ -36,7 +36,7 @@ struct FixPlatformSettings {
     bool resetOnLogon = false;              ///< FixResetOnLogon "1"/"0"
     std::string handlInst = "1";            ///< FixHandlInst(21)
     int memoTag = 0; ///< FixMemoTag: tag that carries the memo (58 = Text); 0 none
-    FixQuoteSource quotes = FixQuoteSource::Fix; ///< FixQuotes: "FIX", "SIM" or "NONE"
+    FixQuoteSource quotes = FixQuoteSource::Fix; ///< FixQuotes: "FIX" or "NONE"
     int sendWindow = 200;  ///< FixSendWindow: orders on the wire without an answer
     TifProfile tifProfile; ///< FixTifOS, FixTifNOW, FixTifEXT, ...: "59=3;9416=Y"
 };

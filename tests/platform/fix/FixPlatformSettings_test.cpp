@@ -45,7 +45,7 @@ TEST(FixPlatformSettings, EveryKeyRead) {
         {"FixResetOnLogon", "1"},
         {"FixHandlInst", "2"},
         {"FixMemoTag", "58"},
-        {"FixQuotes", "sim"},
+        {"FixQuotes", "none"},
         {"FixSendWindow", "50"},
         {"FixTifNOW", "59=3"},
         {"FixTifEXT", "59=0;9416=Y"},
@@ -63,7 +63,7 @@ TEST(FixPlatformSettings, EveryKeyRead) {
     EXPECT_TRUE(s->resetOnLogon);
     EXPECT_EQ(s->handlInst, "2");
     EXPECT_EQ(s->memoTag, 58);
-    EXPECT_EQ(s->quotes, FixQuoteSource::Sim);
+    EXPECT_EQ(s->quotes, FixQuoteSource::None);
     EXPECT_EQ(s->sendWindow, 50);
     ASSERT_EQ(s->tifProfile.letters.size(), 2u);
     EXPECT_EQ(s->tifProfile.letters.at("N").at(0).value, "3");
@@ -79,7 +79,7 @@ TEST(FixPlatformSettings, UnusableValuesNameTheirKey) {
         {"FixPort", "0"},          {"FixPort", "70000"},     {"FixPort", "abc"},
         {"FixPort", "5001.5"},     {"FixHeartBtInt", "-1"},  {"FixVersion", "4.3"},
         {"FixVersion", "FIX.5.0"}, {"FixResetOnLogon", "Y"}, {"FixHandlInst", "4"},
-        {"FixQuotes", "live"},     {"FixSendWindow", "0"},   {"FixMemoTag", "-58"},
+        {"FixQuotes", "sim"},     {"FixSendWindow", "0"},   {"FixMemoTag", "-58"},
         {"FixTifNOW", "IOC"},      {"FixTifOS", "59="},      {"FixTifCHXP", "x=1"},
     };
     for (const Row& r : rows) {
