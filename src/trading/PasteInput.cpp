@@ -59,6 +59,20 @@ std::optional<PasteTable> ProcessInputText(std::string_view text) {
     return table;
 }
 
+std::string WithCrLf(std::string_view text) {
+    std::string out;
+    out.reserve(text.size() + text.size() / 16);
+    char previous = 0;
+    for (const char c : text) {
+        if (c == kLf && previous != kCr) {
+            out += kCr;
+        }
+        out += c;
+        previous = c;
+    }
+    return out;
+}
+
 std::vector<StockLine> PastedLines(const PasteTable& table) {
     std::vector<StockLine> lines;
     lines.reserve(table.size());

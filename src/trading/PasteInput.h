@@ -30,6 +30,11 @@ inline constexpr std::string_view PasteFormatMessage =
 /// copied from a spreadsheet ends with a line break, and a last line without one is lost.
 std::optional<PasteTable> ProcessInputText(std::string_view text);
 
+/// Clipboard or dropped text with every line feed preceded by a carriage return. Desktops
+/// other than Windows end copied lines with a line feed alone; ProcessInputText wants the
+/// CR LF of the Windows clipboard, so the screen passes such text through this first.
+std::string WithCrLf(std::string_view text);
+
 /// The lines PasteInputText puts into lvStocks, in table order: symbol and quantity
 /// trimmed, the destination upper case, "NYSE" for an empty destination ("ARCA" when the
 /// symbol is longer than three characters), ticked, not stored.
