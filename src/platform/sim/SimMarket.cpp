@@ -20,6 +20,13 @@ size_t SimMarket::instrumentOf(std::string_view symbol) {
     return m_entries.size() - 1;
 }
 
+std::optional<size_t> SimMarket::find(std::string_view symbol) const {
+    if (const auto it = m_index.find(UCase(Trim(symbol))); it != m_index.end()) {
+        return it->second;
+    }
+    return std::nullopt;
+}
+
 void SimMarket::subscribe(size_t i, const std::string& quoteSymbol, int64_t nowUs) {
     Entry& e = *m_entries[i];
     e.quoteSymbol = quoteSymbol;

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <limits>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -23,6 +24,8 @@ public:
 
     /// The instrument of `symbol` (upper case, blanks trimmed), made on first use.
     size_t instrumentOf(std::string_view symbol);
+    /// The instrument of `symbol` if the market knows it already.
+    std::optional<size_t> find(std::string_view symbol) const;
     SimInstrument& instrument(size_t i) { return m_entries[i]->instrument; }
     /// The symbol text quotes of instrument `i` carry: as it was registered.
     const std::string& quoteSymbol(size_t i) const { return m_entries[i]->quoteSymbol; }

@@ -1,5 +1,6 @@
 #include "platform/sim/SimPlatform.h"
 
+#include "common/Text.h"
 #include "platform/sim/SimOrder.h"
 
 #include <algorithm>
@@ -95,6 +96,9 @@ void SimPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordI
 
 void SimPlatform::RegisterSymbol(const std::string& symbol, const std::string&) {
     // One picture per symbol whatever the exchange asked for: the simulator has one market.
+    if (Trim(symbol).empty()) {
+        return; // nothing to quote
+    }
     std::lock_guard lock(m_mutex);
     const size_t i = m_market.instrumentOf(symbol);
     m_market.subscribe(i, symbol, m_nowUs);
@@ -105,7 +109,9 @@ void SimPlatform::RegisterSymbol(const std::string& symbol, const std::string&) 
 
 void SimPlatform::DeregisterSymbol(const std::string& symbol, const std::string&) {
     std::lock_guard lock(m_mutex);
-    m_market.unsubscribe(m_market.instrumentOf(symbol));
+    if (const std::optional<size_t> i = m_market.find(symbol)) {
+        m_market.unsubscribe(*i);
+    }
 }
 
 void SimPlatform::PushSnapshot(size_t i) {
