@@ -78,6 +78,7 @@ TEST(SimQuotes, SnapshotAfterRegistrationCarriesAPlausiblePicture) {
         EXPECT_LE(q.Week52Low, q.ClosePrice);
         EXPECT_GE(q.Week52High, q.ClosePrice);
     }
+    EXPECT_EQ(desk.platform.DisplayName(), "SIMULATED");
     EXPECT_EQ(desk.events.snaps[0].Exchange, "NYSE");
     EXPECT_EQ(desk.events.snaps[1].Exchange, "NASDAQ");
 }
