@@ -42,33 +42,33 @@ TEST_F(Accounts, LoadGivesNameOrderAndTheDefault) {
     t.addAccount("ALPHA", 1);
     t.addAccount("MIKE", 0);
     const AccountSetup setup = LoadAccountSetup(*t.db);
-    EXPECT_EQ(setup.accounts, (Rows{"ALPHA", "MIKE", "ZED"}));
+    EXPECT_EQ(setup.accounts, (Texts{"ALPHA", "MIKE", "ZED"}));
     EXPECT_EQ(setup.defaultAccount, "ALPHA");
 }
 
 TEST_F(Accounts, LoadOfAnEmptyDefaultColumnChoosesNone) {
     t.db->ExecuteSql("INSERT INTO tblAccount(strAcct) VALUES('LEGACY')");
     const AccountSetup setup = LoadAccountSetup(*t.db);
-    EXPECT_EQ(setup.accounts, (Rows{"LEGACY"}));
+    EXPECT_EQ(setup.accounts, (Texts{"LEGACY"}));
     EXPECT_EQ(setup.defaultAccount, "");
 }
 
 TEST_F(Accounts, SaveRewritesTheTableInListOrderWithOneDefault) {
     t.addAccount("OLD", 1);
     SaveAccountSetup(*t.db, {"B2", "A1", "C3"}, "A1");
-    EXPECT_EQ(t.accounts(), (Rows{"B2|0", "A1|1", "C3|0"}));
+    EXPECT_EQ(t.accounts(), (Texts{"B2|0", "A1|1", "C3|0"}));
 }
 
 TEST_F(Accounts, SaveWithNoDefaultLeavesEveryAccountAtZero) {
     t.addAccount("A1", 1);
     SaveAccountSetup(*t.db, {"A1", "B2"}, "");
-    EXPECT_EQ(t.accounts(), (Rows{"A1|0", "B2|0"}));
+    EXPECT_EQ(t.accounts(), (Texts{"A1|0", "B2|0"}));
 }
 
 TEST_F(Accounts, DefaultThatIsNoLongerListedMakesNoDefault) {
     t.addAccount("A1", 1);
     SaveAccountSetup(*t.db, {"B2"}, "A1");
-    EXPECT_EQ(t.accounts(), (Rows{"B2|0"}));
+    EXPECT_EQ(t.accounts(), (Texts{"B2|0"}));
 }
 
 TEST_F(Accounts, SavingAnEmptyListEmptiesTheTable) {
@@ -82,19 +82,19 @@ TEST_F(Accounts, ApostropheFailsTheSaveAndKeepsTheOldTable) {
     t.addAccount("A1", 1);
     t.addAccount("B2", 0);
     EXPECT_THROW(SaveAccountSetup(*t.db, {"C3", "O'NEIL", "D4"}, "C3"), DbError);
-    EXPECT_EQ(t.accounts(), (Rows{"A1|1", "B2|0"}));
+    EXPECT_EQ(t.accounts(), (Texts{"A1|1", "B2|0"}));
 }
 
 TEST_F(Accounts, SqlInADefaultNameIsNeverRun) {
     t.addAccount("A1", 1);
     EXPECT_THROW(SaveAccountSetup(*t.db, {"A1"}, "x' OR '1'='1"), DbError);
-    EXPECT_EQ(t.accounts(), (Rows{"A1|1"}));
+    EXPECT_EQ(t.accounts(), (Texts{"A1|1"}));
 }
 
 TEST_F(Accounts, ASavedListReadsBackAsItWasSaved) {
     SaveAccountSetup(*t.db, {"Q9", "P8"}, "Q9");
     const AccountSetup setup = LoadAccountSetup(*t.db);
-    EXPECT_EQ(setup.accounts, (Rows{"P8", "Q9"}));
+    EXPECT_EQ(setup.accounts, (Texts{"P8", "Q9"}));
     EXPECT_EQ(setup.defaultAccount, "Q9");
 }
 

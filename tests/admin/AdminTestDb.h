@@ -54,6 +54,6 @@ struct AdminTestDb {
     }
 };
 
-using Rows = std::vector<std::string>;
+using Texts = std::vector<std::string>;
 
 } // namespace wicker::test

@@ -1,5 +1,6 @@
 #include "admin/AdminTestDb.h"
 #include "admin/OpenLeaves.h"
+#include "admin/RecordingTradingReset.h"
 #include "admin/Utilities.h"
 #include "support/RecordingMessageBoxes.h"
 
@@ -9,14 +10,6 @@ namespace wicker {
 namespace {
 
 using namespace test;
-
-/// Records what the utilities asked of the main screen.
-class RecordingTradingReset : public TradingDataReset {
-public:
-    void ClearTradingData() override { calls.push_back("ClearTradingData"); }
-    void MarkAllOrdersClosed() override { calls.push_back("MarkAllOrdersClosed"); }
-    std::vector<std::string> calls;
-};
 
 class Utilities : public testing::Test {
 protected:
@@ -52,17 +45,17 @@ TEST(CreateInitialDataTwice, GivesSixteenDestinationsAndTwoVersionRows) {
     AdminTestDb t(/*bare=*/true);
     CreateInitialDataAgain(*t.db);
     CreateInitialDataAgain(*t.db);
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Rows{"16"}));
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest WHERE intEnabled = 1"), (Rows{"16"}));
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest WHERE strDest = 'NY/AM'"), (Rows{"2"}));
-    EXPECT_EQ(t.rows("SELECT strDbVersion FROM tblConfig"), (Rows{"1.2.0", "1.2.0"}));
+    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Texts{"16"}));
+    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest WHERE intEnabled = 1"), (Texts{"16"}));
+    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest WHERE strDest = 'NY/AM'"), (Texts{"2"}));
+    EXPECT_EQ(t.rows("SELECT strDbVersion FROM tblConfig"), (Texts{"1.2.0", "1.2.0"}));
 }
 
 TEST(CreateInitialDataTwice, TheVersionReadIsTheFirstRows) {
     AdminTestDb t; // at "5010"
     RecordingMessageBoxes boxes;
     CreateInitialDataAgain(*t.db);
-    EXPECT_EQ(t.rows("SELECT strDbVersion FROM tblConfig"), (Rows{"5010", "1.2.0"}));
+    EXPECT_EQ(t.rows("SELECT strDbVersion FROM tblConfig"), (Texts{"5010", "1.2.0"}));
     EXPECT_EQ(GetDbVersion(*t.db, boxes), "5010");
     TestDbConnection(*t.db, boxes);
     EXPECT_EQ(boxes.texts().back(), "Successfully connected to database.\r\nDatabase version 5010");
@@ -72,16 +65,16 @@ TEST(CreateInitialDataTwice, AFailureAddsNothing) {
     AdminTestDb t(/*bare=*/true);
     t.db->ExecuteSql("DROP TABLE tblConfig");
     EXPECT_THROW(CreateInitialDataAgain(*t.db), DbError);
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Rows{"0"}));
+    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Texts{"0"}));
 }
 
 TEST_F(Utilities, ClearTradingDataClearsAndSaysSo) {
     ClearTradingData(trading, boxes);
-    EXPECT_EQ(trading.calls, (Rows{"ClearTradingData"}));
+    EXPECT_EQ(trading.calls, (Texts{"ClearTradingData"}));
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "Trading data cleared.");
     EXPECT_EQ(boxes.shown()[0].buttons, MsgButtons::Ok);
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Rows{"8"})); // nothing stored touched
+    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Texts{"8"})); // nothing stored touched
 }
 
 TEST_F(Utilities, MarkAllClosedAsksWithNoAsTheDefault) {
@@ -93,7 +86,7 @@ TEST_F(Utilities, MarkAllClosedAsksWithNoAsTheDefault) {
     EXPECT_EQ(asked.title, "Order Maint.");
     EXPECT_EQ(asked.buttons, MsgButtons::YesNo);
     EXPECT_EQ(asked.defaultButton, MsgDefault::Second);
-    EXPECT_EQ(trading.calls, (Rows{"MarkAllOrdersClosed"}));
+    EXPECT_EQ(trading.calls, (Texts{"MarkAllOrdersClosed"}));
 }
 
 TEST_F(Utilities, MarkAllClosedAnsweredNoChangesNothing) {
