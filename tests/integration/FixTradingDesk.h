@@ -83,6 +83,10 @@ public:
                      const std::string&) override {
         m_gateway.CancelOrder(clOrderId, orderRecordId);
     }
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange& change) override {
+        return m_gateway.ReplaceOrder(clOrderId, orderRecordId, change);
+    }
     /// Runs before every SubmitOrder (a test's way into the middle of a basket).
     void setBeforeSubmit(std::function<void()> hook) { m_beforeSubmit = std::move(hook); }
 

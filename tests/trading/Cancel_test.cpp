@@ -28,7 +28,13 @@ public:
         }
         calls.push_back(CancelCall{text, number, third, fourth, open});
     }
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange&) override {
+        replaces.emplace_back(clOrderId, orderRecordId);
+        return 0;
+    }
     std::vector<CancelCall> calls;
+    std::vector<std::pair<std::string, int32_t>> replaces;
 
 private:
     const OrderTracker& m_tracker;

@@ -34,6 +34,11 @@ public:
                      const std::string&) override {
         cancels.emplace_back(clOrderId, orderRecordId);
     }
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange& change) override {
+        replaces.push_back({clOrderId, orderRecordId, change});
+        return replaceResult;
+    }
 
     /// Symbols registered (true) or dropped (false) by the calls so far, in call order.
     std::vector<std::string> Symbols(bool registered) const {
@@ -48,6 +53,13 @@ public:
 
     std::vector<Registration> calls;
     std::vector<std::pair<std::string, int32_t>> cancels;
+    struct Replace {
+        std::string clOrderId;
+        int32_t orderRecordId = 0;
+        QVXOrderChange change;
+    };
+    std::vector<Replace> replaces;
+    int32_t replaceResult = 0; ///< what ReplaceOrder answers
     RecordingOrders orders;
 };
 

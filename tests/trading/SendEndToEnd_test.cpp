@@ -40,6 +40,11 @@ public:
         r.LvsQuantity = 0;
         m_queue.emplace_back(r);
     }
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t recordId,
+                         const QVXOrderChange&) override {
+        replaceRequests.push_back(clOrderId + "/" + std::to_string(recordId));
+        return 0;
+    }
 
     int32_t Accept(QVXOrderStruct r) {
         if (r.Account.empty()) {
@@ -98,6 +103,7 @@ public:
 
     std::vector<Fill> fills;
     std::vector<std::string> cancelRequests;
+    std::vector<std::string> replaceRequests;
 
 private:
     std::map<int32_t, QVXOrderStruct> m_orders;

@@ -27,7 +27,7 @@ FixSessionConfig SessionConfig(const FixPlatformSettings& s, const std::filesyst
 }
 
 bool IsOrderFlow(const std::string& msgType) {
-    return msgType == "D" || msgType == "F";
+    return msgType == "D" || msgType == "F" || msgType == "G";
 }
 
 } // namespace
@@ -161,6 +161,72 @@ int32_t FixGateway::CancelOrder(const std::string& clOrdID, int32_t orderRecordI
     m_book.addCancel(order->recordId, cancelID);
     enqueue(std::move(*request));
     drain();
+    return 0;
+}
+
+int32_t FixGateway::ReplaceOrder(const std::string& clOrdID, int32_t orderRecordId,
+                                 const QVXOrderChange& change) {
+    std::optional<FixOrderState> order = m_book.find(orderRecordId);
+    if (!order || (!clOrdID.empty() && order->clOrdID != clOrdID)) {
+        // The screen may still know the order by an id it had before a replace.
+        order = m_book.findByClOrdID(clOrdID);
+    }
+    const auto done = [](const std::string& s) {
+        return s == "2" || s == "3" || s == "4" || s == "8" || s == "C";
+    };
+    if (!order || order->leaves <= 0 || done(order->ordStatus) || !order->pendingReplace.empty()) {
+        return kReplaceOrderNotOpen;
+    }
+    if (change.quantity <= order->cum) {
+        return -3;
+    }
+    std::string newID = change.newClOrderID;
+    if (newID.empty()) {
+        std::lock_guard lock(m_sendMutex);
+        newID = order->clOrdID + "-R" + std::to_string(++m_replaceCount);
+    }
+    FixOrderTicket t;
+    t.account = order->account;
+    t.side = order->side;
+    t.symbol = order->symbol;
+    t.quantity = change.quantity;
+    t.lmtPrice = change.lmtPrice;
+    t.priceType = change.priceType;
+    t.clOrdID = newID;
+    t.tif = order->tif;
+    t.destination = order->destination;
+    t.maxFloor = order->maxFloor;
+    t.memo = order->memo;
+    NewOrderSingleOrRefusal built = BuildReplaceRequest(
+        t, order->currentClOrdID.empty() ? order->clOrdID : order->currentClOrdID, order->orderID,
+        m_profile, m_clock);
+    if (built.refusal != 0) {
+        return built.refusal;
+    }
+    if (m_preTradeCheck) {
+        if (const int32_t refusal = m_preTradeCheck(t); refusal < 0) {
+            return refusal;
+        }
+    }
+    if (!isLoggedOn()) {
+        return OfflineRejectReason;
+    }
+    if (!m_book.addReplace(order->recordId, newID, {t.quantity, t.priceType, t.lmtPrice})) {
+        return kReplaceOrderNotOpen; // another replace got there first, or the id is taken
+    }
+    bool wake = false;
+    {
+        std::lock_guard lock(m_sendMutex);
+        if (m_journal) {
+            m_journal->append(newID, t.memo);
+            m_journalDirty = true;
+        }
+        m_window.push(std::move(built.message));
+        wake = m_window.ready();
+    }
+    if (wake) {
+        m_sendWake.notify_one();
+    }
     return 0;
 }
 

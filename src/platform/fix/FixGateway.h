@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "common/Result.h"
+#include "platform/QVXOrderMaintenance.h"
 #include "platform/fix/FixMarketData.h"
 #include "platform/fix/FixOrderBook.h"
 #include "platform/fix/FixPlatformSettings.h"
@@ -66,6 +67,13 @@ public:
     /// Sends OrderCancelRequest for the order with this record id (or, failing that, this
     /// ClOrdID). 0 when queued; -16 offline; -4 when the order is not known.
     int32_t CancelOrder(const std::string& clOrdID, int32_t orderRecordId);
+    /// Sends OrderCancelReplaceRequest for the order with this record id (or, failing that,
+    /// this ClOrdID): 0 when queued; kReplaceOrderNotOpen when the order is unknown, done,
+    /// has a replace unanswered or the new id is in use; -3 for a quantity not above the
+    /// filled one; -5 / -6 as for a new order; the pre-trade check's refusal; -16 offline.
+    /// An empty new id becomes "<current id>-R<n>".
+    int32_t ReplaceOrder(const std::string& clOrdID, int32_t orderRecordId,
+                         const QVXOrderChange& change);
     /// Market data for a symbol while it is registered (again after every logon).
     void RegisterSymbol(const std::string& symbol);
     void DeregisterSymbol(const std::string& symbol);
@@ -109,6 +117,7 @@ private:
     bool m_stopping = false;
     bool m_journalDirty = false;
     int m_cancelCount = 0;
+    int m_replaceCount = 0;
     std::thread m_sender;
 
     std::mutex m_symbolMutex; // taken before m_sendMutex, never after

@@ -3,6 +3,7 @@
 #include "platform/fix/FixNumbers.h"
 #include "platform/fix/FixOrderMapping.h"
 
+#include <algorithm>
 #include <array>
 
 namespace wicker {
@@ -167,6 +168,26 @@ bool FixOrderBook::addCancel(int32_t recordId, const std::string& cancelClOrdID)
     return true;
 }
 
+bool FixOrderBook::addReplace(int32_t recordId, const std::string& newClOrdID,
+                              const FixOrderChange& change) {
+    std::lock_guard lock(m_mutex);
+    if (recordId <= 0 || static_cast<size_t>(recordId) > m_orders.size() || newClOrdID.empty() ||
+        m_byClOrdID.count(newClOrdID) > 0) {
+        return false;
+    }
+    FixOrderState& o = m_orders[static_cast<size_t>(recordId - 1)];
+    if (!o.pendingReplace.empty()) {
+        return false;
+    }
+    o.pendingReplace = newClOrdID;
+    m_byClOrdID[newClOrdID] = recordId;
+    m_replaces[newClOrdID] = change;
+    // Reports after a restart may name the order only by its new id.
+    m_memos[newClOrdID] = o.memo;
+    m_awaiting.insert(newClOrdID);
+    return true;
+}
+
 void FixOrderBook::noteSent(int msgSeqNum, const std::string& clOrdID) {
     std::lock_guard lock(m_seqMutex);
     m_clOrdIDBySeq[msgSeqNum] = clOrdID;
@@ -286,18 +307,32 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     }
     FixOrderState* found = lookupReport(m);
     FixOrderState& o = found != nullptr ? *found : createFromReport(m);
+    const bool replaceAnswer = found != nullptr && !clOrdID.empty() && o.pendingReplace == clOrdID;
+    if (replaceAnswer && IsRejected(m)) {
+        FixBookOutcome out;
+        answer(clOrdID, out);
+        refuseReplace(o, clOrdID, ReasonOf(m, TagOrdRejReason), Value(m, TagText), out);
+        return out;
+    }
+    const std::string& execType = Value(m, TagExecType);
+    // Pending replace: the broker has the request but the order still stands as it was
+    // (a fill may still come in under the old terms).
+    const bool stillPending = replaceAnswer && (execType == "E" || Value(m, TagOrdStatus) == "E");
+    const bool announcement = stillPending && execType == "E";
     if (!clOrdID.empty()) {
         m_byClOrdID.emplace(clOrdID, o.recordId);
-        o.currentClOrdID = clOrdID;
+        if (!stillPending) {
+            o.currentClOrdID = clOrdID;
+        }
     }
     if (!orderID.empty()) {
         o.orderID = orderID;
         m_byOrderID[orderID] = o.recordId;
     }
-    if (n.quantity) {
+    if (n.quantity && !announcement) {
         o.quantity = *n.quantity;
     }
-    if (n.leaves) {
+    if (n.leaves && !announcement) {
         o.leaves = *n.leaves;
     }
     if (n.cum) {
@@ -311,6 +346,24 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     if (found == nullptr) {
         o.lmtPrice = n.price.value_or(0);
         o.tif = Value(m, TagTimeInForce);
+    }
+    if (replaceAnswer && !stillPending) {
+        // The replace took effect: the order goes on under the new id and terms.
+        constexpr int32_t kLimit = 5;
+        if (const auto it = m_replaces.find(clOrdID); it != m_replaces.end()) {
+            const FixOrderChange& c = it->second;
+            o.priceType = c.priceType;
+            o.lmtPrice = c.priceType == kLimit ? n.price.value_or(c.lmtPrice) : 0.0;
+            if (!n.quantity) {
+                o.quantity = c.quantity;
+            }
+            if (!n.leaves) {
+                o.leaves = std::max(0, o.quantity - o.cum);
+            }
+            m_replaces.erase(it);
+        }
+        o.clOrdID = clOrdID;
+        o.pendingReplace.clear();
     }
     if (const std::string* s = m.find(TagOrdStatus)) {
         o.ordStatus = *s;
@@ -354,6 +407,10 @@ FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
         o->ordStatus = *s;
         o->status = OrdStatusText(*s);
     }
+    if (!clOrdID.empty() && o->pendingReplace == clOrdID) {
+        refuseReplace(*o, clOrdID, reason, Value(m, TagText), out);
+        return out;
+    }
     // The cancel failed: the order stands as last reported (the screen zeroed its open
     // quantity when it asked for the cancel).
     out.events.emplace_back(FixOrderReject{o->recordId, o->clOrdID, o->side, o->symbol, o->quantity,
@@ -387,6 +444,10 @@ void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::strin
     if (o == nullptr) {
         return;
     }
+    if (o->pendingReplace == clOrdID) {
+        refuseReplace(*o, clOrdID, reason, std::move(text), out);
+        return;
+    }
     const FixOrderReject reject{o->recordId, o->clOrdID, o->side,        o->symbol,
                                 o->quantity, reason,     std::move(text)};
     if (m_cancelIDs.count(clOrdID) > 0) {
@@ -404,6 +465,15 @@ void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::strin
     ++o->updates;
     out.events.emplace_back(*o);
     out.events.emplace_back(reject);
+}
+
+void FixOrderBook::refuseReplace(FixOrderState& o, const std::string& clOrdID, int32_t reason,
+                                 std::string text, FixBookOutcome& out) {
+    m_replaces.erase(clOrdID);
+    o.pendingReplace.clear();
+    out.events.emplace_back(FixOrderReject{o.recordId, clOrdID, o.side, o.symbol, o.quantity,
+                                           reason, std::move(text)});
+    out.events.emplace_back(o);
 }
 
 FixBookOutcome FixOrderBook::notSent(const std::string& clOrdID) {

@@ -41,7 +41,15 @@ struct FixOrderState {
     std::string status;    ///< OrdStatus as words
     std::string text;      ///< Text(58) of the latest report
     std::string transactTime;
-    int32_t updates = 0; ///< reports applied so far
+    int32_t updates = 0;        ///< reports applied so far
+    std::string pendingReplace; ///< ClOrdID of a replace request not answered yet
+};
+
+/// The terms a replace request asks for, applied when the broker confirms it.
+struct FixOrderChange {
+    int32_t quantity = 0;
+    int32_t priceType = 0;
+    double lmtPrice = 0;
 };
 
 /// A refused order or cancel: the reason is the counterparty's OrdRejReason(103),
@@ -87,6 +95,9 @@ public:
     int32_t addOrder(const FixOrderState& order);
     /// A cancel request for a known order; false when the record is unknown.
     bool addCancel(int32_t recordId, const std::string& cancelClOrdID);
+    /// A replace request for a known order: from now on `newClOrdID` names it. False when
+    /// the record is unknown, a replace of it is still unanswered, or the id is in use.
+    bool addReplace(int32_t recordId, const std::string& newClOrdID, const FixOrderChange& change);
     /// The message with this ClOrdID went out with this sequence number.
     void noteSent(int msgSeqNum, const std::string& clOrdID);
 
@@ -96,6 +107,10 @@ public:
 
     /// Interprets an ExecutionReport (8), OrderCancelReject (9), session Reject (3) or
     /// BusinessMessageReject (j); anything else, or anything unusable, changes nothing.
+    /// A replace request's answer: a report with the new ClOrdID (ExecType 5, or any
+    /// report that is neither a reject nor a pending replace) makes the change, and the new
+    /// id the order's ClOrdID; a reject of it (35=9, ExecType 8, 35=3, 35=j) gives a reject
+    /// with the new id and then the order unchanged.
     FixBookOutcome apply(const FixMessage& message);
     /// A message that never reached the counterparty (not resent after a reconnect, or
     /// still waiting to go out when the session dropped): a new order is rejected with
@@ -110,6 +125,9 @@ private:
     FixBookOutcome applyExecutionReport(const FixMessage& m);
     FixBookOutcome applyCancelReject(const FixMessage& m);
     FixBookOutcome applyReject(const FixMessage& m, int reasonTag);
+    /// The pending replace `clOrdID` of order `o` was refused: the order stands as it was.
+    void refuseReplace(FixOrderState& o, const std::string& clOrdID, int32_t reason,
+                       std::string text, FixBookOutcome& out);
     // A request that failed before the counterparty acted on it: a new order dies, a
     // cancel leaves its order as it was.
     void refuse(const std::string& clOrdID, int32_t reason, std::string text, FixBookOutcome& out);
@@ -127,6 +145,7 @@ private:
     std::unordered_map<std::string, std::string> m_memos;
     std::unordered_set<std::string> m_execIDs;
     std::unordered_set<std::string> m_cancelIDs;
+    std::unordered_map<std::string, FixOrderChange> m_replaces; // by the replacing ClOrdID
     std::unordered_set<std::string> m_awaiting; // sent, no answer yet
 };
 

@@ -41,6 +41,11 @@ void FixPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordI
     m_gateway.CancelOrder(clOrderId, orderRecordId);
 }
 
+int32_t FixPlatform::ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                                  const QVXOrderChange& change) {
+    return m_gateway.ReplaceOrder(clOrderId, orderRecordId, change);
+}
+
 void FixPlatform::RegisterSymbol(const std::string& symbol, const std::string&) {
     if (m_settings.quotes == FixQuoteSource::Fix) {
         m_gateway.RegisterSymbol(symbol);

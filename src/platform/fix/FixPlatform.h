@@ -29,6 +29,9 @@ public:
     std::unique_ptr<QVXOrder> CreateOrder() override;
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
                      const std::string& fourth) override;
+    /// An OrderCancelReplaceRequest through the gateway (see FixGateway::ReplaceOrder).
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange& change) override;
     void RegisterSymbol(const std::string& symbol, const std::string& exchange) override;
     void DeregisterSymbol(const std::string& symbol, const std::string& exchange) override;
 

@@ -66,6 +66,10 @@ QVXOrderStruct OrderStructOf(const FixOrderState& o) {
     r.LvsQuantity = o.leaves;
     r.OrderRecordId = o.recordId;
     r.OrderStatus = OrderStatusOf(o.ordStatus);
+    // FIX 4.2 reports a replace as OrdStatus "Replaced" whatever was filled before it.
+    if ((o.ordStatus == "5" || o.ordStatus == "E") && o.cum > 0 && o.leaves > 0) {
+        r.OrderStatus = QVXOrderStatus::PartiallyFilled;
+    }
     r.PriceTypeCode = o.priceType;
     r.Quantity = o.quantity;
     r.Memo = o.memo;

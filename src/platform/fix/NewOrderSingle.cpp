@@ -79,6 +79,40 @@ NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOr
     return out;
 }
 
+NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
+                                            const std::string& origClOrdID,
+                                            const std::string& orderID,
+                                            const FixOrderProfile& profile, const Clock& clock) {
+    constexpr int NotOpen = -26;
+    if (origClOrdID.empty() || ticket.clOrdID.empty()) {
+        return {NotOpen, {}};
+    }
+    // Buy minus appears only on reports of orders sent by other means.
+    const bool buyMinus = ticket.side == "M";
+    FixOrderTicket t = ticket;
+    if (buyMinus) {
+        t.side = "B";
+    }
+    NewOrderSingleOrRefusal out = BuildNewOrderSingle(t, profile, clock);
+    if (out.refusal != 0) {
+        return out;
+    }
+    FixMessage& m = out.message;
+    m.msgType = "G";
+    if (buyMinus) {
+        for (FixField& f : m.fields) {
+            if (f.tag == 54) {
+                f.value = "3";
+            }
+        }
+    }
+    if (!orderID.empty()) {
+        m.add(37, orderID);
+    }
+    m.add(41, origClOrdID);
+    return out;
+}
+
 std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
                                              const std::string& origClOrdID,
                                              const std::string& orderID, const std::string& side,

@@ -48,6 +48,15 @@ std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
                                              const std::string& orderID, const std::string& side,
                                              const std::string& symbol, int32_t quantity,
                                              const Clock& clock);
+/// OrderCancelReplaceRequest(G): `ticket` is the order as it is to stand, its clOrdID the
+/// replacing id; the replaced order is named by OrigClOrdID(41) (its latest accepted id) and
+/// OrderID(37) when the broker gave one. Every order field goes out again, mapped as for a
+/// NewOrderSingle, and is refused with the same codes (-1 to -6); nothing goes out without
+/// an OrigClOrdID (-26, the order cannot be changed).
+NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
+                                            const std::string& origClOrdID,
+                                            const std::string& orderID,
+                                            const FixOrderProfile& profile, const Clock& clock);
 /// FIX UTCTimestamp "YYYYMMDD-HH:MM:SS.sss".
 std::string FixTimestamp(Clock::TimePoint t);
 

@@ -38,6 +38,21 @@ bool SimOrderBook::Order::working() const {
     return status == QVXOrderStatus::Open || status == QVXOrderStatus::PartiallyFilled;
 }
 
+bool SimOrderBook::Order::knows(const std::string& clOrderId) const {
+    return clOrderId == ticket.clOrderID ||
+           std::find(formerIds.begin(), formerIds.end(), clOrderId) != formerIds.end();
+}
+
+SimOrderBook::Kind SimOrderBook::KindOf(const SimOrderTicket& ticket) {
+    if (ticket.priceType == SimPriceType::Limit) {
+        return Kind::Limit;
+    }
+    if (ticket.priceType == SimPriceType::MarketOnClose) {
+        return Kind::OnClose;
+    }
+    return ticket.tif == "O" ? Kind::OnOpen : Kind::Market;
+}
+
 SimOrderBook::SimOrderBook(const SimSettings& settings, SimMarket& market,
                            PlatformEventQueue& events, Clock::TimePoint origin)
     : m_settings(settings), m_market(market), m_events(events), m_origin(origin) {}
@@ -74,13 +89,9 @@ SimOrderBook::Order& SimOrderBook::Accept(const SimOrderTicket& ticket, size_t i
     o.recordId = static_cast<int32_t>(m_orders.size() + 1);
     o.status = QVXOrderStatus::Open;
     o.orderTime = TimeText(nowUs);
-    if (ticket.priceType == SimPriceType::Limit) {
-        o.kind = Kind::Limit;
+    o.kind = KindOf(ticket);
+    if (o.kind == Kind::Limit) {
         o.limit = SimLimitUnits(ticket.lmtPrice, o.buy());
-    } else if (ticket.priceType == SimPriceType::MarketOnClose) {
-        o.kind = Kind::OnClose;
-    } else {
-        o.kind = ticket.tif == "O" ? Kind::OnOpen : Kind::Market;
     }
     m_orders.push_back(std::move(o));
     Order& accepted = m_orders.back();
@@ -102,6 +113,10 @@ void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
         return;
     }
     m_market.pin(o.instrument, nowUs);
+    Work(o, nowUs);
+}
+
+void SimOrderBook::Work(Order& o, int64_t nowUs) {
     if (o.kind == Kind::OnOpen || o.kind == Kind::OnClose) {
         m_auctions.emplace_back(nowUs + int64_t{m_settings.fillDelayMs} * 1000, o.recordId);
         std::push_heap(m_auctions.begin(), m_auctions.end(), std::greater<>{});
@@ -174,10 +189,12 @@ void SimOrderBook::onTick(size_t instrument, int64_t nowUs) {
     size_t kept = 0;
     for (size_t i = 0; i < list.size(); ++i) {
         Order& o = m_orders[static_cast<size_t>(list[i] - 1)];
-        if (o.working()) {
+        // An order replaced into market-on-open/-close waits for its auction instead.
+        const bool trades = o.kind == Kind::Market || o.kind == Kind::Limit;
+        if (trades && o.working()) {
             TryFill(o, false, false, nowUs);
         }
-        if (o.working()) {
+        if (trades && o.working()) {
             list[kept++] = list[i];
         }
     }
@@ -189,11 +206,60 @@ void SimOrderBook::cancel(const std::string& clOrderId, int32_t recordId, int64_
         return;
     }
     Order& o = m_orders[static_cast<size_t>(recordId - 1)];
-    if (!o.working() || (!clOrderId.empty() && clOrderId != o.ticket.clOrderID)) {
+    if (!o.working() || (!clOrderId.empty() && !o.knows(clOrderId))) {
         return;
     }
     o.lastFill = "Cancelled by request";
     Finish(o, QVXOrderStatus::Cancelled, nowUs);
+}
+
+int32_t SimOrderBook::replace(const std::string& clOrderId, int32_t recordId,
+                              const QVXOrderChange& change, int64_t nowUs) {
+    if (recordId <= 0 || static_cast<size_t>(recordId) > m_orders.size()) {
+        return kReplaceOrderNotOpen;
+    }
+    Order& o = m_orders[static_cast<size_t>(recordId - 1)];
+    if (!o.working() || (!clOrderId.empty() && !o.knows(clOrderId))) {
+        return kReplaceOrderNotOpen;
+    }
+    if (change.quantity <= o.cum) {
+        return -3; // also <= 0: cum is never negative
+    }
+    SimOrderTicket changed = o.ticket;
+    changed.quantity = change.quantity;
+    changed.priceType = change.priceType;
+    changed.lmtPrice = change.priceType == SimPriceType::Limit ? change.lmtPrice : 0.0;
+    if (!SimPriceTypeValid(changed.priceType) ||
+        (changed.priceType == SimPriceType::Limit && SimLimitUnits(changed.lmtPrice, true) <= 0)) {
+        return -5;
+    }
+    if (const int32_t code = Refusal(changed, o.instrument); code != 0) {
+        return code;
+    }
+    const bool listed = o.kind == Kind::Market || o.kind == Kind::Limit;
+    const bool queued = o.kind == Kind::OnOpen || o.kind == Kind::OnClose;
+    o.formerIds.push_back(o.ticket.clOrderID);
+    ++o.replaces;
+    changed.clOrderID = change.newClOrderID.empty()
+                            ? o.ticket.clOrderID + "-R" + std::to_string(o.replaces)
+                            : change.newClOrderID;
+    o.ticket = std::move(changed);
+    o.kind = KindOf(o.ticket);
+    o.limit = o.kind == Kind::Limit ? SimLimitUnits(o.ticket.lmtPrice, o.buy()) : 0;
+    o.resting = false; // judged afresh, like a new arrival
+    o.lastFill = "Replaced";
+    Publish(o, nowUs);
+    const bool auction = o.kind == Kind::OnOpen || o.kind == Kind::OnClose;
+    if (auction && queued) {
+        return 0; // keeps its place in the auction queue
+    }
+    if (!auction && listed) {
+        // Still listed for the ticks; it gets its chance at once, as on arrival.
+        TryFill(o, true, false, nowUs);
+        return 0;
+    }
+    Work(o, nowUs);
+    return 0;
 }
 
 int64_t SimOrderBook::nextAuctionUs() const {
@@ -206,8 +272,8 @@ void SimOrderBook::runAuctions(int64_t nowUs) {
         const int32_t recordId = m_auctions.back().second;
         m_auctions.pop_back();
         Order& o = m_orders[static_cast<size_t>(recordId - 1)];
-        if (!o.working()) {
-            continue; // cancelled while it waited
+        if (!o.working() || (o.kind != Kind::OnOpen && o.kind != Kind::OnClose)) {
+            continue; // cancelled or replaced into a market or limit order while it waited
         }
         const SimQuoteState& s = m_market.instrument(o.instrument).state();
         // The cross happens at the last sale, or mid-market for a symbol without one.

@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "platform/PlatformEventQueue.h"
+#include "platform/QVXOrderMaintenance.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimOrderTicket.h"
 #include "platform/sim/SimSettings.h"
@@ -29,6 +30,14 @@ public:
     /// Cancels an open order; a done or unknown order, or a client order id that does not
     /// belong to the record id, is left alone.
     void cancel(const std::string& clOrderId, int32_t recordId, int64_t nowUs);
+    /// Changes an open order in place: new quantity (fills kept, leaves recomputed), price
+    /// type and limit, then treats it as arriving again (a limit that now crosses fills at
+    /// the touch, a market order fills, market-on-open/-close waits for the fill delay).
+    /// `clOrderId` may be any id the order carried (or empty). 0 when done, else -3, -5,
+    /// -7 / -8 (pre-trade limits) or kReplaceOrderNotOpen (unknown, done, or `clOrderId`
+    /// is none of its ids). An empty new id becomes "<current id>-R<n>".
+    int32_t replace(const std::string& clOrderId, int32_t recordId, const QVXOrderChange& change,
+                    int64_t nowUs);
 
     /// The symbol of instrument `i` has just moved: its working orders get their chance.
     void onTick(size_t instrument, int64_t nowUs);
@@ -54,15 +63,21 @@ private:
         bool resting = false; // was not marketable when it arrived
         std::string orderTime;
         std::string lastFill;
+        std::vector<std::string> formerIds; // client order ids before its replaces
+        int32_t replaces = 0;
 
         bool buy() const { return side == "B"; }
         bool working() const;
+        bool knows(const std::string& clOrderId) const;
     };
     using Due = std::pair<int64_t, int32_t>; // time, record id
 
     int32_t Refusal(const SimOrderTicket& ticket, size_t instrument) const;
     Order& Accept(const SimOrderTicket& ticket, size_t instrument, int64_t nowUs);
     void OnArrival(Order& o, int64_t nowUs);
+    static Kind KindOf(const SimOrderTicket& ticket);
+    /// Queues an order for the auction or lets it trade now, as on arrival.
+    void Work(Order& o, int64_t nowUs);
     /// One clip (or all, with `whole`) if the order can trade now; false when it cannot.
     bool TryFill(Order& o, bool arrival, bool whole, int64_t nowUs);
     void Fill(Order& o, int32_t quantity, SimUnits price, int64_t nowUs);

@@ -94,6 +94,15 @@ void SimPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordI
     }
 }
 
+int32_t SimPlatform::ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                                  const QVXOrderChange& change) {
+    std::lock_guard lock(m_mutex);
+    if (!m_online) {
+        return -16;
+    }
+    return m_book.replace(clOrderId, orderRecordId, change, m_nowUs);
+}
+
 void SimPlatform::RegisterSymbol(const std::string& symbol, const std::string&) {
     // One picture per symbol whatever the exchange asked for: the simulator has one market.
     if (Trim(symbol).empty()) {

@@ -38,6 +38,9 @@ public:
     std::unique_ptr<QVXOrder> CreateOrder() override;
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
                      const std::string& fourth) override;
+    /// Changes an open order in place (see SimOrderBook::replace); -16 while offline.
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange& change) override;
     void RegisterSymbol(const std::string& symbol, const std::string& exchange) override;
     void DeregisterSymbol(const std::string& symbol, const std::string& exchange) override;
 
