@@ -20,6 +20,7 @@
 #include <QCloseEvent>
 #include <QComboBox>
 #include <QGridLayout>
+#include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
@@ -657,7 +658,8 @@ void frmMain::BasketListRowChanged(int row) {
     if (row < 0) {
         return;
     }
-    m_listJustLoaded = true;
+    // A mouse press that changes the row is followed by a click on the same name.
+    m_listJustLoaded = QGuiApplication::mouseButtons() != Qt::NoButton;
     m_desk.LoadBasketByName(m_lstBaskets->item(row)->text().toStdString());
 }
 

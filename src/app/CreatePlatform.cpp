@@ -1,0 +1,29 @@
+#include "app/CreatePlatform.h"
+
+#include "platform/PlatformSettings.h"
+#include "platform/sim/SimPlatform.h"
+
+#if __has_include("platform/fix/FixPlatform.h")
+#include "platform/fix/FixPlatform.h"
+#define WICKER_HAS_FIX 1
+#endif
+
+namespace wicker {
+
+Result<std::unique_ptr<Platform>> CreatePlatform(const std::filesystem::path& dataFolder,
+                                                 const Clock& clock,
+                                                 std::vector<std::string>& notes) {
+    PlatformSettings settings = ReadPlatformSettings(dataFolder / "basket.ini");
+    notes.insert(notes.end(), settings.messages.begin(), settings.messages.end());
+    if (settings.mode == PlatformMode::Fix) {
+#ifdef WICKER_HAS_FIX
+        return CreateFixPlatform(dataFolder, clock);
+#else
+        return Error{"FIX mode is not available in this build. Set Mode=SIM in section "
+                     "[Platform] of basket.ini to trade on the simulated market."};
+#endif
+    }
+    return std::unique_ptr<Platform>(std::make_unique<SimPlatform>(settings.sim, clock));
+}
+
+} // namespace wicker

@@ -1,0 +1,128 @@
+#include "app/CreatePlatform.h"
+#include "app/ui/CommandLine.h"
+#include "app/ui/ScreenshotMode.h"
+#include "common/AppFolder.h"
+#include "common/Clock.h"
+#include "common/ui/QtMessageBoxes.h"
+#include "storage/IniFileIo.h"
+#include "trading/TradingDesk.h"
+#include "trading/ui/frmMain.h"
+
+#include <cstdio>
+#include <filesystem>
+#include <iostream>
+#include <string>
+#include <system_error>
+#include <vector>
+
+#include <QApplication>
+
+namespace {
+
+using namespace wicker;
+
+std::filesystem::path ExecutableDir(const char* argv0) {
+    std::error_code ec;
+    std::filesystem::path self = std::filesystem::read_symlink("/proc/self/exe", ec);
+    if (ec || self.empty()) {
+        self = std::filesystem::absolute(argv0, ec);
+    }
+    return self.parent_path();
+}
+
+/// Shows a message that ends the program before or during start-up.
+int Fail(MessageBoxes& boxes, const std::string& text) {
+    std::cerr << "wicker: " << text << '\n';
+    boxes.show(text, 16, "Wicker");
+    return 1;
+}
+
+int Run(int argc, char** argv, const CommandLine& cl) {
+    const std::filesystem::path folder =
+        ResolveAppFolder({cl.dataDir, &ProcessEnv, ExecutableDir(argc > 0 ? argv[0] : "wicker")});
+
+    QApplication app(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("Wicker"));
+    QApplication::setApplicationVersion(QStringLiteral(WICKER_VERSION));
+    QtMessageBoxes boxes;
+
+    std::error_code ec;
+    std::filesystem::create_directories(folder, ec);
+    if (ec || !std::filesystem::is_directory(folder)) {
+        return Fail(boxes, "The data folder " + folder.string() +
+                               " cannot be created: " + ec.message() + ".");
+    }
+    // A settings file that cannot be read is left exactly as it is: no start, no write.
+    const IniFileContent ini = ReadIniFile(folder / "basket.ini");
+    if (ini.state == IniFileContent::State::Unreadable) {
+        return Fail(boxes, "The settings file " + (folder / "basket.ini").string() +
+                               " cannot be read (" + ini.error +
+                               "). Wicker does not start, so that the file is not changed.");
+    }
+
+    SystemClock clock;
+    std::vector<std::string> notes;
+    Result<std::unique_ptr<Platform>> made = CreatePlatform(folder, clock, notes);
+    if (!made) {
+        return Fail(boxes, made.error().message);
+    }
+    std::unique_ptr<Platform> platform = std::move(made).value();
+
+    int exitCode = 0;
+    {
+        TradingDesk desk(*platform, boxes, clock, folder);
+        frmMain window(desk, *platform, boxes);
+        boxes.setParent(&window);
+        if (Result<void> loaded = window.FormLoad(); !loaded) {
+            boxes.setParent(nullptr);
+            platform->Stop();
+            return Fail(boxes, loaded.error().message);
+        }
+        if (!notes.empty()) {
+            std::string text;
+            for (const std::string& n : notes) {
+                text += n + "\r\n";
+            }
+            boxes.show(text, 48, "Platform Settings");
+        }
+        if (Result<void> started = platform->Start(); !started) {
+            window.FormUnload();
+            boxes.setParent(nullptr);
+            return Fail(boxes, started.error().message);
+        }
+        window.show();
+        std::unique_ptr<ScreenshotMode> screenshot;
+        if (cl.screenshot) {
+            screenshot = std::make_unique<ScreenshotMode>(window, *cl.screenshot);
+        }
+        exitCode = QApplication::exec();
+        if (screenshot && !screenshot->saved()) {
+            exitCode = 1;
+        }
+        // No platform thread may reach the window once it is gone.
+        platform->Stop();
+        window.FormUnload();
+        boxes.setParent(nullptr);
+    }
+    return exitCode;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + (argc > 0 ? 1 : 0), argv + argc);
+    const wicker::Result<wicker::CommandLine> cl = wicker::ParseCommandLine(args);
+    if (!cl) {
+        std::cerr << "wicker: " << cl.error().message << '\n';
+        return 2;
+    }
+    if (cl->help) {
+        std::cout << wicker::UsageText();
+        return 0;
+    }
+    if (cl->version) {
+        std::cout << wicker::VersionText() << '\n';
+        return 0;
+    }
+    return Run(argc, argv, cl.value());
+}
