@@ -91,13 +91,6 @@ TEST_F(Accounts, SqlInADefaultNameIsNeverRun) {
     EXPECT_EQ(t.accounts(), (Texts{"A1|1"}));
 }
 
-TEST_F(Accounts, ASavedListReadsBackAsItWasSaved) {
-    SaveAccountSetup(*t.db, {"Q9", "P8"}, "Q9");
-    const AccountSetup setup = LoadAccountSetup(*t.db);
-    EXPECT_EQ(setup.accounts, (Texts{"P8", "Q9"}));
-    EXPECT_EQ(setup.defaultAccount, "Q9");
-}
-
 TEST_F(Accounts, SaveOnAMissingTableFailsAsAnError) {
     t.db->ExecuteSql("DROP TABLE tblAccount");
     EXPECT_THROW(SaveAccountSetup(*t.db, {"A1"}, ""), DbError);

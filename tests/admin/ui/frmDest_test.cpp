@@ -72,13 +72,6 @@ TEST_F(DestinationScreen, OkStoresTheListInItsOrderAndItComesBackSorted) {
     EXPECT_TRUE(boxes.shown().empty());
 }
 
-TEST_F(DestinationScreen, DisabledDestinationIsStoredEnabled) {
-    t.db->ExecuteSql("UPDATE tblDest SET intEnabled = 0 WHERE strDest = 'INCA'");
-    frmDest screen(*t.db, boxes);
-    Click(screen, "cmdOK");
-    EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest WHERE intEnabled = 1"), (Texts{"8"}));
-}
-
 TEST_F(DestinationScreen, CancelWritesNothing) {
     const Texts before = t.destinations();
     frmDest screen(*t.db, boxes);

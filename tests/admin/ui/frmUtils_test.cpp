@@ -124,15 +124,6 @@ TEST_F(UtilitiesScreen, SequenceNumbersAreSetThroughTheirScreen) {
                                     "Next Trade Squence Number will be: 12"}));
 }
 
-TEST_F(UtilitiesScreen, NumberTooLargeLeavesTheShownNumber) {
-    frmResetSeq d(boxes, sequence, t.dir.path());
-    Child<QLineEdit>(d, "txtSetBasketNo").setText(QStringLiteral("99999"));
-    Click(d, "cmdSetBasNum");
-    EXPECT_EQ(Child<QLineEdit>(d, "txtNextBasketNo").text().toStdString(), "3");
-    EXPECT_EQ(sequence.BasketSeq(), 3);
-    EXPECT_EQ(boxes.texts(), (Texts{"Run-time error '6':\n\nOverflow"}));
-}
-
 TEST_F(UtilitiesScreen, ExitCloses) {
     Click(screen, "cmdExit");
     EXPECT_EQ(screen.result(), QDialog::Accepted);
