@@ -1,7 +1,7 @@
 #include "trading/BasketCalculation.h"
 
 #include "common/Conversions.h"
-#include "common/Formats.h"
+#include "trading/DisplayNumbers.h"
 #include "trading/RoundMath.h"
 
 namespace wicker {
@@ -16,7 +16,7 @@ int16_t UsableLot(int16_t shareRounding) {
 }
 
 std::string NotionalText(double total) {
-    return Format(total, "#.00");
+    return FixedText(total, 2, false);
 }
 
 std::string CalcBasket(StockList& lines, const CalcFields& fields, int16_t lot,
@@ -38,7 +38,7 @@ std::string CalcBasket(StockList& lines, const CalcFields& fields, int16_t lot,
         total += notional;
         // Lines of 100 shares or fewer are rounded to whole shares, never to lots.
         const double quantity = n <= 100 ? RoundMath(x, 0) : lot * RoundMath(x / lot, 0);
-        lines.SetCell(row, stkOrderQty, NumberText(quantity));
+        lines.SetCell(row, stkOrderQty, QuantityText(quantity));
     }
     return NotionalText(total);
 }

@@ -5,16 +5,12 @@
 namespace wicker {
 namespace {
 
-void NormalisePrice(double& price) {
-    if (price == kQVXNoPrice || !std::isfinite(price)) {
-        price = 0;
-    }
+double Price(double price) {
+    return price == kQVXNoPrice || !std::isfinite(price) ? 0 : price;
 }
 
-void NormaliseCount(int32_t& value) {
-    if (value == kQVXNoValue) {
-        value = 0;
-    }
+int32_t Count(int32_t value) {
+    return value == kQVXNoValue ? 0 : value;
 }
 
 // Change against a reference price in percent; nothing to compare with gives 0.
@@ -37,7 +33,7 @@ QVXQuoteStruct NormaliseQuote(const QVXQuoteStruct& record) {
                   {F::Week52High, &q.Week52High}, {F::Week52Low, &q.Week52Low}};
     for (const auto& p : prices) {
         if (q.Carries(p.field)) {
-            NormalisePrice(*p.price);
+            *p.price = Price(*p.price);
         }
     }
     const struct {
@@ -48,7 +44,7 @@ QVXQuoteStruct NormaliseQuote(const QVXQuoteStruct& record) {
                   {F::AvgVolume, &q.AvgVolume}, {F::SharesOutstanding, &q.SharesOutstanding}};
     for (const auto& c : counts) {
         if (q.Carries(c.field)) {
-            NormaliseCount(*c.value);
+            *c.value = Count(*c.value);
         }
     }
     return q;
@@ -62,61 +58,61 @@ void Quote::Apply(const QVXQuoteStruct& r) {
         m_strExch = r.Exchange;
     }
     if (r.Carries(F::Bid)) {
-        m_fBidPrice = r.BidPrice;
+        m_fBidPrice = Price(r.BidPrice);
         m_bUpdateBid = true;
     }
     if (r.Carries(F::Ask)) {
-        m_fAskPrice = r.AskPrice;
+        m_fAskPrice = Price(r.AskPrice);
         m_bUpdateAsk = true;
     }
     if (r.Carries(F::Last)) {
-        m_fLastPrice = r.LastPrice;
+        m_fLastPrice = Price(r.LastPrice);
         m_bUpdateLast = true;
     }
     if (r.Carries(F::CumVolume)) {
-        m_nCumVolume = r.CumVolume;
+        m_nCumVolume = Count(r.CumVolume);
         m_bUpdateVol = true;
     }
     if (r.Carries(F::Open)) {
-        m_fOpenPrice = r.OpenPrice;
+        m_fOpenPrice = Price(r.OpenPrice);
         m_bUpdateOpen = true;
     }
     if (r.Carries(F::High)) {
-        m_fHighPrice = r.HighPrice;
+        m_fHighPrice = Price(r.HighPrice);
         m_bUpdateHigh = true;
     }
     if (r.Carries(F::Low)) {
-        m_fLowPrice = r.LowPrice;
+        m_fLowPrice = Price(r.LowPrice);
         m_bUpdateLow = true;
     }
     if (r.Carries(F::Close)) {
-        m_fClosePrice = r.ClosePrice;
+        m_fClosePrice = Price(r.ClosePrice);
         m_bUpdateClose = true;
     }
     if (r.Carries(F::Vwap)) {
-        m_fVwap = r.Vwap;
+        m_fVwap = Price(r.Vwap);
         m_bUpdateVwap = true;
     }
     if (r.Carries(F::Week52High)) {
-        m_f52WeekHigh = r.Week52High;
+        m_f52WeekHigh = Price(r.Week52High);
     }
     if (r.Carries(F::Week52Low)) {
-        m_f52WeekLow = r.Week52Low;
+        m_f52WeekLow = Price(r.Week52Low);
     }
     if (r.Carries(F::BidSize)) {
-        m_nBidSize = r.BidSize;
+        m_nBidSize = Count(r.BidSize);
     }
     if (r.Carries(F::AskSize)) {
-        m_nAskSize = r.AskSize;
+        m_nAskSize = Count(r.AskSize);
     }
     if (r.Carries(F::LastSize)) {
-        m_nLastSize = r.LastSize;
+        m_nLastSize = Count(r.LastSize);
     }
     if (r.Carries(F::AvgVolume)) {
-        m_nAvgVolume = r.AvgVolume;
+        m_nAvgVolume = Count(r.AvgVolume);
     }
     if (r.Carries(F::SharesOutstanding)) {
-        m_nSharesOutstanding = r.SharesOutstanding;
+        m_nSharesOutstanding = Count(r.SharesOutstanding);
     }
     // The platform sends no change columns: derive them. Without a trade (last 0) there
     // is no change to show, rather than minus the whole reference price.

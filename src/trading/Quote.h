@@ -58,8 +58,9 @@ public:
     double m_fPctOpenChange = 0;
     double m_fImportPrice = 0;
 
-    /// Stores the fields the (normalised) record carries, recomputes the change columns
-    /// they feed, and flags every column whose value came with the record.
+    /// Stores the fields the record carries (their no-value marks as 0, as NormaliseQuote
+    /// does), recomputes the change columns they feed, and flags every column whose value
+    /// came with the record.
     void Apply(const QVXQuoteStruct& record);
     /// Sets the price that came with the line and flags its column.
     void SetImportPrice(double price);

@@ -2,6 +2,8 @@
 
 #include "common/Text.h"
 
+#include <algorithm>
+
 namespace wicker {
 
 std::string SymbolKeyOf(std::string_view symbol) {
@@ -14,25 +16,31 @@ void QuoteBoard::SetLines(const StockList& lines) {
     for (int row = 0; row < lines.Count(); ++row) {
         Quote& quote = m_quotes[static_cast<size_t>(row)];
         const std::string& symbol = lines.Cell(row, stkSymbol);
-        std::string key = SymbolKeyOf(symbol);
-        const auto latest = m_latest.find(key);
-        if (latest != m_latest.end()) {
+        SymbolEntry& entry = m_symbols[SymbolKeyOf(symbol)];
+        if (entry.quoted) {
             // Show what is known at once; the snapshot that follows registration refreshes it.
-            quote = latest->second;
+            quote = entry.latest;
             quote.SetUpdateFlags(true);
             quote.m_bUpdateImportPrice = false;
             m_pending.push_back(static_cast<uint32_t>(row));
         }
         quote.m_nRow = row;
         quote.m_strSymbol = symbol;
-        m_bySymbol[std::move(key)].push_back(static_cast<uint32_t>(row));
+        entry.rows.push_back(static_cast<uint32_t>(row));
     }
 }
 
 void QuoteBoard::ClearLines() {
     m_quotes.clear();
-    m_bySymbol.clear();
     m_pending.clear();
+    for (auto it = m_symbols.begin(); it != m_symbols.end();) {
+        if (it->second.quoted) {
+            it->second.rows.clear();
+            ++it;
+        } else {
+            it = m_symbols.erase(it);
+        }
+    }
 }
 
 void QuoteBoard::OnQVXQuoteSnap(const QVXQuoteStruct& structQuoteSnap) {
@@ -44,23 +52,21 @@ void QuoteBoard::OnQVXQuoteUpdate(const QVXQuoteStruct& structQuoteUpdate) {
 }
 
 void QuoteBoard::OnQuote(const QVXQuoteStruct& record) {
-    const QVXQuoteStruct q = NormaliseQuote(record);
-    std::string key = SymbolKeyOf(q.Symbol);
-    const auto rows = m_bySymbol.find(key);
-    if (rows != m_bySymbol.end()) {
-        for (uint32_t row : rows->second) {
-            Quote& quote = m_quotes[row];
-            const bool queued = quote.AnyUpdate();
-            quote.Apply(q);
-            if (!queued && quote.AnyUpdate()) {
-                m_pending.push_back(row);
-            }
+    SymbolEntry& entry = m_symbols[SymbolKeyOf(record.Symbol)];
+    for (uint32_t row : entry.rows) {
+        Quote& quote = m_quotes[row];
+        const bool queued = quote.AnyUpdate();
+        quote.Apply(record);
+        if (!queued && quote.AnyUpdate()) {
+            m_pending.push_back(row);
         }
     }
-    Quote& latest = m_latest[std::move(key)];
-    latest.m_strSymbol = q.Symbol;
-    latest.Apply(q);
-    latest.SetUpdateFlags(false);
+    if (!entry.quoted) {
+        entry.latest.m_strSymbol = record.Symbol;
+        entry.quoted = true;
+    }
+    entry.latest.Apply(record);
+    entry.latest.SetUpdateFlags(false);
 }
 
 void QuoteBoard::SetImportPrice(int row, double price) {
@@ -76,6 +82,8 @@ void QuoteBoard::SetImportPrice(int row, double price) {
 
 int QuoteBoard::Timer200ms(StockList& lines) {
     int written = 0;
+    // In line order: the lines and quotes are then walked through memory front to back.
+    std::sort(m_pending.begin(), m_pending.end());
     for (uint32_t row : m_pending) {
         if (row < m_quotes.size()) {
             WriteQuote(m_quotes[row], lines, written);
@@ -90,10 +98,10 @@ void QuoteBoard::WriteQuote(Quote& quote, StockList& lines, int& written) {
         quote.SetUpdateFlags(false);
         return;
     }
-    const std::string_view format = PriceFormatFor(m_display.numDecimals);
+    const int16_t decimals = m_display.numDecimals;
     const auto price = [&](bool flag, int column, double value) {
         if (flag) {
-            lines.SetCell(quote.m_nRow, column, PriceText(value, format));
+            lines.SetCell(quote.m_nRow, column, PriceText(value, decimals));
             ++written;
         }
     };
@@ -118,15 +126,15 @@ void QuoteBoard::WriteQuote(Quote& quote, StockList& lines, int& written) {
 }
 
 const Quote* QuoteBoard::Latest(std::string_view symbol) const {
-    const auto it = m_latest.find(SymbolKeyOf(symbol));
-    return it == m_latest.end() ? nullptr : &it->second;
+    const auto it = m_symbols.find(SymbolKeyOf(symbol));
+    return it == m_symbols.end() || !it->second.quoted ? nullptr : &it->second.latest;
 }
 
 std::vector<const Quote*> QuoteBoard::QuotesOf(std::string_view symbol) const {
     std::vector<const Quote*> out;
-    const auto it = m_bySymbol.find(SymbolKeyOf(symbol));
-    if (it != m_bySymbol.end()) {
-        for (uint32_t row : it->second) {
+    const auto it = m_symbols.find(SymbolKeyOf(symbol));
+    if (it != m_symbols.end()) {
+        for (uint32_t row : it->second.rows) {
             out.push_back(&m_quotes[row]);
         }
     }

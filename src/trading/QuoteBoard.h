@@ -48,11 +48,17 @@ private:
     void OnQuote(const QVXQuoteStruct& record);
     void WriteQuote(Quote& quote, StockList& lines, int& written);
 
+    /// What is kept per symbol: its latest values and the lines it stands on.
+    struct SymbolEntry {
+        Quote latest;
+        bool quoted = false; ///< latest holds values
+        std::vector<uint32_t> rows;
+    };
+
     QuoteDisplay m_display;
-    std::vector<Quote> m_quotes;                                       ///< one per line, by row
-    std::unordered_map<std::string, std::vector<uint32_t>> m_bySymbol; ///< key -> rows
-    std::unordered_map<std::string, Quote> m_latest;                   ///< key -> values
-    std::vector<uint32_t> m_pending; ///< rows with flags set, each once
+    std::vector<Quote> m_quotes;                            ///< one per line, by row
+    std::unordered_map<std::string, SymbolEntry> m_symbols; ///< by SymbolKeyOf
+    std::vector<uint32_t> m_pending;                        ///< rows with flags set, each once
 };
 
 /// The key a symbol is found under: trimmed, upper case (collections never told case apart).

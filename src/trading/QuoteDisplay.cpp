@@ -1,7 +1,7 @@
 #include "trading/QuoteDisplay.h"
 
 #include "common/Conversions.h"
-#include "common/Formats.h"
+#include "trading/DisplayNumbers.h"
 
 namespace wicker {
 
@@ -26,8 +26,8 @@ std::string_view PriceFormatFor(int16_t numDecimals) {
     }
 }
 
-std::string PriceText(double price, std::string_view format) {
-    return format.empty() ? NumberText(price) : Format(price, format);
+std::string PriceText(double price, int16_t numDecimals) {
+    return PriceFormatFor(numDecimals).empty() ? NumberText(price) : FixedText(price, numDecimals);
 }
 
 std::string VolumeText(int32_t volume, const QuoteDisplay& display) {
@@ -35,9 +35,9 @@ std::string VolumeText(int32_t volume, const QuoteDisplay& display) {
         return "0";
     }
     if (display.volThousands && volume > display.volThreshold) {
-        return Format(volume / 1000.0, "#,###") + "k";
+        return ThousandsText(volume / 1000.0) + "k";
     }
-    return Format(volume, "#,###");
+    return ThousandsText(volume);
 }
 
 } // namespace wicker

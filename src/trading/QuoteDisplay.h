@@ -23,8 +23,9 @@ QuoteDisplay QuoteDisplayFrom(const Settings& settings);
 /// other value (the plain number is shown then).
 std::string_view PriceFormatFor(int16_t numDecimals);
 
-/// A price in that format; the plain number for an empty format.
-std::string PriceText(double price, std::string_view format);
+/// A price shown by the decimals setting: in its format, or the plain number when the
+/// setting has none.
+std::string PriceText(double price, int16_t numDecimals);
 
 /// The "Volume" column: 0 is "0"; above the threshold with the option on, thousands and
 /// "k" ("250k"); otherwise "#,###".
