@@ -30,6 +30,26 @@ std::filesystem::path ExecutableDir(const char* argv0) {
     return self.parent_path();
 }
 
+/// Messages of an unattended run (--screenshot): written to the error stream and answered
+/// with their default button, so no box waits for a trader who is not there.
+class StderrMessageBoxes final : public MessageBoxes {
+public:
+    using MessageBoxes::show;
+    MsgAnswer show(const MessageRequest& request) override {
+        std::cerr << "wicker: [" << request.title << "] " << request.text << '\n';
+        const bool second = request.defaultButton == MsgDefault::Second;
+        switch (request.buttons) {
+        case MsgButtons::YesNo:
+            return second ? MsgAnswer::No : MsgAnswer::Yes;
+        case MsgButtons::OkCancel:
+            return second ? MsgAnswer::Cancel : MsgAnswer::Ok;
+        case MsgButtons::Ok:
+            break;
+        }
+        return MsgAnswer::Ok;
+    }
+};
+
 /// Shows a message that ends the program before or during start-up.
 int Fail(MessageBoxes& boxes, const std::string& text) {
     std::cerr << "wicker: " << text << '\n';
@@ -44,7 +64,10 @@ int Run(int argc, char** argv, const CommandLine& cl) {
     QApplication app(argc, argv);
     QApplication::setApplicationName(QStringLiteral("Wicker"));
     QApplication::setApplicationVersion(QStringLiteral(WICKER_VERSION));
-    QtMessageBoxes boxes;
+    QtMessageBoxes windowBoxes;
+    StderrMessageBoxes unattendedBoxes;
+    MessageBoxes& boxes = cl.screenshot ? static_cast<MessageBoxes&>(unattendedBoxes)
+                                        : static_cast<MessageBoxes&>(windowBoxes);
 
     std::error_code ec;
     std::filesystem::create_directories(folder, ec);
@@ -72,9 +95,9 @@ int Run(int argc, char** argv, const CommandLine& cl) {
     {
         TradingDesk desk(*platform, boxes, clock, folder);
         frmMain window(desk, *platform, boxes);
-        boxes.setParent(&window);
+        windowBoxes.setParent(&window);
         if (Result<void> loaded = window.FormLoad(); !loaded) {
-            boxes.setParent(nullptr);
+            windowBoxes.setParent(nullptr);
             platform->Stop();
             return Fail(boxes, loaded.error().message);
         }
@@ -87,7 +110,7 @@ int Run(int argc, char** argv, const CommandLine& cl) {
         }
         if (Result<void> started = platform->Start(); !started) {
             window.FormUnload();
-            boxes.setParent(nullptr);
+            windowBoxes.setParent(nullptr);
             return Fail(boxes, started.error().message);
         }
         window.show();
@@ -102,7 +125,7 @@ int Run(int argc, char** argv, const CommandLine& cl) {
         // No platform thread may reach the window once it is gone.
         platform->Stop();
         window.FormUnload();
-        boxes.setParent(nullptr);
+        windowBoxes.setParent(nullptr);
     }
     return exitCode;
 }

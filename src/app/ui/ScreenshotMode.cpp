@@ -19,6 +19,9 @@ ScreenshotMode::ScreenshotMode(QWidget& mainWindow, std::filesystem::path file, 
 }
 
 void ScreenshotMode::take() {
+    // The size the window opens at on a desktop, whatever screen the run has.
+    m_window.showNormal();
+    m_window.resize(1180, 760);
     const QPixmap picture = m_window.grab();
     m_saved = picture.save(QString::fromStdString(m_file.string()), "PNG");
     if (!m_saved) {

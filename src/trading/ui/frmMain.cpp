@@ -90,6 +90,7 @@ QTableView* MakeListView(QWidget* parent, const char* name, QAbstractItemModel* 
     v->horizontalHeader()->setHighlightSections(false);
     v->horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
     v->horizontalHeader()->setStretchLastSection(false);
+    v->horizontalHeader()->setDefaultSectionSize(74);
     return v;
 }
 
@@ -130,7 +131,11 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     auto* stocksRow = new QHBoxLayout(stocksArea);
     stocksRow->setContentsMargins(0, 0, 0, 0);
     stocksRow->addWidget(BuildBasketColumn());
-    stocksRow->addWidget(m_lvStocks, 1);
+    auto* stocksColumn = new QVBoxLayout();
+    stocksColumn->setSpacing(4);
+    stocksColumn->addWidget(BuildBasketBar());
+    stocksColumn->addWidget(m_lvStocks, 1);
+    stocksRow->addLayout(stocksColumn, 1);
 
     auto* lower = new QWidget(central);
     auto* lowerColumn = new QVBoxLayout(lower);
@@ -267,22 +272,30 @@ QWidget* frmMain::BuildTopRow() {
     h->addWidget(m_cbTif);
     h->addSpacing(12);
 
-    h->addWidget(MakeLabel(row, "lblCurrentBasket", "Current Basket:"));
-    m_labelName = new QLabel(QStringLiteral("Basket"), row);
+    h->addStretch(1);
+    return row;
+}
+
+QWidget* frmMain::BuildBasketBar() {
+    auto* bar = new QWidget(this);
+    bar->setObjectName(QStringLiteral("fraBasket"));
+    auto* h = new QHBoxLayout(bar);
+    h->setContentsMargins(0, 0, 0, 0);
+    h->setSpacing(4);
+    h->addWidget(MakeLabel(bar, "lblCurrentBasket", "Current Basket:"));
+    m_labelName = new QLabel(QStringLiteral("Basket"), bar);
     m_labelName->setObjectName(QStringLiteral("labelName"));
     QFont bold = m_labelName->font();
     bold.setBold(true);
     m_labelName->setFont(bold);
-    m_labelName->setMinimumWidth(90);
     h->addWidget(m_labelName, 1);
-
-    m_cmdClear = MakeButton(row, QStringLiteral("cmdClear"), QStringLiteral("Clear"));
-    m_cmdSA = MakeButton(row, QStringLiteral("cmdSA"), QStringLiteral("Select All"));
-    m_cmdCA = MakeButton(row, QStringLiteral("cmdCA"), QStringLiteral("Deselect All"));
+    m_cmdClear = MakeButton(bar, QStringLiteral("cmdClear"), QStringLiteral("Clear"));
+    m_cmdSA = MakeButton(bar, QStringLiteral("cmdSA"), QStringLiteral("Select All"));
+    m_cmdCA = MakeButton(bar, QStringLiteral("cmdCA"), QStringLiteral("Deselect All"));
     h->addWidget(m_cmdClear);
     h->addWidget(m_cmdSA);
     h->addWidget(m_cmdCA);
-    return row;
+    return bar;
 }
 
 QWidget* frmMain::BuildBasketColumn() {
@@ -587,9 +600,12 @@ void frmMain::ApplyButtonDisplay() {
         if (s.colorOrderButtons) {
             const auto side = static_cast<size_t>(SideOfButton(i));
             const QColor c = ColorFromSetting(colours[side], p);
-            p.setColor(QPalette::Button, c);
-            // Keep the caption readable on a dark colour.
-            p.setColor(QPalette::ButtonText, c.lightness() < 110 ? Qt::white : Qt::black);
+            // Active and inactive only: a disabled button keeps the greyed look.
+            for (QPalette::ColorGroup g : {QPalette::Active, QPalette::Inactive}) {
+                p.setColor(g, QPalette::Button, c);
+                // Keep the caption readable on a dark colour.
+                p.setColor(g, QPalette::ButtonText, c.lightness() < 110 ? Qt::white : Qt::black);
+            }
         }
         b->setPalette(p);
     }
@@ -619,6 +635,10 @@ void frmMain::LayOutOrderButtons() {
 }
 
 void frmMain::ApplyColumnLayouts() {
+    // Widths for a first start; the settings' own widths follow and win.
+    m_lvStocks->horizontalHeader()->resizeSection(stkSymbol, 90);
+    m_lvBaskets->horizontalHeader()->resizeSection(colBasket, 110);
+    m_lvBaskets->horizontalHeader()->resizeSection(colTime, 96);
     const Settings& s = m_desk.settings();
     ApplyColumnLayout(*m_lvStocks->horizontalHeader(),
                       {s.stockColumnWidths, s.basketItemsCols, s.itemsPositions}, StockColumnCount);

@@ -70,6 +70,7 @@ protected:
 private:
     void BuildMenus();
     QWidget* BuildTopRow();
+    QWidget* BuildBasketBar();
     QWidget* BuildBasketColumn();
     QWidget* BuildOrderButtons();
     void BuildStatusBar();
