@@ -53,7 +53,7 @@ TEST_F(MainScreen, OrderButtonsTakeTheColoursOfTheirSide) {
     const auto colour = [&](int i) {
         return Find<QPushButton>(("cmdExecuteBasket_" + std::to_string(i)).c_str())
             .palette()
-            .color(QPalette::Button);
+            .color(QPalette::Active, QPalette::Button);
     };
     for (int i : {0, 3, 12, 17, 18}) {
         EXPECT_EQ(colour(i), QColor(255, 0, 0)) << i;
