@@ -245,6 +245,14 @@ void TradingDesk::LoadBasket(int32_t basketNum, const std::string& basketName) {
     Changed(ScreenPart::BasketName | ScreenPart::StatusBar);
 }
 
+void TradingDesk::RefreshLoadedLines() {
+    RunGuarded([&] {
+        m_quotes.SetLines(m_stocks);
+        m_registrations.SetBasketSymbols(BasketSymbols());
+        Recalculate();
+    });
+}
+
 bool TradingDesk::LoadBasketByName(const std::string& basketName) {
     std::optional<int32_t> num;
     RunGuarded([&] { num = ReadBasketNum(db(), basketName); });

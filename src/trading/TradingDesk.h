@@ -118,6 +118,10 @@ public:
     /// "Select All" / "Deselect All", then the checked-lines total.
     void cmdSA_Click();
     void cmdCA_Click();
+    /// After lines were added, removed or edited in Stocks() (paste, edit, new basket):
+    /// the quotes follow the lines again, their symbols are registered (those no line needs
+    /// are dropped), and quantities, modifier and TIF are recomputed.
+    void RefreshLoadedLines();
     /// The trader ticked or cleared one line's check box.
     void SetLineChecked(int row, bool checked);
 

@@ -274,6 +274,31 @@ TEST_F(TradingDeskTest, ReloadCurrentBasketReadsTheEditedLines) {
     EXPECT_EQ(d.Stocks().Count(), 2);
 }
 
+TEST_F(TradingDeskTest, EditedLinesAreQuotedAndCalculatedAfterARefresh) {
+    Prepare({Basket("Tech"), Line(1, "IBM", "100"), Line(1, "MSFT", "50")});
+    TradingDesk& d = Start();
+    d.LoadBasketByName("Tech");
+    d.SetPercent("2");
+    StockLine pasted;
+    pasted.cells[stkSymbol] = "AAPL";
+    pasted.cells[stkBasketQty] = "30";
+    d.Stocks().AddLine(pasted);
+    d.Stocks().RemoveLines(1, 1);
+    platform.calls.clear();
+    d.RefreshLoadedLines();
+    EXPECT_EQ(Column(stkOrderQty), (Strings{"200", "60"}));
+    EXPECT_EQ(Column(stkTif), (Strings{"DAY", "DAY"}));
+    EXPECT_EQ(platform.Symbols(false), Strings{"MSFT"});
+    EXPECT_EQ(Sorted(platform.Symbols(true)), (Strings{"AAPL", "IBM"}));
+    QVXQuoteStruct q;
+    q.Symbol = "AAPL";
+    q.Fields = QVXQuoteField::Last;
+    q.LastPrice = 3;
+    d.OnQVXQuoteUpdate(q);
+    d.Timer200ms();
+    EXPECT_EQ(d.Stocks().Cell(1, stkLast), "3.00");
+}
+
 TEST_F(TradingDeskTest, SendGoesThroughThePlatformAndAdvancesTheBasketNumber) {
     Prepare({Basket("Tech"), Line(1, "IBM", "100", "ARCA")});
     TradingDesk& d = Start();
