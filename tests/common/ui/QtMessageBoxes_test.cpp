@@ -1,0 +1,96 @@
+// The program's message boxes: the classic flag values become the right QMessageBox, and
+// the trader's button comes back as the answer.
+
+#include "common/ui/QtMessageBoxes.h"
+
+#include <functional>
+
+#include <QApplication>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QTimer>
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+/// Runs `act` on the first message box that opens; closes it if the act did not.
+class OnBox {
+public:
+    explicit OnBox(std::function<void(QMessageBox&)> act) : m_act(std::move(act)) {
+        QObject::connect(&m_timer, &QTimer::timeout, &m_timer, [this] {
+            auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+            if (box == nullptr || m_done) {
+                return;
+            }
+            m_done = true;
+            m_act(*box);
+            if (box->isVisible()) {
+                box->reject();
+            }
+        });
+        m_timer.start(5);
+    }
+    bool done() const { return m_done; }
+
+private:
+    std::function<void(QMessageBox&)> m_act;
+    QTimer m_timer;
+    bool m_done = false;
+};
+
+TEST(QtMessageBoxes, FlagsGiveButtonsIconDefaultAndTheAnswerClicked) {
+    struct Row {
+        const char* name;
+        int flags;
+        QMessageBox::StandardButtons buttons;
+        QMessageBox::Icon icon;
+        QMessageBox::StandardButton defaultButton;
+        QMessageBox::StandardButton click;
+        MsgAnswer answer;
+    };
+    const Row rows[] = {
+        {"0: OK only", 0, QMessageBox::Ok, QMessageBox::NoIcon, QMessageBox::Ok, QMessageBox::Ok,
+         MsgAnswer::Ok},
+        {"1: OK and Cancel", 1, QMessageBox::Ok | QMessageBox::Cancel, QMessageBox::NoIcon,
+         QMessageBox::Ok, QMessageBox::Cancel, MsgAnswer::Cancel},
+        {"48: exclamation", 48, QMessageBox::Ok, QMessageBox::Warning, QMessageBox::Ok,
+         QMessageBox::Ok, MsgAnswer::Ok},
+        {"64: information", 64, QMessageBox::Ok, QMessageBox::Information, QMessageBox::Ok,
+         QMessageBox::Ok, MsgAnswer::Ok},
+        {"292: Yes/No, No default, answered Yes", 292, QMessageBox::Yes | QMessageBox::No,
+         QMessageBox::Question, QMessageBox::No, QMessageBox::Yes, MsgAnswer::Yes},
+        {"292: answered No", 292, QMessageBox::Yes | QMessageBox::No, QMessageBox::Question,
+         QMessageBox::No, QMessageBox::No, MsgAnswer::No},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        QtMessageBoxes boxes;
+        OnBox on([&](QMessageBox& box) {
+            EXPECT_EQ(box.standardButtons(), r.buttons);
+            EXPECT_EQ(box.icon(), r.icon);
+            ASSERT_NE(box.defaultButton(), nullptr);
+            EXPECT_EQ(box.standardButton(box.defaultButton()), r.defaultButton);
+            EXPECT_EQ(box.windowTitle().toStdString(), "Basket Confirmation");
+            EXPECT_EQ(box.text().toStdString(), "line one\nline two");
+            box.button(r.click)->click();
+        });
+        EXPECT_EQ(boxes.show("line one\r\nline two", r.flags, "Basket Confirmation"), r.answer);
+        EXPECT_TRUE(on.done());
+    }
+}
+
+TEST(QtMessageBoxes, EmptyTitleShowsTheProgramsNameAndEscapeAnswersNo) {
+    QtMessageBoxes boxes;
+    OnBox on([](QMessageBox& box) {
+        EXPECT_EQ(box.windowTitle().toStdString(), "Wicker");
+        EXPECT_EQ(box.textFormat(), Qt::PlainText); // a "<" in a symbol stays text
+        box.reject();                               // Escape / window close
+    });
+    EXPECT_EQ(boxes.show("Basket multiple must be greater than 0 <b>", 292, ""), MsgAnswer::No);
+    EXPECT_TRUE(on.done());
+}
+
+} // namespace
+} // namespace wicker
