@@ -126,6 +126,7 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     m_lvStocks = MakeListView(central, "lvStocks", m_stockModel);
     m_lvBaskets = MakeListView(central, "lvBaskets", m_basketModel);
     m_lvBaskets->setContextMenuPolicy(Qt::CustomContextMenu);
+    m_lvBaskets->horizontalHeader()->setDefaultSectionSize(86); // "Open Orders" in full
 
     auto* stocksArea = new QWidget(central);
     auto* stocksRow = new QHBoxLayout(stocksArea);
