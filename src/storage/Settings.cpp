@@ -251,7 +251,10 @@ JoinBasketList(const std::vector<std::string>& basketOrder,
     BasketListText out;
     for (const auto& name : basketOrder) {
         const std::optional<std::string> value = valueOf(name);
-        if (value && ListCanHold(name, *value)) {
+        if (!value) {
+            continue; // most baskets never get a divisor or an index type
+        }
+        if (ListCanHold(name, *value)) {
             out.text += name + "_" + *value + ",";
         } else {
             out.leftOut.push_back(name);

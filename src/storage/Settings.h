@@ -90,8 +90,9 @@ std::string DefaultButtons(int16_t moo, int16_t moc);
 /// The "name_value," list of the "Divisors" and "IndexTypes" sections.
 struct BasketListText {
     std::string text;
-    /// Baskets that could not go in: no value, or a name or value that the list cannot
-    /// hold (a "," anywhere, a "_" in the value, an empty name, a line break).
+    /// Baskets whose value could not go in: a name or value that the list cannot hold (a
+    /// "," anywhere, a "_" in the value, an empty name, a line break). A basket without a
+    /// value is simply not listed.
     std::vector<std::string> leftOut;
 };
 /// One "name_value," entry per basket, in list order.
