@@ -11,7 +11,8 @@ namespace wicker {
 OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
     : m_boxes(boxes), m_clock(clock) {}
 
-OrderTracker::UpdateOutcome OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
+OrderTracker::UpdateOutcome
+OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
         found != m_byRecordId.end()) {
         m_orders[found->second].UpdateOrder(structOrderUpdate, false);
@@ -98,6 +99,21 @@ bool OrderTracker::Timer1sec() {
         fillList();
     }
     return true;
+}
+
+void OrderTracker::Clear() {
+    m_orders.clear();
+    m_groupOf.clear();
+    m_byRecordId.clear();
+    m_byClOrderId.clear();
+    m_groupIndex.clear();
+    m_groups.clear();
+    m_rows.clear();
+    m_lines.clear();
+    m_symbols.clear();
+    m_rejects.clear();
+    // Open summary windows still list the old orders: the next tick refills them.
+    m_ordersChanged = true;
 }
 
 void OrderTracker::FillOrderList() {

@@ -61,6 +61,9 @@ public:
     const OrderUpdate* FindOrder(int32_t orderRecordId) const;
     /// Sets an order's remaining quantity to 0, so that it no longer counts as open.
     void ZeroLeaves(size_t orderIndex);
+    /// Forgets every order, reject and lvBaskets row ("Clear Trading Data"). The open
+    /// order-summary windows stay registered and are refreshed at the next tick.
+    void Clear();
 
     /// Rows and lvBaskets lines of the last FillOrderList, in the same order.
     const std::vector<OrderRow>& Rows() const { return m_rows; }

@@ -6,14 +6,17 @@
 #include "common/Result.h"
 #include "platform/Platform.h"
 #include "platform/QVXEvents.h"
+#include "storage/BasketDatabase.h"
 #include "storage/Database.h"
 #include "storage/Settings.h"
 #include "trading/BasketCancel.h"
 #include "trading/BasketExecution.h"
 #include "trading/BasketIndexes.h"
 #include "trading/IniSequenceStore.h"
+#include "trading/MainLineEntry.h"
 #include "trading/MainScreenQueries.h"
 #include "trading/OrderTracker.h"
+#include "trading/PasteInput.h"
 #include "trading/QuoteBoard.h"
 #include "trading/QuoteRegistrations.h"
 #include "trading/SendSequence.h"
@@ -28,6 +31,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace wicker {
@@ -125,6 +129,42 @@ public:
     /// The trader ticked or cleared one line's check box.
     void SetLineChecked(int row, bool checked);
 
+    // Paste and on-screen editing of the loaded basket --------------------------------
+
+    /// ProcessInputText on clipboard or dropped text, whatever its desktop's line ends.
+    static std::optional<PasteTable> ParsePasteText(std::string_view text);
+    /// PasteInputText: the table replaces the loaded basket as an unsaved basket; false
+    /// (and the paste message shown) when the lines could not be loaded.
+    bool PasteLines(const PasteTable& table);
+    /// mnuFileNew: an empty unsaved basket named "Basket".
+    void NewBasket();
+    /// mnuRemoveSelected: removes line `row`; for a stored basket its row is deleted first.
+    void RemoveSelectedLine(int row);
+    /// mnuRemoveAll: empties the lines; for a stored basket every row of it is deleted.
+    void RemoveAllLines();
+    /// mnuRemoveSelectedBasket: deletes a stored basket and its rows; when it was the
+    /// loaded one, the screen starts a new basket. False when there is no such basket.
+    bool RemoveBasket(const std::string& basketName);
+    /// What the save-as dialog stores: symbol, basket quantity and destination per line.
+    std::vector<BasketLine> LinesToSave() const;
+    /// The save-as dialog stored the lines as basket `basketNum`: it becomes the loaded
+    /// basket (name, number, record numbers), and the list and buttons are read again.
+    void BasketSavedAs(int32_t basketNum);
+    /// frmAddStockMain: adds a line (stored at once for a stored basket). False when the
+    /// entry was refused (message shown) or the database refused it.
+    bool AddMainLine(MainLineEntry& entry);
+    /// frmEditItem: changes line `row` (its stored row too, for a stored basket).
+    bool EditMainLine(int row, MainLineEntry& entry);
+    /// The texts of line `row` as the edit-item dialog shows them.
+    MainLineEntry LineEntry(int row) const;
+
+    // Trading data (utilities screen) ---------------------------------------------------
+
+    /// Forgets every tracked order and reject; lvBaskets is emptied at once.
+    void ClearTradingData();
+    /// Rebuilds lvBaskets from the tracked orders at once.
+    void RefreshBasketTotals();
+
     // Fields (each the control's change event, with its new text) ---------------------
 
     void SetPercent(const std::string& text);  ///< txtPercent: recalculates
@@ -211,6 +251,9 @@ private:
     void RunGuarded(const std::function<void()>& work);
     void ApplySettings();
     std::vector<std::string> BasketSymbols() const;
+    void LoadPastedLines(std::vector<StockLine> lines);
+    void RequoteAndCalculate();
+    bool CheckMainLine(MainLineEntry& entry);
 
     Platform& m_platform;
     MessageBoxes& m_boxes;

@@ -11,10 +11,12 @@
 #include "trading/StockList.h"
 #include "trading/ui/BasketTableModel.h"
 #include "trading/ui/ColumnLayout.h"
+#include "trading/ui/MainBasketEditing.h"
 #include "trading/ui/OrderButtonDisplay.h"
 #include "trading/ui/PlatformEventPump.h"
 #include "trading/ui/StockTableModel.h"
 #include "trading/ui/UpDown.h"
+#include "trading/ui/UtilitiesCommand.h"
 #include "trading/ui/WidgetGeometry.h"
 
 #include <QCloseEvent>
@@ -158,6 +160,7 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     BuildStatusBar();
     BuildTimers();
     ConnectControls();
+    m_basketEditing = new MainBasketEditing(m_desk, m_boxes, *m_lvStocks, *m_lstBaskets, *this);
 
     m_basketOptions = new QMenu(QStringLiteral("Basket Options"), this);
     m_basketOptions->setObjectName(QStringLiteral("mnuBasketOptions"));
@@ -208,15 +211,15 @@ void frmMain::BuildMenus() {
 
     // Items of screens not built yet are there, greyed.
     QMenu* file = menu("mnuFile", "&File");
-    item(file, "mnuNew", "&New", false);
-    item(file, "mnuSave", "Save", false);
-    item(file, "mnuSaveAs", "Save As...", false);
+    item(file, "mnuFileNew", "&New", false);
+    item(file, "mnuFileSave", "Save", false);
+    item(file, "mnuFileSaveAs", "Save As...", false);
     file->addSeparator();
     QAction* exitAction = item(file, "mnuExit", "E&xit", true);
     connect(exitAction, &QAction::triggered, this, &QWidget::close);
 
     QMenu* edit = menu("mnuEdit", "&Edit");
-    item(edit, "mnuPaste", "Paste", false);
+    item(edit, "mnuEditPaste", "Paste", false);
 
     QMenu* view = menu("mnuView", "View");
     item(view, "mnuGeneralSettings", "General Settings...", false);
@@ -228,7 +231,8 @@ void frmMain::BuildMenus() {
     connect(destinations, &QAction::triggered, this, &frmMain::OpenDestinationSetup);
 
     QMenu* tools = menu("mnuTools", "&Tools");
-    item(tools, "mnuUtilities", "&Utilities...", false);
+    QAction* utilities = item(tools, "mnuUtilities", "&Utilities...", true);
+    connect(utilities, &QAction::triggered, this, [this] { OpenUtilities(m_desk, m_boxes, this); });
 
     QMenu* help = menu("mnuHelp", "&Help");
     item(help, "mnuAbout", "&About...", false);

@@ -29,6 +29,7 @@ namespace wicker {
 
 class BasketTableModel;
 class FileChooser;
+class MainBasketEditing;
 class PlatformEventPump;
 class StockTableModel;
 class UpDown;
@@ -60,6 +61,8 @@ public:
     PlatformEventPump& eventPump() const { return *m_pump; }
     /// The "Basket Options" pop-up of lvBaskets.
     QMenu& basketOptionsMenu() const { return *m_basketOptions; }
+    /// Paste, the File menu, line and basket removal, the add-stock and edit-item dialogs.
+    MainBasketEditing& basketEditing() const { return *m_basketEditing; }
     /// Stops the timers (tests drive the ticks themselves).
     void stopTimers();
 
@@ -133,6 +136,7 @@ private:
     QLabel* m_statusPlatform = nullptr;
     QLabel* m_statusNotional = nullptr;
     QMenu* m_basketOptions = nullptr;
+    MainBasketEditing* m_basketEditing = nullptr;
     QTimer* m_timer200ms = nullptr;
     QTimer* m_timer1sec = nullptr;
     QTimer* m_timer2sec = nullptr;
