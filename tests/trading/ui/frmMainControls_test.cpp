@@ -88,16 +88,16 @@ TEST_F(MainScreen, MenusHaveTheirCaptionsAndOnlyBuiltScreensAreEnabled) {
         bool enabled;
     };
     const Row rows[] = {
-        {"mnuNew", "&New", false},
-        {"mnuSave", "Save", false},
-        {"mnuSaveAs", "Save As...", false},
+        {"mnuFileNew", "&New", true},
+        {"mnuFileSave", "Save", true}, // nothing loaded: an unsaved basket
+        {"mnuFileSaveAs", "Save As...", true},
         {"mnuExit", "E&xit", true},
-        {"mnuPaste", "Paste", false},
+        {"mnuEditPaste", "Paste", false},
         {"mnuGeneralSettings", "General Settings...", false},
         {"mnuAccounts", "&Accounts...", true},
         {"mnuBaskets", "&Baskets...", true},
         {"mnuDestinations", "&Destinations...", true},
-        {"mnuUtilities", "&Utilities...", false},
+        {"mnuUtilities", "&Utilities...", true},
         {"mnuAbout", "&About...", false},
         {"mnuCxlAll", "Cancel All Baskets", true},
         {"mnuCxlSel", "Cancel Selected Basket", true},
