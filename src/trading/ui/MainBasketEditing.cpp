@@ -46,8 +46,9 @@ MainBasketEditing::MainBasketEditing(TradingDesk& desk, MessageBoxes& boxes, QTa
     ConnectMenus(window);
 
     m_lvStocks.installEventFilter(this);
-    m_lvStocks.viewport()->setAcceptDrops(true);
-    m_lvStocks.viewport()->installEventFilter(this);
+    m_viewport = m_lvStocks.viewport();
+    m_viewport->setAcceptDrops(true);
+    m_viewport->installEventFilter(this);
     connect(&m_lvStocks, &QAbstractItemView::doubleClicked, this,
             [this](const QModelIndex& index) { EditLine(index.row()); });
 }
@@ -146,7 +147,7 @@ bool MainBasketEditing::eventFilter(QObject* watched, QEvent* event) {
         PasteClipboard();
         return true;
     }
-    if (watched == m_lvStocks.viewport()) {
+    if (m_viewport != nullptr && watched == m_viewport.data()) {
         switch (event->type()) {
         case QEvent::DragEnter:
         case QEvent::DragMove: {

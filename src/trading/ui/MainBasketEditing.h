@@ -1,7 +1,9 @@
 #pragma once
 
 #include <QObject>
+#include <QPointer>
 #include <QString>
+#include <QWidget>
 
 class QAbstractItemView;
 class QAction;
@@ -56,6 +58,8 @@ private:
     QTableView& m_lvStocks;
     QListWidget& m_lstBaskets;
     QWidget& m_owner;
+    /// Kept apart: while the window is torn down, the list may no longer answer for it.
+    QPointer<QWidget> m_viewport;
     QAction* m_editPaste = nullptr;
     QAction* m_fileSave = nullptr;
     QMenu* m_stockOptions = nullptr;
