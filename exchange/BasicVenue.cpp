@@ -80,6 +80,28 @@ bool BasicVenue::cancel(int64_t orderKey) {
     return m_working.erase(orderKey) > 0;
 }
 
+bool BasicVenue::replace(int64_t orderKey, const ExchangeOrderRequest& order, int32_t leaves,
+                         Sink& sink) {
+    const auto it = m_working.find(orderKey);
+    if (it == m_working.end() || leaves <= 0) {
+        return false;
+    }
+    Working& w = it->second;
+    w.order = order;
+    w.leaves = leaves;
+    w.due = std::chrono::steady_clock::now();
+    m_active.erase(orderKey);
+    const bool atOpenOrClose = order.priceType == 2 || (order.priceType == 1 && order.tif == "O");
+    if (atOpenOrClose) {
+        w.due += m_delay;
+        m_active.insert(orderKey);
+    } else if (marketable(w)) {
+        m_active.insert(orderKey);
+        work(orderKey, sink);
+    }
+    return true;
+}
+
 void BasicVenue::work(int64_t key, Sink& sink) {
     Working& w = m_working.at(key);
     const int32_t shares = m_clip > 0 ? std::min(m_clip, w.leaves) : w.leaves;

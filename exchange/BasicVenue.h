@@ -22,6 +22,8 @@ public:
     void accept(int64_t orderKey, const ExchangeOrderRequest& order, int32_t leaves,
                 Sink& sink) override;
     bool cancel(int64_t orderKey) override;
+    bool replace(int64_t orderKey, const ExchangeOrderRequest& order, int32_t leaves,
+                 Sink& sink) override;
     FixQuoteFields quote(const std::string& symbol) override;
     void advance(std::chrono::steady_clock::time_point now, Sink& sink) override;
 

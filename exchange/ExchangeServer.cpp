@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <set>
 
 namespace wicker {
 namespace {
@@ -42,6 +43,23 @@ FixQuoteFields Changes(const FixQuoteFields& before, const FixQuoteFields& now) 
     take(before.volume, now.volume, d.volume);
     return d;
 }
+
+// What the venue reports while a replace is being answered: it reaches the client after
+// the replace's own report.
+class HeldSink : public ExchangeVenue::Sink {
+public:
+    struct Event {
+        int64_t key;
+        int32_t shares;
+        double price;
+        bool expired;
+    };
+    void onFill(int64_t key, int32_t shares, double price) override {
+        events.push_back({key, shares, price, false});
+    }
+    void onExpired(int64_t key) override { events.push_back({key, 0, 0, true}); }
+    std::vector<Event> events;
+};
 
 bool Empty(const FixQuoteFields& q) {
     return !q.bid && !q.bidSize && !q.ask && !q.askSize && !q.last && !q.lastSize && !q.open &&
@@ -144,6 +162,8 @@ void ExchangeServer::onMessage(int session, const FixMessage& m) {
         newOrder(session, m);
     } else if (m.msgType == "F") {
         cancelOrder(session, m);
+    } else if (m.msgType == "G") {
+        replaceOrder(session, m);
     } else if (m.msgType == "V") {
         marketData(session, m);
     } else {
@@ -238,6 +258,71 @@ void ExchangeServer::cancelOrder(int session, const FixMessage& m) {
     report(it->second, ExecKind::Canceled);
 }
 
+void ExchangeServer::replaceOrder(int session, const FixMessage& m) {
+    journal(m);
+    const std::string clOrdID = ValueOf(m, 11);
+    const std::string orig = ValueOf(m, 41);
+    const auto refuse = [&](const ExchangeOrder* o, int reason, const std::string& text) {
+        FixMessage reject =
+            CancelRejectOf(clOrdID, orig, o != nullptr ? o->orderID : "",
+                           o != nullptr ? o->ordStatus : "8", reason, text, CxlRejToReplace);
+        m_acceptor->send(session, reject);
+    };
+    const auto it = m_byClOrdID.find({session, orig});
+    if (clOrdID.empty() || it == m_byClOrdID.end()) {
+        refuse(nullptr, CxlRejUnknownOrder, "Unknown order.");
+        return;
+    }
+    const int64_t key = it->second;
+    ExchangeOrder& o = m_orders.at(key).order;
+    if (o.done()) {
+        refuse(&o, CxlRejTooLate, "Too late to replace.");
+        return;
+    }
+    if (m_byClOrdID.count({session, clOrdID}) > 0) {
+        refuse(&o, CxlRejBrokerOption, "Duplicate ClOrdID " + clOrdID + ".");
+        return;
+    }
+    const auto decoded = DecodeNewOrder(m, versionOf(session));
+    if (const ExchangeRefusal* refusal = std::get_if<ExchangeRefusal>(&decoded)) {
+        refuse(&o, CxlRejBrokerOption, refusal->text);
+        return;
+    }
+    ExchangeOrderRequest r = std::get<ExchangeOrderRequest>(decoded);
+    if (r.side != o.request.side || r.symbol != o.request.symbol || r.tif != o.request.tif) {
+        refuse(&o, CxlRejBrokerOption, "Side, symbol and time in force cannot change.");
+        return;
+    }
+    if (r.quantity <= o.cum) {
+        refuse(&o, CxlRejBrokerOption,
+               "OrderQty must stay above the filled quantity " + std::to_string(o.cum) + ".");
+        return;
+    }
+    const int32_t leaves = r.quantity - o.cum;
+    HeldSink held;
+    if (!m_options.restOnly && !m_venue.replace(key, r, leaves, held)) {
+        refuse(&o, CxlRejTooLate, "Too late to replace.");
+        return;
+    }
+    // The report names the replaced id in OrigClOrdID; from then on the order is the new id.
+    const std::string replaced = o.request.clOrdID;
+    o.request = r;
+    o.request.clOrdID = replaced;
+    o.clOrdID = clOrdID;
+    o.leaves = leaves;
+    o.ordStatus = versionOf(session) == FixVersion::Fix42 ? "5" : (o.cum > 0 ? "1" : "0");
+    m_byClOrdID[{session, clOrdID}] = key;
+    report(key, ExecKind::Replaced);
+    o.request.clOrdID = clOrdID;
+    for (const HeldSink::Event& e : held.events) {
+        if (e.expired) {
+            onExpired(e.key);
+        } else {
+            onFill(e.key, e.shares, e.price);
+        }
+    }
+}
+
 void ExchangeServer::marketData(int session, const FixMessage& m) {
     const std::optional<FixQuoteSubscription> request = ParseMarketDataRequest(m);
     if (!request) {
@@ -328,40 +413,55 @@ void ExchangeServer::onExpired(int64_t key) {
 }
 
 void ExchangeServer::rebuild(int session) {
-    // The last report of each order tells its state; open ones go back to the market.
-    std::map<std::string, FixMessage> last;
+    // The last report of each order (by OrderID, which stays through replaces) tells its
+    // state; open ones go back to the market. Every ClOrdID the order had still names it.
+    struct Seen {
+        FixMessage last;
+        std::vector<std::string> ids;
+    };
+    std::map<std::string, Seen> orders;
+    std::set<std::string> known;
     for (const FixMessage& m : m_acceptor->sentMessages(session)) {
         if (m.msgType != "8") {
             continue;
         }
-        const std::string* orig = m.find(41);
-        const std::string id = orig != nullptr ? *orig : ValueOf(m, 11);
+        const std::string orderID = ValueOf(m, 37);
+        const std::string id = ValueOf(m, 11);
         // A duplicate ClOrdID was refused without touching the order of that id.
-        if (ValueOf(m, 150) == "8" && last.count(id) > 0) {
+        if (ValueOf(m, 150) == "8" && known.count(id) > 0 && orders.count(orderID) == 0) {
             continue;
         }
-        last[id] = m;
+        Seen& seen = orders[orderID];
+        seen.last = m;
+        for (const int tag : {11, 41}) {
+            if (const std::string* v = m.find(tag); v != nullptr && known.insert(*v).second) {
+                seen.ids.push_back(*v);
+            }
+        }
     }
-    for (const auto& [clOrdID, m] : last) {
+    for (const auto& [orderID, seen] : orders) {
+        const FixMessage& m = seen.last;
         const auto decoded = DecodeNewOrder(m, versionOf(session));
         if (!std::holds_alternative<ExchangeOrderRequest>(decoded)) {
             continue;
         }
+        // A cancel's report names the order in OrigClOrdID; any other names it in ClOrdID.
+        const std::string* orig = m.find(41);
+        const bool cancelReport = ValueOf(m, 150) != "5" && orig != nullptr;
         const int64_t key = m_nextKey++;
         Entry e;
         e.session = session;
         e.order.request = std::get<ExchangeOrderRequest>(decoded);
-        e.order.request.clOrdID = clOrdID;
+        e.order.request.clOrdID = cancelReport ? *orig : ValueOf(m, 11);
         e.order.clOrdID = ValueOf(m, 11);
-        e.order.orderID = ValueOf(m, 37);
+        e.order.orderID = orderID;
         e.order.cum = ParseFixQuantity(ValueOf(m, 14)).value_or(0);
         e.order.leaves = ParseFixQuantity(ValueOf(m, 151)).value_or(0);
         e.order.avgPx = ParseFixDecimal(ValueOf(m, 6)).value_or(0);
         e.order.ordStatus = ValueOf(m, 39);
         m_orders[key] = e;
-        m_byClOrdID[{session, clOrdID}] = key;
-        if (e.order.clOrdID != clOrdID) {
-            m_byClOrdID[{session, e.order.clOrdID}] = key;
+        for (const std::string& id : seen.ids) {
+            m_byClOrdID[{session, id}] = key;
         }
         if (!e.order.done() && !m_options.restOnly) {
             ExchangeVenue::Sink& sink = *this;

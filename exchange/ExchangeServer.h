@@ -17,9 +17,9 @@
 namespace wicker {
 
 /// wicker-exchange's FIX side: accepts the FIX 4.2 and 4.4 sessions of one client,
-/// keeps every order's book (quantities, average price, status), answers orders, cancels
-/// and market data requests, and reports what the venue does. Single-threaded: the owner
-/// calls runOnce() in a loop.
+/// keeps every order's book (quantities, average price, status), answers orders, cancels,
+/// cancel-replaces and market data requests, and reports what the venue does. Single-threaded: the
+/// owner calls runOnce() in a loop.
 class ExchangeServer : private FixAcceptorListener, private ExchangeVenue::Sink {
 public:
     ExchangeServer(ExchangeOptions options, ExchangeVenue& venue);
@@ -54,6 +54,7 @@ private:
 
     void newOrder(int session, const FixMessage& m);
     void cancelOrder(int session, const FixMessage& m);
+    void replaceOrder(int session, const FixMessage& m);
     void marketData(int session, const FixMessage& m);
     void rejectMessage(int session, const FixMessage& m, int reason, const std::string& text);
     void report(int64_t key, ExecKind kind, int32_t lastShares = 0, double lastPx = 0,

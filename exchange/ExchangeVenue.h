@@ -29,6 +29,12 @@ public:
                         Sink& sink) = 0;
     /// Takes the order off the market; false when it is no longer there.
     virtual bool cancel(int64_t orderKey) = 0;
+    /// Changes a working order in place: `order` holds its new terms (side, symbol and TIF
+    /// as before), `leaves` what is still to fill under them. The order is judged again
+    /// as on arrival, so fills may be reported at once. False when the order is no longer
+    /// there (nothing changed).
+    virtual bool replace(int64_t orderKey, const ExchangeOrderRequest& order, int32_t leaves,
+                         Sink& sink) = 0;
     /// The current picture of a symbol, as a snapshot.
     virtual FixQuoteFields quote(const std::string& symbol) = 0;
     /// Moves the market to `now`: prices move, resting orders may fill.

@@ -29,6 +29,8 @@ std::string ExecTypeOf(ExecKind kind, const ExchangeOrder& o, FixVersion version
         return o.leaves == 0 ? "2" : "1";
     case ExecKind::Canceled:
         return "4";
+    case ExecKind::Replaced:
+        return "5";
     case ExecKind::Rejected:
         return "8";
     case ExecKind::Expired:
@@ -95,7 +97,7 @@ FixMessage ExecutionReportOf(const ExchangeOrder& o, ExecKind kind, const std::s
 
 FixMessage CancelRejectOf(const std::string& clOrdID, const std::string& origClOrdID,
                           const std::string& orderID, const std::string& ordStatus,
-                          int cxlRejReason, const std::string& text) {
+                          int cxlRejReason, const std::string& text, int responseTo) {
     FixMessage m;
     m.msgType = "9";
     m.add(11, clOrdID);
@@ -106,7 +108,7 @@ FixMessage CancelRejectOf(const std::string& clOrdID, const std::string& origClO
         m.add(58, text);
     }
     m.add(102, std::to_string(cxlRejReason));
-    m.add(434, "1");
+    m.add(434, std::to_string(responseTo));
     return m;
 }
 

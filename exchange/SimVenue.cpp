@@ -101,6 +101,30 @@ bool SimVenue::cancel(int64_t orderKey) {
     return true;
 }
 
+bool SimVenue::replace(int64_t orderKey, const ExchangeOrderRequest& order, int32_t leaves,
+                       Sink& sink) {
+    const auto it = m_recordOf.find(orderKey);
+    if (it == m_recordOf.end() || leaves <= 0) {
+        return false;
+    }
+    const auto w = m_working.find(it->second);
+    if (w == m_working.end()) {
+        return false;
+    }
+    QVXOrderChange change;
+    change.newClOrderID = "V" + std::to_string(++m_nextId);
+    // The simulator's order counts its own fills (its quantity was the leaves it was given).
+    change.quantity = w->second.cum + leaves;
+    change.priceType = order.priceType;
+    change.lmtPrice = order.price;
+    if (m_sim.ReplaceOrder(w->second.clOrderID, it->second, change) != 0) {
+        return false;
+    }
+    w->second.clOrderID = change.newClOrderID;
+    Deliver(&sink);
+    return true;
+}
+
 FixQuoteFields SimVenue::quote(const std::string& symbol) {
     const std::string key = UCase(Trim(symbol));
     if (m_quotes.count(key) == 0) {

@@ -41,7 +41,7 @@ private:
 };
 
 QVXOrderStruct Record(int32_t id, const std::string& memo, const std::string& clOrderId,
-                   int32_t leaves) {
+                      int32_t leaves) {
     QVXOrderStruct r;
     r.OrderRecordId = id;
     r.Memo = memo;

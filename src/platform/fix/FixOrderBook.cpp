@@ -471,8 +471,8 @@ void FixOrderBook::refuseReplace(FixOrderState& o, const std::string& clOrdID, i
                                  std::string text, FixBookOutcome& out) {
     m_replaces.erase(clOrdID);
     o.pendingReplace.clear();
-    out.events.emplace_back(FixOrderReject{o.recordId, clOrdID, o.side, o.symbol, o.quantity,
-                                           reason, std::move(text)});
+    out.events.emplace_back(
+        FixOrderReject{o.recordId, clOrdID, o.side, o.symbol, o.quantity, reason, std::move(text)});
     out.events.emplace_back(o);
 }
 

@@ -146,7 +146,7 @@ private:
     std::unordered_set<std::string> m_execIDs;
     std::unordered_set<std::string> m_cancelIDs;
     std::unordered_map<std::string, FixOrderChange> m_replaces; // by the replacing ClOrdID
-    std::unordered_set<std::string> m_awaiting; // sent, no answer yet
+    std::unordered_set<std::string> m_awaiting;                 // sent, no answer yet
 };
 
 /// OrdStatus(39) as words ("New", "Partially Filled", ...); "Unknown" for other values.
