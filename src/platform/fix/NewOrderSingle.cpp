@@ -1,5 +1,7 @@
 #include "platform/fix/NewOrderSingle.h"
 
+#include "platform/QVXOrderMaintenance.h"
+
 #include <ctime>
 
 namespace wicker {
@@ -83,9 +85,8 @@ NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
                                             const std::string& origClOrdID,
                                             const std::string& orderID,
                                             const FixOrderProfile& profile, const Clock& clock) {
-    constexpr int NotOpen = -26;
     if (origClOrdID.empty() || ticket.clOrdID.empty()) {
-        return {NotOpen, {}};
+        return {kReplaceOrderNotOpen, {}};
     }
     // Buy minus appears only on reports of orders sent by other means.
     const bool buyMinus = ticket.side == "M";
@@ -96,6 +97,11 @@ NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
     NewOrderSingleOrRefusal out = BuildNewOrderSingle(t, profile, clock);
     if (out.refusal != 0) {
         return out;
+    }
+    // A limit changed to no price is a slip of the keyboard, never an intent.
+    constexpr int32_t kLimit = 5;
+    if (t.priceType == kLimit && !(t.lmtPrice > 0)) {
+        return {-5, {}};
     }
     FixMessage& m = out.message;
     m.msgType = "G";

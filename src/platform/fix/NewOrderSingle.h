@@ -51,8 +51,8 @@ std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
 /// OrderCancelReplaceRequest(G): `ticket` is the order as it is to stand, its clOrdID the
 /// replacing id; the replaced order is named by OrigClOrdID(41) (its latest accepted id) and
 /// OrderID(37) when the broker gave one. Every order field goes out again, mapped as for a
-/// NewOrderSingle, and is refused with the same codes (-1 to -6); nothing goes out without
-/// an OrigClOrdID (-26, the order cannot be changed).
+/// NewOrderSingle, and is refused with the same codes (-1 to -6; a limit also needs a
+/// positive price); nothing goes out without both ids (kReplaceOrderNotOpen).
 NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
                                             const std::string& origClOrdID,
                                             const std::string& orderID,
