@@ -16,6 +16,9 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
         found != m_byRecordId.end()) {
         m_orders[found->second].UpdateOrder(structOrderUpdate, false);
+        if (!structOrderUpdate.ClOrderID.empty()) {
+            m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
+        }
         m_ordersChanged = true;
         return UpdateOutcome::Updated;
     }
@@ -44,6 +47,7 @@ void OrderTracker::Append(OrderUpdate&& order) {
             BasketGroup{order.m_strBasketId, order.m_nBasketSeq, FormatTime12(m_clock.localNow())});
     }
     m_groupOf.push_back(group->second);
+    m_currentClOrderIds.push_back(order.m_strClOrderId);
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
     m_byClOrderId[order.m_strClOrderId].push_back(position);
     m_orders.push_back(std::move(order));
@@ -104,6 +108,7 @@ bool OrderTracker::Timer1sec() {
 void OrderTracker::Clear() {
     m_orders.clear();
     m_groupOf.clear();
+    m_currentClOrderIds.clear();
     m_byRecordId.clear();
     m_byClOrderId.clear();
     m_groupIndex.clear();
@@ -174,6 +179,10 @@ void OrderTracker::RemoveOrderSummaryWindow(int handle) {
 const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
     const auto found = m_byRecordId.find(orderRecordId);
     return found == m_byRecordId.end() ? nullptr : &m_orders[found->second];
+}
+
+const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
+    return m_currentClOrderIds.at(orderIndex);
 }
 
 void OrderTracker::ZeroLeaves(size_t orderIndex) {

@@ -59,6 +59,9 @@ public:
     const std::deque<OrderUpdate>& Orders() const { return m_orders; }
     /// The first order with this platform order record id, or null.
     const OrderUpdate* FindOrder(int32_t orderRecordId) const;
+    /// The client order id of order `orderIndex` as last reported (a replace changes it;
+    /// OrderUpdate keeps the first one, by which rejects find the order).
+    const std::string& CurrentClOrderId(size_t orderIndex) const;
     /// Sets an order's remaining quantity to 0, so that it no longer counts as open.
     void ZeroLeaves(size_t orderIndex);
     /// Forgets every order, reject and lvBaskets row ("Clear Trading Data"). The open
@@ -94,7 +97,8 @@ private:
     const Clock& m_clock;
 
     std::deque<OrderUpdate> m_orders;
-    std::vector<uint32_t> m_groupOf; ///< basket group of each order, by position
+    std::vector<uint32_t> m_groupOf;              ///< basket group of each order, by position
+    std::vector<std::string> m_currentClOrderIds; ///< latest client order id, by position
     std::unordered_map<int32_t, uint32_t> m_byRecordId;
     std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
     std::map<BasketKey, uint32_t> m_groupIndex;

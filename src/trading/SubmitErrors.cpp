@@ -1,5 +1,7 @@
 #include "trading/SubmitErrors.h"
 
+#include "platform/QVXOrderMaintenance.h"
+
 #include <array>
 #include <string_view>
 
@@ -85,6 +87,24 @@ std::string SubmitErrorPrompt(int32_t code, const std::string& side, int32_t qua
 void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
                      const std::string& symbol) {
     boxes.show(SubmitErrorPrompt(code, side, quantity, symbol), 0, "Error submitting order");
+}
+
+std::string GetReplaceErrorStr(int32_t code) {
+    if (code == kReplaceOrderNotOpen) {
+        return "Order is not open.";
+    }
+    return GetSubmitErrorStr(code);
+}
+
+void ShowReplaceError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
+                      const std::string& symbol) {
+    if (code != kReplaceOrderNotOpen) {
+        ShowSubmitError(boxes, code, side, quantity, symbol);
+        return;
+    }
+    boxes.show("Order cannot be changed. Order is not open.\r\n" + side + " " +
+                   std::to_string(quantity) + " " + symbol,
+               0, "Error submitting order");
 }
 
 void ShowSubmitError(MessageBoxes& boxes, int32_t code, const QVXOrder& order) {

@@ -23,6 +23,15 @@ std::string SubmitErrorPrompt(int32_t code, const std::string& side, int32_t qua
 void ShowSubmitError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
                      const std::string& symbol);
 
+/// Short text of a refused ReplaceOrder: the submit texts, and for kReplaceOrderNotOpen
+/// (which SubmitOrder never returns, so GetSubmitErrorStr keeps it unknown)
+/// "Order is not open.".
+std::string GetReplaceErrorStr(int32_t code);
+
+/// ShowSubmitError for a refused ReplaceOrder of the order Side Quantity Symbol.
+void ShowReplaceError(MessageBoxes& boxes, int32_t code, const std::string& side, int32_t quantity,
+                      const std::string& symbol);
+
 /// The same for the order object that was just refused: its Side, Quantity and Symbol are
 /// read before the code is looked at.
 void ShowSubmitError(MessageBoxes& boxes, int32_t code, const QVXOrder& order);

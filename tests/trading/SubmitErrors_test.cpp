@@ -1,4 +1,5 @@
 #include "RecordingOrders.h"
+#include "platform/QVXOrderMaintenance.h"
 #include "support/RecordingMessageBoxes.h"
 #include "trading/SubmitErrors.h"
 
@@ -133,6 +134,42 @@ TEST(SubmitErrors, ShowSubmitErrorReadsTheRefusedOrderObject) {
               (std::vector<std::string>{
                   "Order cannot be sent. Short sale position rule violation.\r\nT 75 QQQ",
                   "Basket cannot be sent. Account is not valid."}));
+}
+
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+TEST(ReplaceErrors, NotOpenHasItsOwnTextWhileSubmitKeepsItUnknown) {
+    struct Row {
+        const char* name;
+        int32_t code;
+        const char* shortText;
+        const char* prompt;
+    };
+    const Row rows[] = {
+        {"not open", kReplaceOrderNotOpen, "Order is not open.",
+         "Order cannot be changed. Order is not open.\r\nB 100 IBM"},
+        {"quantity", -3, "Quantity is not valid.",
+         "Order cannot be sent. Quantity is not valid.\r\nB 100 IBM"},
+        {"offline", -16, "Quorvex is offline.",
+         "Order cannot be sent. Quorvex is offline.\r\nB 100 IBM"},
+        {"unknown", -27, "Unknown SubmitOrder Error. SubmitOrder Error Code = -27",
+         "Unknown reject. SubmitOrder Reject Code = -27"},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        EXPECT_EQ(GetReplaceErrorStr(r.code), r.shortText);
+        test::RecordingMessageBoxes boxes;
+        ShowReplaceError(boxes, r.code, "B", 100, "IBM");
+        ASSERT_EQ(boxes.shown().size(), 1u);
+        EXPECT_EQ(boxes.shown()[0].text, r.prompt);
+        EXPECT_EQ(boxes.shown()[0].title, "Error submitting order");
+    }
+    EXPECT_EQ(GetSubmitErrorStr(kReplaceOrderNotOpen),
+              "Unknown SubmitOrder Error. SubmitOrder Error Code = -26");
 }
 
 } // namespace
