@@ -75,6 +75,8 @@ public:
     const std::vector<std::string>& Symbols() const { return m_symbols; }
 
     bool OrdersChanged() const { return m_ordersChanged; }
+    /// The clock the tracker stamps times with; what acts on its orders stamps with it too.
+    const Clock& clock() const { return m_clock; }
     /// Reject texts not yet shown, in arrival order.
     const std::vector<std::string>& PendingRejects() const { return m_rejects; }
 

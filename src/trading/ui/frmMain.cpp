@@ -9,6 +9,7 @@
 #include "storage/clsIniFile.h"
 #include "trading/OrderRow.h"
 #include "trading/StockList.h"
+#include "trading/ui/BasketOrderWindows.h"
 #include "trading/ui/BasketTableModel.h"
 #include "trading/ui/ColumnLayout.h"
 #include "trading/ui/MainBasketEditing.h"
@@ -171,6 +172,9 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     connect(cxlAll, &QAction::triggered, this, [this] { m_desk.CancelAllBaskets(); });
     connect(cxlSel, &QAction::triggered, this,
             [this] { m_desk.CancelSelectedBasket(SelectedBasketLine()); });
+    m_orderWindows = new BasketOrderWindows(
+        m_desk, m_platform, m_boxes, *m_lvBaskets, *m_basketOptions,
+        [this] { return SelectedBasketLine(); }, *this);
 
     m_pump = new PlatformEventPump(
         m_platform.Events(), [this](size_t max) { return m_desk.DrainPlatformEvents(max); }, 2000,

@@ -29,6 +29,7 @@ namespace wicker {
 
 class BasketTableModel;
 class FileChooser;
+class BasketOrderWindows;
 class MainBasketEditing;
 class PlatformEventPump;
 class StockTableModel;
@@ -63,6 +64,8 @@ public:
     QMenu& basketOptionsMenu() const { return *m_basketOptions; }
     /// Paste, the File menu, line and basket removal, the add-stock and edit-item dialogs.
     MainBasketEditing& basketEditing() const { return *m_basketEditing; }
+    /// Order summaries, Modify Basket and Change Selected Basket to MKT.
+    BasketOrderWindows& orderWindows() const { return *m_orderWindows; }
     /// Stops the timers (tests drive the ticks themselves).
     void stopTimers();
 
@@ -137,6 +140,7 @@ private:
     QLabel* m_statusNotional = nullptr;
     QMenu* m_basketOptions = nullptr;
     MainBasketEditing* m_basketEditing = nullptr;
+    BasketOrderWindows* m_orderWindows = nullptr;
     QTimer* m_timer200ms = nullptr;
     QTimer* m_timer1sec = nullptr;
     QTimer* m_timer2sec = nullptr;
