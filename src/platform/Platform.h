@@ -16,6 +16,9 @@ class Platform : public QVXOrderFactory, public QVXOrderMaintenance {
 public:
     /// What the window title shows, e.g. "SIMULATED".
     virtual std::string DisplayName() const = 0;
+    /// Engine, session and state for the system information; empty when there is nothing
+    /// beyond the display name.
+    virtual std::string Details() const { return {}; }
     /// Starts delivering: the simulated market starts its clock, a broker link connects.
     /// An error when the platform cannot work at all.
     virtual Result<void> Start() = 0;

@@ -243,4 +243,8 @@ int Database::Changes() const {
     return sqlite3_changes(m_db);
 }
 
+std::string SqliteVersion() {
+    return sqlite3_libversion();
+}
+
 } // namespace wicker

@@ -17,6 +17,9 @@ struct JetAlterColumn;
 
 /// A statement the database refused (bad SQL, constraint, type, guard of a spliced value).
 /// The number is the old provider's (see dberr in JetSql.h).
+/// The SQLite library's version, as it runs.
+std::string SqliteVersion();
+
 class DbError : public std::runtime_error {
 public:
     DbError(const std::string& what, int number) : std::runtime_error(what), m_number(number) {}

@@ -21,6 +21,12 @@ std::string FixPlatform::DisplayName() const {
     return "FIX " + m_settings.host + ":" + std::to_string(m_settings.port);
 }
 
+std::string FixPlatform::Details() const {
+    return std::string("QuickFIX ") + WICKER_QUICKFIX_VERSION + ", " +
+           BeginStringOf(m_settings.version) + " " + m_settings.senderCompID + " -> " +
+           m_settings.targetCompID + (isLoggedOn() ? ", logged on" : ", not logged on");
+}
+
 Result<void> FixPlatform::Start() {
     return m_gateway.start();
 }

@@ -24,6 +24,8 @@ public:
 
     /// "FIX host:port".
     std::string DisplayName() const override;
+    /// QuickFIX version, FIX version, the session's CompIDs and whether it is logged on.
+    std::string Details() const override;
     Result<void> Start() override;
     void Stop() override;
     std::unique_ptr<QVXOrder> CreateOrder() override;

@@ -202,6 +202,9 @@ TEST(FixPlatform, OrdersGoOutThroughTheLimitsAndTheirReportsArriveInTheQueue) {
         return o->SubmitOrder();
     };
     EXPECT_EQ(order("A-0", "NYSE", 100, 5, 100), -16) << "not started";
+    EXPECT_EQ(platform.Details().rfind("QuickFIX 1.", 0), 0u) << platform.Details();
+    EXPECT_NE(platform.Details().find("FIX.4.2 WICKER -> EXCH, not logged on"), std::string::npos)
+        << platform.Details();
     ASSERT_TRUE(platform.Start().ok());
     auto& fix = dynamic_cast<FixPlatform&>(platform);
     ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return fix.isLoggedOn(); }));

@@ -98,7 +98,7 @@ TEST_F(MainScreen, MenusHaveTheirCaptionsAndOnlyBuiltScreensAreEnabled) {
         {"mnuBaskets", "&Baskets...", true},
         {"mnuDestinations", "&Destinations...", true},
         {"mnuUtilities", "&Utilities...", true},
-        {"mnuAbout", "&About...", false},
+        {"mnuAbout", "&About...", true},
         {"mnuCxlAll", "Cancel All Baskets", true},
         {"mnuCxlSel", "Cancel Selected Basket", true},
     };
