@@ -9,6 +9,7 @@
 #include "storage/clsIniFile.h"
 #include "trading/OrderRow.h"
 #include "trading/StockList.h"
+#include "trading/ui/AboutCommand.h"
 #include "trading/ui/BasketOrderWindows.h"
 #include "trading/ui/BasketTableModel.h"
 #include "trading/ui/ColumnLayout.h"
@@ -239,7 +240,8 @@ void frmMain::BuildMenus() {
     connect(utilities, &QAction::triggered, this, [this] { OpenUtilities(m_desk, m_boxes, this); });
 
     QMenu* help = menu("mnuHelp", "&Help");
-    item(help, "mnuAbout", "&About...", false);
+    QAction* about = item(help, "mnuAbout", "&About...", true);
+    connect(about, &QAction::triggered, this, [this] { ShowAbout(m_desk, m_platform, this); });
 }
 
 QWidget* frmMain::BuildTopRow() {
