@@ -1,5 +1,7 @@
 #pragma once
 
+#include "admin/ColumnLayoutSettings.h" // DisplayOrder
+
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -17,11 +19,6 @@ struct ColumnLayout {
     std::string shown;
     std::vector<std::string> positions;
 };
-
-/// Display position (0-based) of each of `count` columns. The positions are used only when
-/// they are a complete arrangement of 1..count (a trailing empty element is allowed);
-/// anything else gives the natural order, so a hand-edited file never loses a column.
-std::vector<int> DisplayOrder(const std::vector<std::string>& positions, int count);
 
 /// Applies widths, shown flags and positions to a header of `count` sections.
 void ApplyColumnLayout(QHeaderView& header, const ColumnLayout& layout, int count);
