@@ -98,7 +98,7 @@ const std::vector<KeyRule>& FixRules() {
          [](const auto& v) { return NotEmpty(v, "FixTargetCompID", "FIX TargetCompID"); }},
         {"FixVersion",
          [](const auto& v) {
-             return OneOf(v, "FixVersion", "FIX version", {"4.2", "4.4"});
+             return OneOf(v, "FixVersion", "FIX version", {"4.2", "4.4", "FIX.4.2", "FIX.4.4"});
          }},
         {"FixHeartBtInt",
          [](const auto& v) {
@@ -371,7 +371,7 @@ GeneralSettings Normalised(GeneralSettings v) {
     v.buttons = WholeButtons(v.buttons);
     for (auto& [key, text] : v.platform) {
         text = Trim(text);
-        if (key == "Mode" || key == "FixQuotes") {
+        if (key == "Mode" || key == "FixQuotes" || key == "FixVersion") {
             text = UCase(text);
         } else if (key == "EnabledDestinations" || key == "SimHalted") {
             text = UpperList(text);

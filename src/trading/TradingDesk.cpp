@@ -215,6 +215,17 @@ void TradingDesk::LoadButtonDisplay() {
     Changed(ScreenPart::ButtonDisplay | ScreenPart::QuickLoadButtons);
 }
 
+void TradingDesk::SettingsEdited() {
+    m_quotes.setDisplay(QuoteDisplayFrom(m_settings));
+    RunGuarded([&] {
+        // Every known quote is written again, in the new format, at the next tick.
+        m_quotes.SetLines(m_stocks);
+        Recalculate();
+    });
+    Changed(ScreenPart::ButtonDisplay | ScreenPart::QuickLoadButtons | ScreenPart::StatusBar |
+            ScreenPart::BasketTotals);
+}
+
 void TradingDesk::RecordIndexShares(int32_t basketNum, const std::string& symbol, int32_t shares) {
     m_indexes.RecordIndexShares(basketNum, symbol, shares);
 }

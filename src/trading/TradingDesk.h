@@ -106,6 +106,10 @@ public:
     void LoadBasketList() override;
     void LoadButtonValues() override;
     void LoadButtonDisplay() override;
+    /// The general settings changed in settings(): they take effect at once. Prices show
+    /// the new decimals at the next Timer200ms, quantities are recalculated with the new
+    /// lot, and the order buttons, quick-load buttons and lvBaskets are shown anew.
+    void SettingsEdited();
     void RecordIndexShares(int32_t basketNum, const std::string& symbol, int32_t shares) override;
     BasketIndexStore& IndexStore() { return m_indexes; }
 

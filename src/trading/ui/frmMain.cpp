@@ -1,6 +1,8 @@
 #include "trading/ui/frmMain.h"
 
+#include "admin/ui/MainColumns.h"
 #include "admin/ui/frmDest.h"
+#include "admin/ui/frmGeneralSettings.h"
 #include "admin/ui/frmSetup.h"
 #include "baskets/ImportDefaults.h"
 #include "baskets/ui/QtFileChooser.h"
@@ -227,7 +229,15 @@ void frmMain::BuildMenus() {
     item(edit, "mnuEditPaste", "Paste", false);
 
     QMenu* view = menu("mnuView", "View");
-    item(view, "mnuGeneralSettings", "General Settings...", false);
+    QAction* settings = item(view, "mnuGeneralSettings", "General Settings...", true);
+    connect(settings, &QAction::triggered, this,
+            [this] { ShowGeneralSettings(m_desk, m_boxes, this); });
+    QAction* columns = item(view, "mnuColumns", "Columns...", true);
+    connect(columns, &QAction::triggered, this, [this] {
+        if (m_columns != nullptr) {
+            m_columns->OpenDialog(this);
+        }
+    });
     QAction* accounts = item(view, "mnuAccounts", "&Accounts...", true);
     QAction* baskets = item(view, "mnuBaskets", "&Baskets...", true);
     QAction* destinations = item(view, "mnuDestinations", "&Destinations...", true);
@@ -438,6 +448,8 @@ Result<void> frmMain::FormLoad() {
     }
     Refresh(~0u);
     ApplyColumnLayouts();
+    m_columns = new MainColumns(m_desk, m_boxes, *m_lvStocks->horizontalHeader(),
+                                *m_lvBaskets->horizontalHeader(), this);
     LoadPlacement();
     setWindowTitle(TitleText());
     m_timer200ms->start();
@@ -452,20 +464,7 @@ void frmMain::FormUnload() {
     }
     m_unloaded = true;
     stopTimers();
-    Settings& s = m_desk.settings();
-    // Keep a trailing empty element where the file had one, so the text stays as it was.
-    const auto positions = [](const QHeaderView& header, int count,
-                              const std::vector<std::string>& before) {
-        std::vector<std::string> now = CurrentPositions(header, count);
-        if (before.size() == static_cast<size_t>(count) + 1 && before.back().empty()) {
-            now.emplace_back();
-        }
-        return now;
-    };
-    s.itemsPositions =
-        positions(*m_lvStocks->horizontalHeader(), StockColumnCount, s.itemsPositions);
-    s.infoPositions =
-        positions(*m_lvBaskets->horizontalHeader(), BasketListColumnCount, s.infoPositions);
+    m_columns->CaptureForUnload(); // positions and widths; the desk writes the rest
     SavePlacement();
     m_desk.FormUnload();
 }

@@ -31,6 +31,7 @@ class BasketTableModel;
 class FileChooser;
 class BasketOrderWindows;
 class MainBasketEditing;
+class MainColumns;
 class PlatformEventPump;
 class StockTableModel;
 class UpDown;
@@ -140,6 +141,7 @@ private:
     QLabel* m_statusNotional = nullptr;
     QMenu* m_basketOptions = nullptr;
     MainBasketEditing* m_basketEditing = nullptr;
+    MainColumns* m_columns = nullptr;
     BasketOrderWindows* m_orderWindows = nullptr;
     QTimer* m_timer200ms = nullptr;
     QTimer* m_timer1sec = nullptr;
