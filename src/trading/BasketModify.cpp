@@ -98,7 +98,9 @@ BasketModifyReport BasketModify::ModifyBasket(const BasketSend& send,
     if (confirmBeforeChange) {
         const std::string to = market ? std::string("market")
                                       : std::string(BasisName(changeTo.basis)) +
-                                            (modifier == 0 ? "" : " + " + NumberText(modifier));
+                                            (modifier == 0  ? ""
+                                             : modifier < 0 ? " - " + NumberText(-modifier)
+                                                            : " + " + NumberText(modifier));
         if (m_boxes.show("Do you want to change all open orders for basket #" +
                              std::to_string(send.basketSeq) + " to " + to + "?",
                          292, "Modify Basket") != MsgAnswer::Yes) {

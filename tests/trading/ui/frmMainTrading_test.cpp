@@ -95,7 +95,7 @@ TEST_F(MainScreen, CancelSelectedAsksThenCancelsTheOpenOrders) {
 TEST_F(MainScreen, BasketOptionsPopUpHasBothCancels) {
     Open();
     QMenu& menu = window->basketOptionsMenu();
-    ASSERT_EQ(menu.actions().size(), 2);
+    ASSERT_GE(menu.actions().size(), 2); // the order windows add theirs after
     EXPECT_EQ(menu.actions()[0]->objectName().toStdString(), "mnuCxlAll");
     EXPECT_EQ(menu.actions()[1]->objectName().toStdString(), "mnuCxlSel");
     EXPECT_EQ(Baskets().contextMenuPolicy(), Qt::CustomContextMenu);
