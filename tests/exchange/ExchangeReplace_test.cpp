@@ -210,10 +210,10 @@ INSTANTIATE_TEST_SUITE_P(VenuesAndVersions, ExchangeReplace,
                                            Case{VenueKind::Basic, FixVersion::Fix44},
                                            Case{VenueKind::Sim, FixVersion::Fix42},
                                            Case{VenueKind::Sim, FixVersion::Fix44}),
-                         [](const ::testing::TestParamInfo<Case>& info) {
-                             return std::string(info.param.venue == VenueKind::Basic ? "Basic"
-                                                                                     : "Sim") +
-                                    (info.param.version == FixVersion::Fix42 ? "42" : "44");
+                         [](const ::testing::TestParamInfo<Case>& row) {
+                             return std::string(row.param.venue == VenueKind::Basic ? "Basic"
+                                                                                    : "Sim") +
+                                    (row.param.version == FixVersion::Fix42 ? "42" : "44");
                          });
 
 TEST(ExchangeReplaceRestart, ReplacedOrderIsKnownByItsNewIdAfterARestart) {
