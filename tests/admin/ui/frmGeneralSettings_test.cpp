@@ -143,7 +143,7 @@ TEST_F(GeneralSettingsScreen, RoundingTo100RecalculatesTheLoadedBasket) {
     auto dialog = OpenDialog();
     Choose(*dialog, "cboShareRounding", "100");
     In<QPushButton>(*dialog, "cmdApply").click();
-    EXPECT_NE(dialog->result(), QDialog::Accepted); // Apply keeps the dialog open
+    EXPECT_NE(dialog->result(), QDialog::Accepted);   // Apply keeps the dialog open
     EXPECT_EQ(Cell(Stocks(), 0, stkOrderQty), "200"); // 1.5 lots round up to 2
     EXPECT_EQ(Cell(Stocks(), 2, stkOrderQty), "300"); // NVDA 200 x 1.5: whole lots already
     EXPECT_EQ(Stored("Rounding", "ShareRounding"), "100");
