@@ -93,7 +93,7 @@ TEST_F(MainScreen, MenusHaveTheirCaptionsAndOnlyBuiltScreensAreEnabled) {
         {"mnuFileSaveAs", "Save As...", true},
         {"mnuExit", "E&xit", true},
         {"mnuEditPaste", "Paste", false},
-        {"mnuGeneralSettings", "General Settings...", false},
+        {"mnuGeneralSettings", "General Settings...", true},
         {"mnuAccounts", "&Accounts...", true},
         {"mnuBaskets", "&Baskets...", true},
         {"mnuDestinations", "&Destinations...", true},
