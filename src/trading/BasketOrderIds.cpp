@@ -13,6 +13,17 @@ std::string BasketMemo(std::string_view basketName, int16_t basketSeq) {
     return memo;
 }
 
+std::string BasketIdOf(std::string_view basketName) {
+    std::string id;
+    id.reserve(basketName.size());
+    for (const char c : basketName) {
+        if (c != '-') {
+            id += c;
+        }
+    }
+    return id;
+}
+
 std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
                             int16_t orderSeq) {
     std::string id(account);

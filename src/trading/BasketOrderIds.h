@@ -10,6 +10,10 @@ namespace wicker {
 /// Memo that marks an order as one of a basket send: name-send-/bskt ("Tech10-57-/bskt").
 std::string BasketMemo(std::string_view basketName, int16_t basketSeq);
 
+/// The id by which a basket's orders come back: its name without dashes, as the memo's
+/// pieces before the send number are joined.
+std::string BasketIdOf(std::string_view basketName);
+
 /// Client order id account-yyyymmdd-send-order ("ACCT01-20240315-57-3"); `yyyymmdd` is
 /// today's date as FormatYyyymmdd gives it.
 std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,

@@ -5,6 +5,7 @@
 #include "storage/BasketDatabase.h"
 #include "trading/BasketCalculation.h"
 #include "trading/BasketIndexValue.h"
+#include "trading/BasketOrderIds.h"
 #include "trading/FieldSpinners.h"
 
 #include <exception>
@@ -133,9 +134,24 @@ Database& TradingDesk::db() {
 }
 
 void TradingDesk::Changed(uint32_t parts) {
+    // Which sends lvBaskets shows follows the loaded basket as well as the orders.
+    if (parts & (ScreenPart::BasketName | ScreenPart::BasketTotals)) {
+        FilterBasketTotals();
+        parts |= ScreenPart::BasketTotals;
+    }
     if (m_screenChanged && parts != 0) {
         m_screenChanged(parts);
     }
+}
+
+void TradingDesk::FilterBasketTotals() {
+    const bool basketLoaded = m_currentBasketNum >= 0 || m_stocks.Count() > 0;
+    std::optional<std::string> basketId;
+    if (basketLoaded && !m_settings.basketInfoShowAll) {
+        basketId = BasketIdOf(m_currentBasketName);
+    }
+    m_shownTotals =
+        wicker::FilterBasketTotals(m_tracker.Rows(), m_tracker.BasketListLines(), basketId);
 }
 
 void TradingDesk::RunGuarded(const std::function<void()>& work) {
@@ -452,7 +468,7 @@ bool TradingDesk::Timer1sec() {
 
 void TradingDesk::Timer2sec() {
     m_tracker.UpdateLiveColumns();
-    if (!m_tracker.BasketListLines().empty()) {
+    if (!m_tracker.Rows().empty()) {
         Changed(ScreenPart::BasketTotals);
     }
 }

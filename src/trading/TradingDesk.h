@@ -12,6 +12,7 @@
 #include "trading/BasketCancel.h"
 #include "trading/BasketExecution.h"
 #include "trading/BasketIndexes.h"
+#include "trading/BasketTotalsFilter.h"
 #include "trading/IniSequenceStore.h"
 #include "trading/MainLineEntry.h"
 #include "trading/MainScreenQueries.h"
@@ -228,9 +229,12 @@ public:
     bool PlatformOnline() const { return m_platformOnline; }
     const std::string& PlatformStatusText() const { return m_platformStatus; }
     bool PlatformClosed() const { return m_events.PlatformClosed(); }
-    const std::vector<BasketListLine>& BasketListLines() const {
-        return m_tracker.BasketListLines();
-    }
+    /// lvBaskets: the sends of the loaded basket, or of every basket when "ShowAll" is set
+    /// or no basket is loaded. The tracker keeps them all.
+    const std::vector<BasketListLine>& BasketListLines() const { return m_shownTotals.lines; }
+    /// What lvBaskets leaves out, for the line above it; empty when it shows every send.
+    std::string HiddenSendsText() const { return wicker::HiddenSendsText(m_shownTotals); }
+    bool OpenSendsHidden() const { return m_shownTotals.hiddenOpenSends > 0; }
     const std::vector<float>& LineNotional() const { return m_lineNotional; }
 
     Settings& settings() { return m_settings; }
@@ -248,6 +252,7 @@ public:
 private:
     void Step(const char* name) { m_startupSteps.emplace_back(name); }
     void Changed(uint32_t parts);
+    void FilterBasketTotals();
     void ClearBasket();
     void ReadAccountList();
     void Recalculate();
@@ -298,6 +303,7 @@ private:
     std::array<QuickLoadButton, QuickLoadButtonCount> m_quickLoad{};
     std::array<bool, OrderButtonCount> m_orderButtons{};
     std::vector<float> m_lineNotional;
+    ShownBasketTotals m_shownTotals;
     std::string m_statusNotional = "0.00";
     bool m_platformOnline = false;
     std::string m_platformStatus;

@@ -44,6 +44,14 @@ TEST(BasketOrderIds, MemoParsing) {
     }
 }
 
+TEST(BasketOrderIds, BasketIdOfANameIsTheIdItsMemoGivesBack) {
+    for (const char* name : {"Tech", "Tech-10", "-a--b-", "Oil & Gas", "x"}) {
+        const auto parsed = ParseBasketMemo(BasketMemo(name, 12));
+        ASSERT_TRUE(parsed) << name;
+        EXPECT_EQ(BasketIdOf(name), parsed->basketId) << name;
+    }
+}
+
 TEST(BasketOrderIds, SendNumberThatIsNoNumberIsAConversionError) {
     try {
         ParseBasketMemo("A-x-/bskt");

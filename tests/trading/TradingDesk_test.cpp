@@ -341,8 +341,70 @@ TEST_F(TradingDeskTest, OrderSymbolsStayRegisteredAndFeedTheIndex) {
     q.LastPrice = 10;
     d.OnQVXQuoteUpdate(q);
     d.Timer2sec();
-    EXPECT_EQ(d.BasketListLines()[0][colIndex], "20.0000"); // 4 x 10 / 2
-    EXPECT_EQ(d.BasketListLines()[0][colSide], "Buy");
+    EXPECT_EQ(d.Tracker().BasketListLines()[0][colIndex], "20.0000"); // 4 x 10 / 2
+    EXPECT_EQ(d.Tracker().BasketListLines()[0][colSide], "Buy");
+}
+
+TEST_F(TradingDeskTest, BasketTotalsShowTheLoadedBasketsSendsUnlessShowAllIsSet) {
+    Prepare({Basket("Tech-10"), Basket("Oil"), Line(1, "IBM", "100"), Line(2, "XOM", "10")});
+    TradingDesk& d = Start();
+    const auto order = [&](int32_t id, const std::string& memo, int32_t leaves) {
+        QVXOrderStruct u;
+        u.OrderRecordId = id;
+        u.Memo = memo;
+        u.Symbol = "IBM";
+        u.Side = "B";
+        u.Quantity = 100;
+        u.LvsQuantity = leaves;
+        d.OnQVXOrderUpdate(u);
+    };
+    order(1, "Tech-10-1-/bskt", 0);
+    order(2, "Oil-2-/bskt", 100);
+    order(3, "Oil-3-/bskt", 0);
+    order(4, "Tech-10-4-/bskt", 100);
+    ASSERT_TRUE(d.Timer1sec());
+    const auto sends = [&] {
+        Strings out;
+        for (const BasketListLine& line : d.BasketListLines()) {
+            out.push_back(line[colBasketNum]);
+        }
+        return out;
+    };
+    // Nothing loaded yet: every send.
+    EXPECT_EQ(sends(), (Strings{"1", "2", "3", "4"}));
+    EXPECT_EQ(d.HiddenSendsText(), "");
+
+    changed = 0;
+    d.LoadBasketByName("Tech-10");
+    EXPECT_TRUE(changed & ScreenPart::BasketTotals) << "the list follows the loaded basket";
+    EXPECT_EQ(sends(), (Strings{"1", "4"}));
+    EXPECT_EQ(d.HiddenSendsText(),
+              "2 sends of other baskets are not shown, 1 of them with open orders "
+              "(View > General Settings... > show all baskets).");
+    EXPECT_TRUE(d.OpenSendsHidden());
+    EXPECT_EQ(d.Tracker().BasketListLines().size(), 4u) << "the tracker keeps every send";
+
+    d.LoadBasketByName("Oil");
+    EXPECT_EQ(sends(), (Strings{"2", "3"}));
+    // Cancelling the only open hidden send leaves nothing open out of sight.
+    order(4, "Tech-10-4-/bskt", 0);
+    d.Timer1sec();
+    EXPECT_EQ(d.HiddenSendsText(),
+              "2 sends of other baskets are not shown (View > General Settings... > show all "
+              "baskets).");
+    EXPECT_FALSE(d.OpenSendsHidden());
+
+    changed = 0;
+    d.settings().basketInfoShowAll = true;
+    d.SettingsEdited();
+    EXPECT_TRUE(changed & ScreenPart::BasketTotals);
+    EXPECT_EQ(sends(), (Strings{"1", "2", "3", "4"}));
+    EXPECT_EQ(d.HiddenSendsText(), "");
+
+    d.settings().basketInfoShowAll = false;
+    d.SettingsEdited();
+    d.NewBasket();
+    EXPECT_EQ(sends(), (Strings{"1", "2", "3", "4"})) << "an empty new basket hides nothing";
 }
 
 TEST_F(TradingDeskTest, PlatformShutdownClosesTheScreen) {

@@ -193,8 +193,8 @@ QWidget* frmGeneralSettings::BuildDisplayPage() {
     auto* v = new QVBoxLayout(page);
     m_chkBasketButtons = MakeCheck(page, "chkBasketButtons", "Show the basket buttons");
     m_chkBasketInfo = MakeCheck(page, "chkBasketInfo", "Show the basket totals list");
-    m_chkShowAll =
-        MakeCheck(page, "chkShowAll", "Show all baskets in the totals list, not only the current");
+    m_chkShowAll = MakeCheck(page, "chkShowAll",
+                             "Show all baskets in the totals list, not only the loaded one");
     for (QCheckBox* c : {m_chkBasketButtons, m_chkBasketInfo, m_chkShowAll}) {
         v->addWidget(c);
     }

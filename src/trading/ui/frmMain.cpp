@@ -148,6 +148,10 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     auto* lowerColumn = new QVBoxLayout(lower);
     lowerColumn->setContentsMargins(0, 0, 0, 0);
     lowerColumn->addWidget(BuildOrderButtons());
+    m_lblHiddenSends = new QLabel(lower);
+    m_lblHiddenSends->setObjectName(QStringLiteral("lblHiddenSends"));
+    m_lblHiddenSends->hide();
+    lowerColumn->addWidget(m_lblHiddenSends);
     lowerColumn->addWidget(m_lvBaskets, 1);
 
     // The two lists share the height the window gives them; the trader can move the border.
@@ -520,10 +524,23 @@ void frmMain::Refresh(uint32_t parts) {
     }
     if (parts & ScreenPart::BasketTotals) {
         m_basketModel->setLines(m_desk.BasketListLines());
+        ShowHiddenSends();
     }
     if (parts & ScreenPart::Fields) {
         FillFields();
     }
+}
+
+void frmMain::ShowHiddenSends() {
+    const QString text = Q(m_desk.HiddenSendsText());
+    if (m_lblHiddenSends->text() != text) {
+        m_lblHiddenSends->setText(text);
+        // Open orders out of sight are a risk: say so in red.
+        m_lblHiddenSends->setStyleSheet(m_desk.OpenSendsHidden()
+                                            ? QStringLiteral("color: #b00000; font-weight: bold;")
+                                            : QString());
+    }
+    m_lblHiddenSends->setVisible(!text.isEmpty() && m_desk.settings().basketInfoDisplay);
 }
 
 void frmMain::FillBasketList() {
@@ -621,6 +638,7 @@ void frmMain::ApplyButtonDisplay() {
     }
     LayOutOrderButtons();
     m_lvBaskets->setVisible(s.basketInfoDisplay);
+    ShowHiddenSends();
     m_quickLoadBox->setVisible(s.basketButtons);
 }
 

@@ -87,6 +87,7 @@ private:
     /// Writes back the parts of the screen the desk says changed (ScreenPart bits).
     void Refresh(uint32_t parts);
     void FillBasketList();
+    void ShowHiddenSends();
     void FillQuickLoadButtons();
     void FillAccounts();
     void FillFields();
@@ -120,6 +121,7 @@ private:
 
     QTableView* m_lvStocks = nullptr;
     QTableView* m_lvBaskets = nullptr;
+    QLabel* m_lblHiddenSends = nullptr; ///< what lvBaskets leaves out
     QListWidget* m_lstBaskets = nullptr;
     std::array<QPushButton*, QuickLoadButtonCount> m_cmdLoad{};
     std::array<QPushButton*, ExecuteButtonCount> m_cmdExecute{};

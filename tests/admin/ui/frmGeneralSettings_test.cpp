@@ -3,6 +3,7 @@
 
 #include "admin/ui/frmGeneralSettings.h"
 #include "storage/clsIniFile.h"
+#include "trading/OrderRow.h"
 #include "trading/StockList.h"
 #include "trading/ui/MainScreenFixture.h"
 
@@ -148,6 +149,33 @@ TEST_F(GeneralSettingsScreen, RoundingTo100RecalculatesTheLoadedBasket) {
     EXPECT_EQ(Cell(Stocks(), 2, stkOrderQty), "300"); // NVDA 200 x 1.5: whole lots already
     EXPECT_EQ(Stored("Rounding", "ShareRounding"), "100");
     EXPECT_EQ(desk->settings().shareRounding, 100);
+}
+
+TEST_F(GeneralSettingsScreen, ShowAllBringsBackTheSendsOfOtherBaskets) {
+    Ini("[OptionalButtons]\r\nMOC=1\r\n");
+    Open();
+    ChooseAccount();
+    Click("cmdLoad_1");
+    Run(1s);
+    Click("cmdExecuteBasket_12"); // BUY MOC: rests through the test
+    Run(2s);
+    ASSERT_EQ(Rows(Baskets()), 1);
+    const auto& hint = Find<QLabel>("lblHiddenSends");
+    EXPECT_TRUE(hint.isHidden());
+
+    desk->LoadBasketByName("Dow3");
+    EXPECT_EQ(Rows(Baskets()), 0) << "only the loaded basket's sends by default";
+    EXPECT_FALSE(hint.isHidden());
+    EXPECT_TRUE(hint.text().contains(QStringLiteral("1 of them with open orders")))
+        << hint.text().toStdString();
+
+    auto dialog = OpenDialog();
+    In<QCheckBox>(*dialog, "chkShowAll").setChecked(true);
+    In<QPushButton>(*dialog, "cmdOK").click();
+    EXPECT_EQ(Stored("BasketInfo", "ShowAll"), "1");
+    ASSERT_EQ(Rows(Baskets()), 1);
+    EXPECT_EQ(Cell(Baskets(), 0, colBasket), "Tech10");
+    EXPECT_TRUE(hint.isHidden());
 }
 
 TEST_F(GeneralSettingsScreen, ColoursAreChosenSavedAndSetBackByDefault) {
