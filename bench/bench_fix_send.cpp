@@ -25,15 +25,15 @@ using namespace wicker;
 constexpr int Lines = 5000;
 constexpr int Rounds = 9;
 
-FixOrderTicket Ticket(const std::string& prefix, int i) {
-    FixOrderTicket t;
+OrderTicket Ticket(const std::string& prefix, int i) {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = i % 2 == 0 ? "BUY" : "S";
     t.symbol = "S" + std::to_string(i % 500);
     t.quantity = 100 * (1 + i % 5);
     t.lmtPrice = i % 2 == 0 ? 1.01 : 9999.99; // far from the market: the orders rest
     t.priceType = 5;
-    t.clOrdID = prefix + std::to_string(i + 1);
+    t.clOrderID = prefix + std::to_string(i + 1);
     t.tif = "D";
     t.destination = "NASDAQ";
     t.memo = "Bench-1-/bskt";
@@ -133,14 +133,14 @@ std::optional<double> WickerRound(int port, const std::filesystem::path& folder,
     for (int i = 0; i < 1000 && !gateway.isLoggedOn(); ++i) {
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     }
-    std::vector<FixOrderTicket> tickets;
+    std::vector<OrderTicket> tickets;
     tickets.reserve(Lines);
     for (int i = 0; i < Lines; ++i) {
         tickets.push_back(Ticket("W" + std::to_string(round) + "-", i));
     }
     events.expect(Lines);
     const auto start = std::chrono::steady_clock::now();
-    for (const FixOrderTicket& t : tickets) {
+    for (const OrderTicket& t : tickets) {
         if (gateway.SubmitOrder(t) <= 0) {
             return std::nullopt;
         }

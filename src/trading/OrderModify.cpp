@@ -2,6 +2,7 @@
 
 #include "common/Conversions.h"
 #include "common/Text.h"
+#include "platform/OrderTicket.h"
 #include "trading/OrderSummary.h"
 #include "trading/SubmitErrors.h"
 
@@ -15,8 +16,9 @@ namespace {
 constexpr const char* kTitle = "Modify Order";
 
 std::string TermsText(const OrderTerms& terms) {
-    return std::to_string(terms.quantity) +
-           (terms.priceType == 5 ? " @ " + NumberText(terms.price) : std::string(" MKT"));
+    return std::to_string(terms.quantity) + (terms.priceType == OrderPriceType::Limit
+                                                 ? " @ " + NumberText(terms.price)
+                                                 : std::string(" MKT"));
 }
 
 std::string CurrentTermsText(const OrderUpdate& order) {

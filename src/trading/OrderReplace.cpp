@@ -1,12 +1,11 @@
 #include "trading/OrderReplace.h"
 
+#include "platform/OrderTicket.h"
 #include "trading/ExecutionButtons.h"
 
 namespace wicker {
 
 namespace {
-
-constexpr int32_t kLimit = 5;
 
 /// The journal keeps a one-letter TIF; a platform that reports the word gets its code.
 std::string TifLetter(const std::string& tif) {
@@ -17,7 +16,7 @@ std::string TifLetter(const std::string& tif) {
 
 bool SameTerms(const OrderUpdate& order, const OrderTerms& terms) {
     return order.m_nQuantity == terms.quantity && order.m_nPriceType == terms.priceType &&
-           (terms.priceType != kLimit || order.m_fLmtPrice == terms.price);
+           (terms.priceType != OrderPriceType::Limit || order.m_fLmtPrice == terms.price);
 }
 
 OrderReplace::OrderReplace(const OrderTracker& tracker, QVXOrderMaintenance& maintenance,
@@ -51,7 +50,7 @@ ReplaceAttempt OrderReplace::Replace(size_t orderIndex, const OrderTerms& terms)
         attempt.status = ReplaceAttempt::Status::NoId;
         return attempt;
     }
-    const bool limit = terms.priceType == kLimit;
+    const bool limit = terms.priceType == OrderPriceType::Limit;
     JournalEntry entry;
     entry.sent = m_clock.localNow();
     entry.clOrderId = attempt.clOrderId;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Clock.h"
+#include "platform/OrderTicket.h"
 #include "platform/QVXOrderMaintenance.h"
 #include "storage/Database.h"
 #include "trading/ModifyClOrderIds.h"
@@ -15,9 +16,9 @@ namespace wicker {
 
 /// New terms for one tracked order.
 struct OrderTerms {
-    int32_t quantity = 0;  ///< total, fills included
-    int32_t priceType = 5; ///< 1 market, 2 market-on-close, 5 limit
-    double price = 0;      ///< limit price; ignored otherwise
+    int32_t quantity = 0; ///< total, fills included
+    int32_t priceType = OrderPriceType::Limit;
+    double price = 0; ///< limit price; ignored otherwise
 };
 
 /// What one replace did.

@@ -231,14 +231,14 @@ TEST(ExchangeReplaceRestart, ReplacedOrderIsKnownByItsNewIdAfterARestart) {
     FixGateway g(s, dir / "wicker", clock, events);
     ASSERT_TRUE(g.start().ok());
     ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
-    FixOrderTicket t;
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "B";
     t.symbol = "IBM";
     t.quantity = 300;
     t.lmtPrice = 1;
     t.priceType = 5;
-    t.clOrdID = "R-1";
+    t.clOrderID = "R-1";
     t.tif = "D";
     const int32_t id = g.SubmitOrder(t);
     ASSERT_TRUE(

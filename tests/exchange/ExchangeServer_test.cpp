@@ -51,16 +51,16 @@ ExchangeOptions Options(const test::TempDir& dir) {
     return o;
 }
 
-FixOrderTicket Ticket(const std::string& id, const std::string& side, int32_t priceType,
-                      double price, int32_t qty = 300, const std::string& symbol = "IBM") {
-    FixOrderTicket t;
+OrderTicket Ticket(const std::string& id, const std::string& side, int32_t priceType, double price,
+                   int32_t qty = 300, const std::string& symbol = "IBM") {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = side;
     t.symbol = symbol;
     t.quantity = qty;
     t.lmtPrice = price;
     t.priceType = priceType;
-    t.clOrdID = id;
+    t.clOrderID = id;
     t.tif = "D";
     t.memo = "B-1-/bskt";
     return t;
@@ -165,7 +165,7 @@ TEST_F(ExchangeServerTest, RefusedOrdersComeBackAsRejectsWithTheirReason) {
 TEST_F(ExchangeServerTest, JournalHoldsEveryOrderWithItsTags) {
     RunningExchange exchange(Options(dir));
     auto g = Connect(exchange.port());
-    FixOrderTicket t = Ticket("J-1", "T", 2, 0, 500, "MSFT");
+    OrderTicket t = Ticket("J-1", "T", 2, 0, 500, "MSFT");
     t.destination = "NYSE";
     g->SubmitOrder(t);
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !events.updates().empty(); }));

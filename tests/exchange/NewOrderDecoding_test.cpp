@@ -6,15 +6,15 @@
 namespace wicker {
 namespace {
 
-FixOrderTicket Ticket(const std::string& side, int32_t priceType, const std::string& tif) {
-    FixOrderTicket t;
+OrderTicket Ticket(const std::string& side, int32_t priceType, const std::string& tif) {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = side;
     t.symbol = "IBM";
     t.quantity = 300;
     t.lmtPrice = 10.25;
     t.priceType = priceType;
-    t.clOrdID = "ACCT01-20240315-57-1";
+    t.clOrderID = "ACCT01-20240315-57-1";
     t.tif = tif;
     t.destination = "NASDAQ";
     return t;

@@ -4,8 +4,8 @@
 // program wires it to its platform: gateway events go through one queue and reach order
 // tracking only when the "UI thread" (the test) pumps it.
 
+#include "platform/TicketOrder.h"
 #include "platform/fix/FixGateway.h"
-#include "platform/fix/FixOrder.h"
 #include "platform/fix/FixPlatformRecords.h"
 #include "trading/BasketCancel.h"
 #include "trading/BasketExecution.h"
@@ -72,7 +72,7 @@ class GatewayOrders : public QVXOrderFactory, public QVXOrderMaintenance {
 public:
     explicit GatewayOrders(FixGateway& gateway) : m_gateway(gateway) {}
     std::unique_ptr<QVXOrder> CreateOrder() override {
-        return std::make_unique<FixOrder>([this](const FixOrderTicket& t) {
+        return std::make_unique<TicketOrder>([this](const OrderTicket& t) {
             if (m_beforeSubmit) {
                 m_beforeSubmit();
             }

@@ -90,11 +90,11 @@ bool FixGateway::isLoggedOn() const {
     return m_engine && m_engine->isLoggedOn();
 }
 
-void FixGateway::setPreTradeCheck(std::function<int32_t(const FixOrderTicket&)> check) {
+void FixGateway::setPreTradeCheck(std::function<int32_t(const OrderTicket&)> check) {
     m_preTradeCheck = std::move(check);
 }
 
-int32_t FixGateway::SubmitOrder(const FixOrderTicket& ticket) {
+int32_t FixGateway::SubmitOrder(const OrderTicket& ticket) {
     NewOrderSingleOrRefusal built = BuildNewOrderSingle(ticket, m_profile, m_clock);
     if (built.refusal != 0) {
         return built.refusal;
@@ -108,7 +108,7 @@ int32_t FixGateway::SubmitOrder(const FixOrderTicket& ticket) {
         return OfflineRejectReason;
     }
     FixOrderState order;
-    order.clOrdID = ticket.clOrdID;
+    order.clOrdID = ticket.clOrderID;
     order.account = ticket.account;
     order.side = ticket.side;
     order.symbol = ticket.symbol;
@@ -124,7 +124,7 @@ int32_t FixGateway::SubmitOrder(const FixOrderTicket& ticket) {
     {
         std::lock_guard lock(m_sendMutex);
         if (m_journal) {
-            m_journal->append(ticket.clOrdID, ticket.memo);
+            m_journal->append(ticket.clOrderID, ticket.memo);
             m_journalDirty = true;
         }
         m_window.push(std::move(built.message));
@@ -185,14 +185,14 @@ int32_t FixGateway::ReplaceOrder(const std::string& clOrdID, int32_t orderRecord
         std::lock_guard lock(m_sendMutex);
         newID = order->clOrdID + "-R" + std::to_string(++m_replaceCount);
     }
-    FixOrderTicket t;
+    OrderTicket t;
     t.account = order->account;
     t.side = order->side;
     t.symbol = order->symbol;
     t.quantity = change.quantity;
     t.lmtPrice = change.lmtPrice;
     t.priceType = change.priceType;
-    t.clOrdID = newID;
+    t.clOrderID = newID;
     t.tif = order->tif;
     t.destination = order->destination;
     t.maxFloor = order->maxFloor;

@@ -59,11 +59,11 @@ public:
     /// The checks the platform makes of every order besides its fields (destination not
     /// enabled -7, exposure limit -8, ...): 0 to let it pass, else the refusal. Set it on
     /// the thread that submits orders.
-    void setPreTradeCheck(std::function<int32_t(const FixOrderTicket&)> check);
+    void setPreTradeCheck(std::function<int32_t(const OrderTicket&)> check);
     /// Local checks (-1 account, -2 side, -3 quantity, -4 symbol, -5 price type, -6 TIF),
     /// then the pre-trade check, then -16 when the session is not logged on; otherwise the
     /// order is queued for the wire and its record id (> 0) returned.
-    int32_t SubmitOrder(const FixOrderTicket& ticket);
+    int32_t SubmitOrder(const OrderTicket& ticket);
     /// Sends OrderCancelRequest for the order with this record id (or, failing that, this
     /// ClOrdID). 0 when queued; -16 offline; -4 when the order is not known.
     int32_t CancelOrder(const std::string& clOrdID, int32_t orderRecordId);
@@ -106,7 +106,7 @@ private:
     const Clock& m_clock;
     FixGatewayEvents& m_events;
     FixOrderProfile m_profile;
-    std::function<int32_t(const FixOrderTicket&)> m_preTradeCheck;
+    std::function<int32_t(const OrderTicket&)> m_preTradeCheck;
     FixOrderBook m_book;
     std::optional<MemoJournal> m_journal;
     std::unique_ptr<FixInitiator> m_engine;

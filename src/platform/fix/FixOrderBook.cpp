@@ -1,5 +1,6 @@
 #include "platform/fix/FixOrderBook.h"
 
+#include "platform/OrderTicket.h"
 #include "platform/fix/FixNumbers.h"
 #include "platform/fix/FixOrderMapping.h"
 
@@ -349,11 +350,10 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     }
     if (replaceAnswer && !stillPending) {
         // The replace took effect: the order goes on under the new id and terms.
-        constexpr int32_t kLimit = 5;
         if (const auto it = m_replaces.find(clOrdID); it != m_replaces.end()) {
             const FixOrderChange& c = it->second;
             o.priceType = c.priceType;
-            o.lmtPrice = c.priceType == kLimit ? n.price.value_or(c.lmtPrice) : 0.0;
+            o.lmtPrice = c.priceType == OrderPriceType::Limit ? n.price.value_or(c.lmtPrice) : 0.0;
             if (!n.quantity) {
                 o.quantity = c.quantity;
             }

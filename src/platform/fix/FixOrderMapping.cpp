@@ -1,6 +1,7 @@
 #include "platform/fix/FixOrderMapping.h"
 
 #include "common/Text.h"
+#include "platform/OrderTicket.h"
 
 #include <array>
 #include <charconv>
@@ -154,7 +155,8 @@ OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double
                            FixVersion version, const TifProfile& profile) {
     constexpr int BadPriceType = -5;
     constexpr int BadTif = -6;
-    if (priceType != 1 && priceType != 2 && priceType != 5) {
+    if (priceType != OrderPriceType::Market && priceType != OrderPriceType::MarketOnClose &&
+        priceType != OrderPriceType::Limit) {
         return {BadPriceType, {}};
     }
     std::optional<std::vector<FixField>> tif = TifFields(tifLetter, profile);
@@ -163,14 +165,14 @@ OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double
     }
     OrderTypeTags out;
     switch (priceType) {
-    case 5:
+    case OrderPriceType::Limit:
         if (!std::isfinite(limitPrice)) {
             return {BadPriceType, {}};
         }
         out.fields.push_back({40, "2"});
         out.fields.push_back({44, FormatFixPrice(limitPrice)});
         break;
-    case 2:
+    case OrderPriceType::MarketOnClose:
         if (version == FixVersion::Fix44) {
             out.fields.push_back({40, "1"});
             SetTimeInForce(*tif, "7");

@@ -1,7 +1,7 @@
 #include "platform/fix/FixPlatform.h"
 
 #include "platform/PlatformKeys.h"
-#include "platform/fix/FixOrder.h"
+#include "platform/TicketOrder.h"
 #include "platform/fix/FixPlatformRecords.h"
 
 namespace wicker {
@@ -10,7 +10,7 @@ FixPlatform::FixPlatform(FixPlatformSettings settings, PreTradeLimits limits,
                          std::filesystem::path folder, const Clock& clock)
     : m_settings(settings), m_limits(std::move(limits)),
       m_gateway(std::move(settings), std::move(folder), clock, *this) {
-    m_gateway.setPreTradeCheck([this](const FixOrderTicket& t) { return CheckLimits(t); });
+    m_gateway.setPreTradeCheck([this](const OrderTicket& t) { return CheckLimits(t); });
 }
 
 FixPlatform::~FixPlatform() {
@@ -36,8 +36,8 @@ void FixPlatform::Stop() {
 }
 
 std::unique_ptr<QVXOrder> FixPlatform::CreateOrder() {
-    return std::make_unique<FixOrder>(
-        [this](const FixOrderTicket& t) { return m_gateway.SubmitOrder(t); });
+    return std::make_unique<TicketOrder>(
+        [this](const OrderTicket& t) { return m_gateway.SubmitOrder(t); });
 }
 
 void FixPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordId,
@@ -89,10 +89,9 @@ void FixPlatform::onSessionStatus(bool loggedOn, const std::string& text) {
     m_events.push(PlatformEventQueue::Status{loggedOn, text});
 }
 
-int32_t FixPlatform::CheckLimits(const FixOrderTicket& t) const {
-    constexpr int32_t kLimit = 5;
+int32_t FixPlatform::CheckLimits(const OrderTicket& t) const {
     double price = 0;
-    if (t.priceType == kLimit) {
+    if (t.priceType == OrderPriceType::Limit) {
         price = t.lmtPrice;
     } else {
         std::lock_guard lock(m_priceMutex);

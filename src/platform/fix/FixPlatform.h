@@ -47,7 +47,7 @@ private:
     void onSessionStatus(bool loggedOn, const std::string& text) override;
 
     /// -7 / -8 for an order, with the last price seen for a market order.
-    int32_t CheckLimits(const FixOrderTicket& ticket) const;
+    int32_t CheckLimits(const OrderTicket& ticket) const;
 
     FixPlatformSettings m_settings;
     PreTradeLimits m_limits;

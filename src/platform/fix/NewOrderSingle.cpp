@@ -38,7 +38,7 @@ std::string FixTimestamp(Clock::TimePoint t) {
     return out;
 }
 
-NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOrderProfile& p,
+NewOrderSingleOrRefusal BuildNewOrderSingle(const OrderTicket& t, const FixOrderProfile& p,
                                             const Clock& clock) {
     if (t.account.empty()) {
         return {-1, {}};
@@ -62,7 +62,7 @@ NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOr
     m.msgType = "D";
     m.fields.reserve(16);
     m.add(1, t.account);
-    m.add(11, t.clOrdID);
+    m.add(11, t.clOrderID);
     m.add(21, p.handlInst);
     m.add(38, std::to_string(t.quantity));
     m.add(54, *side);
@@ -81,16 +81,16 @@ NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& t, const FixOr
     return out;
 }
 
-NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
+NewOrderSingleOrRefusal BuildReplaceRequest(const OrderTicket& ticket,
                                             const std::string& origClOrdID,
                                             const std::string& orderID,
                                             const FixOrderProfile& profile, const Clock& clock) {
-    if (origClOrdID.empty() || ticket.clOrdID.empty()) {
+    if (origClOrdID.empty() || ticket.clOrderID.empty()) {
         return {kReplaceOrderNotOpen, {}};
     }
     // Buy minus appears only on reports of orders sent by other means.
     const bool buyMinus = ticket.side == "M";
-    FixOrderTicket t = ticket;
+    OrderTicket t = ticket;
     if (buyMinus) {
         t.side = "B";
     }
@@ -99,8 +99,7 @@ NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
         return out;
     }
     // A limit changed to no price is a slip of the keyboard, never an intent.
-    constexpr int32_t kLimit = 5;
-    if (t.priceType == kLimit && !(t.lmtPrice > 0)) {
+    if (t.priceType == OrderPriceType::Limit && !(t.lmtPrice > 0)) {
         return {-5, {}};
     }
     FixMessage& m = out.message;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Clock.h"
+#include "platform/OrderTicket.h"
 #include "platform/fix/FixOrderMapping.h"
 #include "platform/fix/engine/FixWire.h"
 
@@ -9,21 +10,6 @@
 #include <string>
 
 namespace wicker {
-
-/// The properties of an order as the screen sets them.
-struct FixOrderTicket {
-    std::string account;
-    std::string side; ///< "BUY", "B", "S", "T"
-    std::string symbol;
-    int32_t quantity = 0;
-    double lmtPrice = 0;
-    int32_t priceType = 0; ///< 1 market (and market-on-open), 2 market-on-close, 5 limit
-    std::string clOrdID;
-    std::string tif; ///< TIF letter
-    std::string destination;
-    int32_t maxFloor = 0;
-    std::string memo;
-};
 
 /// How this broker wants its orders.
 struct FixOrderProfile {
@@ -40,7 +26,7 @@ struct NewOrderSingleOrRefusal {
     FixMessage message;
 };
 
-NewOrderSingleOrRefusal BuildNewOrderSingle(const FixOrderTicket& ticket,
+NewOrderSingleOrRefusal BuildNewOrderSingle(const OrderTicket& ticket,
                                             const FixOrderProfile& profile, const Clock& clock);
 /// OrderCancelRequest(F) for an order; nothing when its side or id is not known.
 std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
@@ -48,12 +34,12 @@ std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
                                              const std::string& orderID, const std::string& side,
                                              const std::string& symbol, int32_t quantity,
                                              const Clock& clock);
-/// OrderCancelReplaceRequest(G): `ticket` is the order as it is to stand, its clOrdID the
+/// OrderCancelReplaceRequest(G): `ticket` is the order as it is to stand, its clOrderID the
 /// replacing id; the replaced order is named by OrigClOrdID(41) (its latest accepted id) and
 /// OrderID(37) when the broker gave one. Every order field goes out again, mapped as for a
 /// NewOrderSingle, and is refused with the same codes (-1 to -6; a limit also needs a
 /// positive price); nothing goes out without both ids (kReplaceOrderNotOpen).
-NewOrderSingleOrRefusal BuildReplaceRequest(const FixOrderTicket& ticket,
+NewOrderSingleOrRefusal BuildReplaceRequest(const OrderTicket& ticket,
                                             const std::string& origClOrdID,
                                             const std::string& orderID,
                                             const FixOrderProfile& profile, const Clock& clock);

@@ -12,9 +12,9 @@ namespace {
 
 std::string PriceTypeText(int32_t priceType, bool onOpen) {
     switch (priceType) {
-    case SimPriceType::Market:
+    case OrderPriceType::Market:
         return onOpen ? "MOO" : "MKT";
-    case SimPriceType::MarketOnClose:
+    case OrderPriceType::MarketOnClose:
         return "MOC";
     default:
         return "LMT";
@@ -43,11 +43,11 @@ bool SimOrderBook::Order::knows(const std::string& clOrderId) const {
            std::find(formerIds.begin(), formerIds.end(), clOrderId) != formerIds.end();
 }
 
-SimOrderBook::Kind SimOrderBook::KindOf(const SimOrderTicket& ticket) {
-    if (ticket.priceType == SimPriceType::Limit) {
+SimOrderBook::Kind SimOrderBook::KindOf(const OrderTicket& ticket) {
+    if (ticket.priceType == OrderPriceType::Limit) {
         return Kind::Limit;
     }
-    if (ticket.priceType == SimPriceType::MarketOnClose) {
+    if (ticket.priceType == OrderPriceType::MarketOnClose) {
         return Kind::OnClose;
     }
     return ticket.tif == "O" ? Kind::OnOpen : Kind::Market;
@@ -57,16 +57,16 @@ SimOrderBook::SimOrderBook(const SimSettings& settings, SimMarket& market,
                            PlatformEventQueue& events, Clock::TimePoint origin)
     : m_settings(settings), m_market(market), m_events(events), m_origin(origin) {}
 
-int32_t SimOrderBook::Refusal(const SimOrderTicket& t, size_t instrument) const {
+int32_t SimOrderBook::Refusal(const OrderTicket& t, size_t instrument) const {
     const SimQuoteState& s = m_market.instrument(instrument).state();
     const bool buy = SimSideCode(t.side) == "B";
     // The exposure of a market order is judged at the price it would trade at now.
     const double price =
-        t.priceType == SimPriceType::Limit ? t.lmtPrice : SimToDollars(buy ? s.ask : s.bid);
+        t.priceType == OrderPriceType::Limit ? t.lmtPrice : SimToDollars(buy ? s.ask : s.bid);
     return CheckPreTradeLimits(m_settings.limits, t.destination, t.quantity, price);
 }
 
-int32_t SimOrderBook::submit(const SimOrderTicket& ticket, int64_t nowUs) {
+int32_t SimOrderBook::submit(const OrderTicket& ticket, int64_t nowUs) {
     if (const int32_t code = CheckSimOrderFields(ticket); code != 0) {
         return code;
     }
@@ -80,7 +80,7 @@ int32_t SimOrderBook::submit(const SimOrderTicket& ticket, int64_t nowUs) {
     return recordId;
 }
 
-SimOrderBook::Order& SimOrderBook::Accept(const SimOrderTicket& ticket, size_t instrument,
+SimOrderBook::Order& SimOrderBook::Accept(const OrderTicket& ticket, size_t instrument,
                                           int64_t nowUs) {
     Order o;
     o.ticket = ticket;
@@ -225,12 +225,12 @@ int32_t SimOrderBook::replace(const std::string& clOrderId, int32_t recordId,
     if (change.quantity <= o.cum) {
         return -3; // also <= 0: cum is never negative
     }
-    SimOrderTicket changed = o.ticket;
+    OrderTicket changed = o.ticket;
     changed.quantity = change.quantity;
     changed.priceType = change.priceType;
-    changed.lmtPrice = change.priceType == SimPriceType::Limit ? change.lmtPrice : 0.0;
-    if (!SimPriceTypeValid(changed.priceType) ||
-        (changed.priceType == SimPriceType::Limit && SimLimitUnits(changed.lmtPrice, true) <= 0)) {
+    changed.lmtPrice = change.priceType == OrderPriceType::Limit ? change.lmtPrice : 0.0;
+    if (!SimPriceTypeValid(changed.priceType) || (changed.priceType == OrderPriceType::Limit &&
+                                                  SimLimitUnits(changed.lmtPrice, true) <= 0)) {
         return -5;
     }
     if (const int32_t code = Refusal(changed, o.instrument); code != 0) {
@@ -283,7 +283,7 @@ void SimOrderBook::runAuctions(int64_t nowUs) {
 }
 
 void SimOrderBook::Publish(Order& o, int64_t nowUs) {
-    const SimOrderTicket& t = o.ticket;
+    const OrderTicket& t = o.ticket;
     QVXOrderStruct u;
     u.Account = t.account;
     u.Action = QVXOrderStatusText(o.status);

@@ -1,10 +1,10 @@
 #pragma once
 
 #include "common/Clock.h"
+#include "platform/OrderTicket.h"
 #include "platform/PlatformEventQueue.h"
 #include "platform/QVXOrderMaintenance.h"
 #include "platform/sim/SimMarket.h"
-#include "platform/sim/SimOrderTicket.h"
 #include "platform/sim/SimSettings.h"
 
 #include <cstdint>
@@ -26,7 +26,7 @@ public:
                  Clock::TimePoint origin);
 
     /// The order's record id (> 0) when accepted, else the negative refusal code.
-    int32_t submit(const SimOrderTicket& ticket, int64_t nowUs);
+    int32_t submit(const OrderTicket& ticket, int64_t nowUs);
     /// Cancels an open order; a done or unknown order, or a client order id that does not
     /// belong to the record id, is left alone.
     void cancel(const std::string& clOrderId, int32_t recordId, int64_t nowUs);
@@ -50,7 +50,7 @@ public:
 private:
     enum class Kind { Market, Limit, OnOpen, OnClose };
     struct Order {
-        SimOrderTicket ticket;
+        OrderTicket ticket;
         std::string side; // "B", "S" or "T"
         size_t instrument = 0;
         Kind kind = Kind::Market;
@@ -72,10 +72,10 @@ private:
     };
     using Due = std::pair<int64_t, int32_t>; // time, record id
 
-    int32_t Refusal(const SimOrderTicket& ticket, size_t instrument) const;
-    Order& Accept(const SimOrderTicket& ticket, size_t instrument, int64_t nowUs);
+    int32_t Refusal(const OrderTicket& ticket, size_t instrument) const;
+    Order& Accept(const OrderTicket& ticket, size_t instrument, int64_t nowUs);
     void OnArrival(Order& o, int64_t nowUs);
-    static Kind KindOf(const SimOrderTicket& ticket);
+    static Kind KindOf(const OrderTicket& ticket);
     /// Queues an order for the auction or lets it trade now, as on arrival.
     void Work(Order& o, int64_t nowUs);
     /// One clip (or all, with `whole`) if the order can trade now; false when it cannot.

@@ -18,8 +18,8 @@ std::string SimSideCode(std::string_view side) {
 }
 
 bool SimPriceTypeValid(int32_t priceType) {
-    return priceType == SimPriceType::Market || priceType == SimPriceType::MarketOnClose ||
-           priceType == SimPriceType::Limit;
+    return priceType == OrderPriceType::Market || priceType == OrderPriceType::MarketOnClose ||
+           priceType == OrderPriceType::Limit;
 }
 
 bool SimTifValid(std::string_view tif) {
@@ -33,7 +33,7 @@ bool SimTifValid(std::string_view tif) {
     return false;
 }
 
-int32_t CheckSimOrderFields(const SimOrderTicket& t) {
+int32_t CheckSimOrderFields(const OrderTicket& t) {
     if (Trim(t.account).empty()) {
         return -1;
     }
@@ -47,7 +47,7 @@ int32_t CheckSimOrderFields(const SimOrderTicket& t) {
         return -4;
     }
     if (!SimPriceTypeValid(t.priceType) ||
-        (t.priceType == SimPriceType::Limit && SimLimitUnits(t.lmtPrice, true) <= 0)) {
+        (t.priceType == OrderPriceType::Limit && SimLimitUnits(t.lmtPrice, true) <= 0)) {
         return -5;
     }
     if (!SimTifValid(t.tif)) {

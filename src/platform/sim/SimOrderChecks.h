@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/sim/SimOrderTicket.h"
+#include "platform/OrderTicket.h"
 
 #include <cstdint>
 #include <string>
@@ -21,6 +21,6 @@ bool SimTifValid(std::string_view tif);
 /// The checks that need nothing but the order, in the order of their codes: -1 account,
 /// -2 side, -3 quantity, -4 symbol, -5 price type (a limit order also needs a positive
 /// price), -6 TIF; 0 when it passes.
-int32_t CheckSimOrderFields(const SimOrderTicket& ticket);
+int32_t CheckSimOrderFields(const OrderTicket& ticket);
 
 } // namespace wicker

@@ -1,7 +1,7 @@
 #include "platform/sim/SimPlatform.h"
 
 #include "common/Text.h"
-#include "platform/sim/SimOrder.h"
+#include "platform/TicketOrder.h"
 
 #include <algorithm>
 
@@ -75,10 +75,10 @@ void SimPlatform::StopDriver() {
 }
 
 std::unique_ptr<QVXOrder> SimPlatform::CreateOrder() {
-    return std::make_unique<SimOrder>([this](const SimOrderTicket& t) { return Submit(t); });
+    return std::make_unique<TicketOrder>([this](const OrderTicket& t) { return Submit(t); });
 }
 
-int32_t SimPlatform::Submit(const SimOrderTicket& ticket) {
+int32_t SimPlatform::Submit(const OrderTicket& ticket) {
     std::lock_guard lock(m_mutex);
     if (!m_online) {
         return -16;

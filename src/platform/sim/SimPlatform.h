@@ -1,10 +1,10 @@
 #pragma once
 
 #include "common/Clock.h"
+#include "platform/OrderTicket.h"
 #include "platform/Platform.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimOrderBook.h"
-#include "platform/sim/SimOrderTicket.h"
 #include "platform/sim/SimRealTimeDriver.h"
 #include "platform/sim/SimSettings.h"
 
@@ -55,7 +55,7 @@ public:
     bool online() const;
 
 private:
-    int32_t Submit(const SimOrderTicket& ticket);
+    int32_t Submit(const OrderTicket& ticket);
     void AdvanceLocked(int64_t targetUs);
     void PushSnapshot(size_t instrument);
     void StopDriver();

@@ -1,6 +1,7 @@
 #include "trading/ui/frmModifyOrder.h"
 
 #include "common/Conversions.h"
+#include "platform/OrderTicket.h"
 
 #include <QComboBox>
 #include <QFormLayout>
@@ -44,7 +45,7 @@ frmModifyOrder::frmModifyOrder(OrderWindowsContext ctx, int32_t orderRecordId, Q
         lblFilled->setText(Q("Filled " + std::to_string(order->m_nCumExecQuantity) + ", open " +
                              std::to_string(order->m_nLvsQuantity)));
         m_txtQuantity->setText(Q(std::to_string(order->m_nQuantity)));
-        const bool limit = order->m_nPriceType == 5;
+        const bool limit = order->m_nPriceType == OrderPriceType::Limit;
         m_txtPrice->setText(limit ? Q(NumberText(order->m_fLmtPrice)) : QString());
         m_cboPriceType->setCurrentIndex(limit ? 0 : 1);
     }

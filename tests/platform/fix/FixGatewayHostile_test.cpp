@@ -28,13 +28,13 @@ TEST(FixGatewayHostile, BadReportsNeverChangeAnOrder) {
     ASSERT_TRUE(peer.acceptLogon(15s));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }));
 
-    FixOrderTicket t;
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "B";
     t.symbol = "IBM";
     t.quantity = 300;
     t.priceType = 1;
-    t.clOrdID = "A-1";
+    t.clOrderID = "A-1";
     t.tif = "D";
     t.memo = "Tech10-57-/bskt";
     const int32_t id = gateway->SubmitOrder(t);

@@ -22,15 +22,15 @@ FixSessionConfig PeerSide(FixVersion v) {
     return c;
 }
 
-FixOrderTicket Ticket(const std::string& clOrdID) {
-    FixOrderTicket t;
+OrderTicket Ticket(const std::string& clOrdID) {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "S";
     t.symbol = "IBM";
     t.quantity = 300;
     t.lmtPrice = 101.25;
     t.priceType = 5;
-    t.clOrdID = clOrdID;
+    t.clOrderID = clOrdID;
     t.tif = "D";
     t.destination = "NASDAQ";
     t.memo = "Tech10-57-/bskt";
@@ -215,7 +215,7 @@ TEST_F(FixGatewayReplace, LocalRefusalsNeverReachTheWire) {
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
     const int32_t id = g.SubmitOrder(Ticket("A-1"));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
-    g.setPreTradeCheck([](const FixOrderTicket& t) { return t.quantity > 10000 ? -8 : 0; });
+    g.setPreTradeCheck([](const OrderTicket& t) { return t.quantity > 10000 ? -8 : 0; });
     struct Row {
         const char* name;
         std::string clOrdID;

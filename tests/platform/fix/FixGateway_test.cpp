@@ -19,15 +19,15 @@ FixSessionConfig PeerSide(FixVersion v) {
     return c;
 }
 
-FixOrderTicket Ticket(const std::string& clOrdID, int32_t qty = 100) {
-    FixOrderTicket t;
+OrderTicket Ticket(const std::string& clOrdID, int32_t qty = 100) {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "BUY";
     t.symbol = "IBM";
     t.quantity = qty;
     t.lmtPrice = 101.25;
     t.priceType = 5;
-    t.clOrdID = clOrdID;
+    t.clOrderID = clOrdID;
     t.tif = "D";
     t.destination = "NASDAQ";
     t.memo = "Tech10-57-/bskt";
@@ -111,7 +111,7 @@ TEST_F(FixGatewayTest, OrderArrivesWithItsTagsAndItsReportsComeBackAsUpdates) {
         ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
         EXPECT_TRUE(ev.loggedOn());
 
-        FixOrderTicket t = Ticket("ACCT01-20240315-57-1");
+        OrderTicket t = Ticket("ACCT01-20240315-57-1");
         t.maxFloor = 100;
         const int32_t id = g.SubmitOrder(t);
         EXPECT_GT(id, 0);
@@ -151,28 +151,28 @@ TEST_F(FixGatewayTest, LocalRefusalsAndOfflineNeverReachTheWire) {
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
     struct Row {
         const char* name;
-        void (*change)(FixOrderTicket&);
+        void (*change)(OrderTicket&);
         int32_t result;
     };
     const Row rows[] = {
-        {"no account", [](FixOrderTicket& t) { t.account = ""; }, -1},
-        {"bad side", [](FixOrderTicket& t) { t.side = "SELL"; }, -2},
-        {"zero quantity", [](FixOrderTicket& t) { t.quantity = 0; }, -3},
-        {"negative quantity", [](FixOrderTicket& t) { t.quantity = -5; }, -3},
-        {"no symbol", [](FixOrderTicket& t) { t.symbol = ""; }, -4},
-        {"bad price type", [](FixOrderTicket& t) { t.priceType = 3; }, -5},
-        {"tif without a mapping", [](FixOrderTicket& t) { t.tif = "N"; }, -6},
+        {"no account", [](OrderTicket& t) { t.account = ""; }, -1},
+        {"bad side", [](OrderTicket& t) { t.side = "SELL"; }, -2},
+        {"zero quantity", [](OrderTicket& t) { t.quantity = 0; }, -3},
+        {"negative quantity", [](OrderTicket& t) { t.quantity = -5; }, -3},
+        {"no symbol", [](OrderTicket& t) { t.symbol = ""; }, -4},
+        {"bad price type", [](OrderTicket& t) { t.priceType = 3; }, -5},
+        {"tif without a mapping", [](OrderTicket& t) { t.tif = "N"; }, -6},
     };
     for (const Row& r : rows) {
-        FixOrderTicket t = Ticket("A-2");
+        OrderTicket t = Ticket("A-2");
         r.change(t);
         EXPECT_EQ(g.SubmitOrder(t), r.result) << r.name;
     }
     // The platform's own checks come after the fields' and before the wire.
-    g.setPreTradeCheck([](const FixOrderTicket& t) {
+    g.setPreTradeCheck([](const OrderTicket& t) {
         return t.destination == "BAD" ? -7 : t.quantity > 10000 ? -8 : 0;
     });
-    FixOrderTicket bad = Ticket("A-3");
+    OrderTicket bad = Ticket("A-3");
     bad.destination = "BAD";
     EXPECT_EQ(g.SubmitOrder(bad), -7);
     EXPECT_EQ(g.SubmitOrder(Ticket("A-4", 20000)), -8);

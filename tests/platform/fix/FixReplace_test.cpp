@@ -23,15 +23,15 @@ std::string TagsOf(const FixMessage& m) {
     return out;
 }
 
-FixOrderTicket Replacing(int32_t priceType, const std::string& tif, double price = 0) {
-    FixOrderTicket t;
+OrderTicket Replacing(int32_t priceType, const std::string& tif, double price = 0) {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "BUY";
     t.symbol = "IBM";
     t.quantity = 500;
     t.priceType = priceType;
     t.lmtPrice = price;
-    t.clOrdID = "A-1-M1";
+    t.clOrderID = "A-1-M1";
     t.tif = tif;
     t.destination = "NASDAQ";
     t.memo = "Tech10-57-/bskt";
@@ -74,7 +74,7 @@ TEST(ReplaceRequestTags, EveryPriceTypeInBothVersions) {
 TEST(ReplaceRequestTags, SideOfAReportedOrderAndWhatIsLeftOut) {
     const ManualClock clock{Clock::TimePoint{milliseconds(1710513000000)}};
     FixOrderProfile profile;
-    FixOrderTicket t = Replacing(1, "D");
+    OrderTicket t = Replacing(1, "D");
     t.side = "M"; // buy minus, known only from the broker's reports
     t.destination = "";
     const NewOrderSingleOrRefusal g = BuildReplaceRequest(t, "A-1", "", profile, clock);
@@ -96,20 +96,20 @@ TEST(ReplaceRequestTags, RefusedLikeANewOrderAndNeverWithoutTheReplacedId) {
     const FixOrderProfile profile;
     struct Row {
         const char* name;
-        void (*change)(FixOrderTicket&);
+        void (*change)(OrderTicket&);
         std::string orig;
         int refusal;
     };
     const Row rows[] = {
-        {"no replaced id", [](FixOrderTicket&) {}, "", kReplaceOrderNotOpen},
-        {"no new id", [](FixOrderTicket& t) { t.clOrdID = ""; }, "A-1", kReplaceOrderNotOpen},
-        {"zero quantity", [](FixOrderTicket& t) { t.quantity = 0; }, "A-1", -3},
-        {"unknown price type", [](FixOrderTicket& t) { t.priceType = 4; }, "A-1", -5},
-        {"limit without a price", [](FixOrderTicket& t) { t.priceType = 5; }, "A-1", -5},
-        {"TIF without a mapping", [](FixOrderTicket& t) { t.tif = "N"; }, "A-1", -6},
+        {"no replaced id", [](OrderTicket&) {}, "", kReplaceOrderNotOpen},
+        {"no new id", [](OrderTicket& t) { t.clOrderID = ""; }, "A-1", kReplaceOrderNotOpen},
+        {"zero quantity", [](OrderTicket& t) { t.quantity = 0; }, "A-1", -3},
+        {"unknown price type", [](OrderTicket& t) { t.priceType = 4; }, "A-1", -5},
+        {"limit without a price", [](OrderTicket& t) { t.priceType = 5; }, "A-1", -5},
+        {"TIF without a mapping", [](OrderTicket& t) { t.tif = "N"; }, "A-1", -6},
     };
     for (const Row& r : rows) {
-        FixOrderTicket t = Replacing(1, "D");
+        OrderTicket t = Replacing(1, "D");
         r.change(t);
         EXPECT_EQ(BuildReplaceRequest(t, r.orig, "O7", profile, clock).refusal, r.refusal)
             << r.name;

@@ -21,14 +21,14 @@ TEST(FixTimestampText, UtcWithMilliseconds) {
     }
 }
 
-FixOrderTicket Ticket() {
-    FixOrderTicket t;
+OrderTicket Ticket() {
+    OrderTicket t;
     t.account = "ACCT01";
     t.side = "S";
     t.symbol = "IBM";
     t.quantity = 300;
     t.priceType = 1;
-    t.clOrdID = "ACCT01-20240315-57-1";
+    t.clOrderID = "ACCT01-20240315-57-1";
     t.tif = "D";
     t.memo = "Tech10-57-/bskt";
     return t;
@@ -51,7 +51,7 @@ TEST(NewOrderSingleFields, OptionalTagsOnlyWhenSetAndTheMemoOnlyWhereTheProfileS
     EXPECT_EQ(TagsOf(plain.message), "1=ACCT01 11=ACCT01-20240315-57-1 21=1 38=300 54=2 55=IBM "
                                      "60=20240315-14:30:00.000 40=1 59=0");
 
-    FixOrderTicket t = Ticket();
+    OrderTicket t = Ticket();
     t.destination = "ARCA";
     t.maxFloor = 100;
     profile.handlInst = "2";

@@ -1,17 +1,18 @@
 #pragma once
 
+#include "platform/OrderTicket.h"
 #include "platform/QVXOrder.h"
-#include "platform/fix/NewOrderSingle.h"
 
 #include <functional>
+#include <utility>
 
 namespace wicker {
 
-/// The order object of the FIX platform: its properties fill a ticket that SubmitOrder
-/// hands to `submit` (the gateway, behind the platform's own checks).
-class FixOrder : public QVXOrder {
+/// An order object whose properties fill a ticket that SubmitOrder hands to the platform's
+/// own submit (the simulator, or the FIX gateway behind the pre-trade checks).
+class TicketOrder final : public QVXOrder {
 public:
-    explicit FixOrder(std::function<int32_t(const FixOrderTicket&)> submit)
+    explicit TicketOrder(std::function<int32_t(const OrderTicket&)> submit)
         : m_submit(std::move(submit)) {}
 
     std::string Account() const override { return m_t.account; }
@@ -26,8 +27,8 @@ public:
     void setLmtPrice(double v) override { m_t.lmtPrice = v; }
     int32_t PriceType() const override { return m_t.priceType; }
     void setPriceType(int32_t v) override { m_t.priceType = v; }
-    std::string ClOrderID() const override { return m_t.clOrdID; }
-    void setClOrderID(std::string v) override { m_t.clOrdID = std::move(v); }
+    std::string ClOrderID() const override { return m_t.clOrderID; }
+    void setClOrderID(std::string v) override { m_t.clOrderID = std::move(v); }
     std::string Tif() const override { return m_t.tif; }
     void setTif(std::string v) override { m_t.tif = std::move(v); }
     std::string Destination() const override { return m_t.destination; }
@@ -39,8 +40,8 @@ public:
     void setMemo(std::string v) override { m_t.memo = std::move(v); }
 
 private:
-    std::function<int32_t(const FixOrderTicket&)> m_submit;
-    FixOrderTicket m_t;
+    std::function<int32_t(const OrderTicket&)> m_submit;
+    OrderTicket m_t;
 };
 
 } // namespace wicker
