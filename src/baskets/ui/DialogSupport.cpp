@@ -13,6 +13,14 @@ void PlaceBelowRight(QDialog& dialog, const QWidget& owner) {
     dialog.move(owner.pos() + QPoint(kOffset, kOffset));
 }
 
+QComboBox* EditableCombo(QWidget* parent, const QString& name) {
+    auto* combo = new QComboBox(parent);
+    combo->setObjectName(name);
+    combo->setEditable(true);
+    combo->setInsertPolicy(QComboBox::NoInsert);
+    return combo;
+}
+
 void FillCombo(QComboBox& combo, const std::vector<std::string>& texts) {
     for (const auto& t : texts) {
         combo.addItem(ToQ(t));

@@ -14,6 +14,9 @@ namespace wicker {
 /// Puts a dialog 100 twips (7 pixels) below and right of its owner's top-left corner.
 void PlaceBelowRight(QDialog& dialog, const QWidget& owner);
 
+/// A combo box that takes typed texts it does not list, without adding them to the list.
+QComboBox* EditableCombo(QWidget* parent, const QString& name);
+
 /// Fills a combo box with texts, in order.
 void FillCombo(QComboBox& combo, const std::vector<std::string>& texts);
 

@@ -1,14 +1,11 @@
 #pragma once
 
 #include "baskets/BasketSetupStore.h"
+#include "baskets/ui/StockEntryFields.h"
 
 #include <functional>
 
 #include <QDialog>
-
-class QComboBox;
-class QLineEdit;
-class QPushButton;
 
 namespace wicker {
 
@@ -31,10 +28,7 @@ private:
     MessageBoxes& m_boxes;
     int32_t m_basketNum;
     std::function<void(const StockRow&)> m_onAdded;
-    QLineEdit* m_symbol;
-    QLineEdit* m_qty;
-    QComboBox* m_dest;
-    QLineEdit* m_indexShares;
+    StockEntryFields m_fields;
 };
 
 } // namespace wicker

@@ -1,13 +1,11 @@
 #pragma once
 
+#include "baskets/ui/StockEntryFields.h"
 #include "trading/MainLineEntry.h"
 
 #include <functional>
 
 #include <QDialog>
-
-class QComboBox;
-class QLineEdit;
 
 namespace wicker {
 
@@ -29,9 +27,7 @@ private:
     void addStock();
 
     std::function<bool(MainLineEntry&)> m_add;
-    QLineEdit* m_symbol;
-    QLineEdit* m_quantity;
-    QComboBox* m_dest;
+    StockEntryFields m_fields;
 };
 
 } // namespace wicker

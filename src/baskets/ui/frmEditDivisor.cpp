@@ -4,16 +4,14 @@
 #include "baskets/NewBasket.h"
 #include "baskets/OrdinaryError.h"
 #include "baskets/ui/DialogSupport.h"
-#include "baskets/ui/KeyFilters.h"
+#include "baskets/ui/FormButtons.h"
 #include "baskets/ui/UiText.h"
 #include "common/Conversions.h"
 
 #include <QComboBox>
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace wicker {
 
@@ -37,32 +35,14 @@ frmEditDivisor::frmEditDivisor(MessageBoxes& boxes, BasketIndexStore& index, std
     m_divisor->setObjectName(QStringLiteral("txtDivisor"));
     m_indexType->setObjectName(QStringLiteral("cbIndex"));
 
-    auto* ok = new QPushButton(QStringLiteral("Save"), this);
-    ok->setObjectName(QStringLiteral("butOK"));
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("butCancel"));
-    for (auto* b : {ok, cancel}) {
-        b->setAutoDefault(false);
-    }
-
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Basket Name:"), name);
     form->addRow(QStringLiteral("Button Name:"), button);
     form->addRow(QStringLiteral("Divisor:"), m_divisor);
     form->addRow(QStringLiteral("Index:"), m_indexType);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(ok);
-    buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(form);
-    layout->addLayout(buttons);
-
-    auto* enter = new EnterPressesButton(ok, this);
-    enter->watch(m_divisor);
-    enter->watch(m_indexType);
+    auto* ok =
+        AddFormButtons(*this, form, {"Save", "butOK", "butCancel"}, {m_divisor, m_indexType});
     connect(ok, &QPushButton::clicked, this, &frmEditDivisor::save);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     FillCombo(*m_indexType, IndexTypes());
     SelectOrAdd(*m_indexType, ToQ(indexType));

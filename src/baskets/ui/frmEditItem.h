@@ -1,5 +1,6 @@
 #pragma once
 
+#include "baskets/ui/StockEntryFields.h"
 #include "trading/MainLineEntry.h"
 
 #include <functional>
@@ -30,9 +31,7 @@ private:
     void save();
 
     std::function<bool(MainLineEntry&)> m_save;
-    QLineEdit* m_symbol;
-    QLineEdit* m_qty;
-    QComboBox* m_dest;
+    StockEntryFields m_fields;
     QLineEdit* m_mod;
     UpDown* m_upDown;
     QComboBox* m_tif;

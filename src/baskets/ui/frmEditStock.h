@@ -2,13 +2,11 @@
 
 #include "baskets/BasketSetupStore.h"
 #include "baskets/StockEntry.h"
+#include "baskets/ui/StockEntryFields.h"
 
 #include <functional>
 
 #include <QDialog>
-
-class QComboBox;
-class QLineEdit;
 
 namespace wicker {
 
@@ -31,10 +29,7 @@ private:
     MessageBoxes& m_boxes;
     StockLineKey m_old;
     std::function<void(const StockRow&)> m_onSaved;
-    QLineEdit* m_symbol;
-    QLineEdit* m_qty;
-    QComboBox* m_dest;
-    QLineEdit* m_indexShares;
+    StockEntryFields m_fields;
 };
 
 } // namespace wicker

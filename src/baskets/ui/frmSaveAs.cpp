@@ -2,14 +2,12 @@
 
 #include "baskets/OrdinaryError.h"
 #include "baskets/SaveBasketAs.h"
-#include "baskets/ui/KeyFilters.h"
+#include "baskets/ui/FormButtons.h"
 #include "baskets/ui/UiText.h"
 
 #include <QFormLayout>
-#include <QHBoxLayout>
 #include <QLineEdit>
 #include <QPushButton>
-#include <QVBoxLayout>
 
 namespace wicker {
 
@@ -22,30 +20,12 @@ frmSaveAs::frmSaveAs(Database& db, MessageBoxes& boxes, std::vector<BasketLine> 
     m_name->setObjectName(QStringLiteral("txtBasketName"));
     m_button->setObjectName(QStringLiteral("txtButtonName"));
 
-    auto* save = new QPushButton(QStringLiteral("Save"), this);
-    save->setObjectName(QStringLiteral("buttonSave"));
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("buttonCancel"));
-    for (auto* b : {save, cancel}) {
-        b->setAutoDefault(false);
-    }
-
     auto* form = new QFormLayout;
     form->addRow(QStringLiteral("Basket Name:"), m_name);
     form->addRow(QStringLiteral("Button Name:"), m_button);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(save);
-    buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(form);
-    layout->addLayout(buttons);
-
-    auto* enter = new EnterPressesButton(save, this);
-    enter->watch(m_name);
-    enter->watch(m_button);
+    auto* save =
+        AddFormButtons(*this, form, {"Save", "buttonSave", "buttonCancel"}, {m_name, m_button});
     connect(save, &QPushButton::clicked, this, &frmSaveAs::save);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmSaveAs::save() {

@@ -148,6 +148,23 @@ inline void Type(QWidget& w, const QString& letters, bool shift = false) {
     }
 }
 
+/// The widgets Tab stops at, in order, starting after the dialog itself. A widget without
+/// a name (a combo box's edit line, say) is shown by its owner's name.
+inline std::vector<std::string> TabOrder(const QWidget& dialog) {
+    std::vector<std::string> out;
+    for (QWidget* w = dialog.nextInFocusChain(); w != &dialog; w = w->nextInFocusChain()) {
+        if ((w->focusPolicy() & Qt::TabFocus) == 0 || w->focusProxy() != nullptr) {
+            continue;
+        }
+        const QObject* named = w;
+        while (named != nullptr && named->objectName().isEmpty()) {
+            named = named->parent();
+        }
+        out.push_back(named == nullptr ? "?" : named->objectName().toStdString());
+    }
+    return out;
+}
+
 /// Text of one cell of a list view.
 inline std::string Cell(const QAbstractItemView& view, int row, int column) {
     return view.model()->index(row, column).data().toString().toStdString();
