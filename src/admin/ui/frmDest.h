@@ -29,7 +29,7 @@ private:
     Database& m_db;
     MessageBoxes& m_boxes;
     NameListView m_list;
-    QPushButton* m_ok;
+    QPushButton* m_ok = nullptr;
 };
 
 } // namespace wicker

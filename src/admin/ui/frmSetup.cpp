@@ -2,6 +2,7 @@
 
 #include "admin/AccountSetup.h"
 #include "admin/NameList.h"
+#include "admin/ui/NameSetupFrame.h"
 #include "admin/ui/frmAddAccount.h"
 #include "baskets/OrdinaryError.h"
 #include "baskets/ui/DialogSupport.h"
@@ -10,10 +11,7 @@
 
 #include <QComboBox>
 #include <QGroupBox>
-#include <QHBoxLayout>
-#include <QLabel>
 #include <QPushButton>
-#include <QTableView>
 #include <QVBoxLayout>
 
 namespace wicker {
@@ -21,50 +19,21 @@ namespace wicker {
 frmSetup::frmSetup(Database& db, MessageBoxes& boxes, std::function<void()> refreshAccounts,
                    QWidget* parent)
     : QDialog(parent), m_db(db), m_boxes(boxes), m_refreshAccounts(std::move(refreshAccounts)),
-      m_list(MakeNameListView(this, "lvAccounts")), m_default(new QComboBox(this)),
-      m_ok(new QPushButton(QStringLiteral("OK"), this)) {
+      m_list(MakeNameListView(this, "lvAccounts")), m_default(new QComboBox(this)) {
     setObjectName(QStringLiteral("frmSetup"));
     setWindowTitle(QStringLiteral("Account Setup"));
     m_default->setObjectName(QStringLiteral("cboDefault"));
-
-    auto* add = new QPushButton(QStringLiteral("Add Account"), this);
-    add->setObjectName(QStringLiteral("cmdAdd"));
-    auto* remove = new QPushButton(QStringLiteral("Delete Selected Account"), this);
-    remove->setObjectName(QStringLiteral("cmdDelete"));
-    m_ok->setObjectName(QStringLiteral("cmdOK"));
-    auto* cancel = new QPushButton(QStringLiteral("&Cancel"), this);
-    cancel->setObjectName(QStringLiteral("cmdCancel"));
-    for (auto* b : {add, remove, m_ok, cancel}) {
-        b->setAutoDefault(false);
-    }
 
     auto* defaultFrame = new QGroupBox(QStringLiteral("Default Account"), this);
     auto* defaultLayout = new QVBoxLayout(defaultFrame);
     defaultLayout->addWidget(m_default);
 
-    auto* side = new QVBoxLayout;
-    side->addWidget(add);
-    side->addWidget(remove);
-    side->addWidget(defaultFrame);
-    side->addStretch();
-    auto* listColumn = new QVBoxLayout;
-    listColumn->addWidget(new QLabel(QStringLiteral("Available Accounts"), this));
-    listColumn->addWidget(m_list.view);
-    auto* top = new QHBoxLayout;
-    top->addLayout(listColumn);
-    top->addLayout(side);
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(m_ok);
-    buttons->addWidget(cancel);
-    auto* layout = new QVBoxLayout(this);
-    layout->addLayout(top);
-    layout->addLayout(buttons);
-
-    connect(add, &QPushButton::clicked, this, &frmSetup::addAccount);
-    connect(remove, &QPushButton::clicked, this, [this] { RemoveSelectedName(m_list); });
+    const auto buttons = LayOutNameSetup(
+        *this, m_list, {"Available Accounts", "Add Account", "Delete Selected Account"},
+        defaultFrame);
+    m_ok = buttons.ok;
+    connect(buttons.add, &QPushButton::clicked, this, &frmSetup::addAccount);
     connect(m_ok, &QPushButton::clicked, this, &frmSetup::save);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
 
     load();
 }

@@ -37,7 +37,7 @@ private:
     std::function<void()> m_refreshAccounts;
     NameListView m_list;
     QComboBox* m_default;
-    QPushButton* m_ok;
+    QPushButton* m_ok = nullptr;
 };
 
 } // namespace wicker

@@ -15,6 +15,7 @@
 #include <QApplication>
 #include <QDialog>
 #include <QKeyEvent>
+#include <QPushButton>
 #include <QTimer>
 #include <QWidget>
 
@@ -161,6 +162,18 @@ inline std::vector<std::string> TabOrder(const QWidget& dialog) {
             named = named->parent();
         }
         out.push_back(named == nullptr ? "?" : named->objectName().toStdString());
+    }
+    return out;
+}
+
+/// Each push button as "name:caption" in Tab order; "*" marks one that Enter presses
+/// by itself (auto default).
+inline std::vector<std::string> TabButtons(const QWidget& dialog) {
+    std::vector<std::string> out;
+    for (const std::string& name : TabOrder(dialog)) {
+        if (auto* b = dialog.findChild<QPushButton*>(QString::fromStdString(name))) {
+            out.push_back(name + ":" + b->text().toStdString() + (b->autoDefault() ? "*" : ""));
+        }
     }
     return out;
 }
