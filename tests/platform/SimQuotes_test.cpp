@@ -83,6 +83,43 @@ TEST(SimQuotes, SnapshotAfterRegistrationCarriesAPlausiblePicture) {
     EXPECT_EQ(desk.events.snaps[1].Exchange, "NASDAQ");
 }
 
+TEST(SimQuotes, WellKnownSymbolsTradeNearTheirUsualLevelWhateverTheSeed) {
+    struct Row {
+        const char* symbol;
+        const char* company;
+        const char* exchange;
+        double level;
+    };
+    const Row rows[] = {{"AAPL", "Apple Inc", "NASDAQ", 230},
+                        {"xom", "Exxon Mobil Corp", "NYSE", 115},
+                        {"SPY", "SPDR S&P 500 ETF Trust", "ARCA", 570},
+                        {"F", "Ford Motor Co", "NYSE", 11}};
+    for (const uint64_t seed : {1u, 7u, 12345u}) {
+        SimDesk desk(Seeded(seed));
+        for (const Row& r : rows) {
+            desk.platform.RegisterSymbol(r.symbol, "*");
+        }
+        desk.drain();
+        ASSERT_EQ(desk.events.snaps.size(), std::size(rows));
+        for (size_t i = 0; i < std::size(rows); ++i) {
+            const QVXQuoteStruct& q = desk.events.snaps[i];
+            const Row& r = rows[i];
+            SCOPED_TRACE(std::string(r.symbol) + " seed " + std::to_string(seed));
+            EXPECT_EQ(q.CompanyName, r.company);
+            EXPECT_EQ(q.Exchange, r.exchange);
+            EXPECT_GE(q.ClosePrice, r.level * 0.92 - 0.01);
+            EXPECT_LE(q.ClosePrice, r.level * 1.08);
+            EXPECT_NEAR(q.BidPrice, q.ClosePrice, q.ClosePrice * 0.05);
+        }
+    }
+    // A symbol the table does not know keeps its drawn name.
+    SimDesk desk;
+    desk.platform.RegisterSymbol("ZZZQ", "*");
+    desk.drain();
+    ASSERT_EQ(desk.events.snaps.size(), 1u);
+    EXPECT_EQ(desk.events.snaps[0].CompanyName.rfind("Zzzq ", 0), 0u);
+}
+
 TEST(SimQuotes, CusipCheckDigitOfAKnownIssue) {
     EXPECT_EQ(CusipCheckDigit("03783310"), '0');
     EXPECT_EQ(CusipCheckDigit("59491810"), '4');

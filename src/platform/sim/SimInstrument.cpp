@@ -1,5 +1,7 @@
 #include "platform/sim/SimInstrument.h"
 
+#include "platform/sim/SimKnownSymbols.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -57,8 +59,13 @@ SimInstrument::SimInstrument(const std::string& symbol, uint64_t seed)
     : m_random(SimRandom::ForSymbol(seed, symbol)),
       m_reference(MakeSimReference(symbol, m_random)) {
     SimQuoteState& s = m_state;
-    const bool pennyStock = m_random.uniform() < 0.05;
-    if (pennyStock) {
+    const SimKnownSymbol* known = FindSimKnownSymbol(symbol);
+    const bool pennyStock = !known && m_random.uniform() < 0.05;
+    if (known) {
+        // Within 8% of its usual level.
+        const double dollars = known->referencePrice * (0.92 + 0.16 * m_random.uniform());
+        s.close = SimSnapDown(static_cast<SimUnits>(dollars * kSimUnitsPerDollar));
+    } else if (pennyStock) {
         s.close = m_random.between(500, 9900);
     } else {
         // Log-uniform from $2 to $400: many cheap names, a few expensive ones.

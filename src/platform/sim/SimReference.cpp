@@ -1,5 +1,7 @@
 #include "platform/sim/SimReference.h"
 
+#include "platform/sim/SimKnownSymbols.h"
+
 #include <array>
 #include <cctype>
 
@@ -66,6 +68,10 @@ SimReference MakeSimReference(const std::string& symbol, SimRandom& random) {
     first8 += "10"; // the issue number of common stock
     r.cusip = first8 + CusipCheckDigit(first8);
     r.exchange = symbol.size() > 3 ? "NASDAQ" : "NYSE";
+    if (const SimKnownSymbol* known = FindSimKnownSymbol(symbol)) {
+        r.companyName = known->companyName;
+        r.exchange = known->exchange;
+    }
     return r;
 }
 
