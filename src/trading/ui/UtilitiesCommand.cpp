@@ -1,7 +1,7 @@
 #include "trading/ui/UtilitiesCommand.h"
 
+#include "admin/MainTradingDataReset.h"
 #include "admin/ui/frmUtils.h"
-#include "trading/MainTradingDataReset.h"
 #include "trading/TradingDesk.h"
 
 namespace wicker {

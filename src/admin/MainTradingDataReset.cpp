@@ -1,4 +1,4 @@
-#include "trading/MainTradingDataReset.h"
+#include "admin/MainTradingDataReset.h"
 
 #include "admin/OpenLeaves.h"
 #include "trading/TradingDesk.h"

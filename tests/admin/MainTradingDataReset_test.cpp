@@ -1,9 +1,9 @@
 // Clearing and closing the tracked orders from the utilities screen.
 
-#include "FakePlatform.h"
+#include "admin/MainTradingDataReset.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
-#include "trading/MainTradingDataReset.h"
+#include "trading/FakePlatform.h"
 #include "trading/OrderTracker.h"
 #include "trading/TradingDesk.h"
 
