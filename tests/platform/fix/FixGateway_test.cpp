@@ -109,7 +109,8 @@ TEST_F(FixGatewayTest, OrderArrivesWithItsTagsAndItsReportsComeBackAsUpdates) {
         FixGateway g(s, own / "fix", clock, ev);
         ASSERT_TRUE(g.start().ok());
         ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
-        EXPECT_TRUE(ev.loggedOn());
+        // The status event follows the flag from the session's thread.
+        EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return ev.loggedOn(); }));
 
         OrderTicket t = Ticket("ACCT01-20240315-57-1");
         t.maxFloor = 100;
