@@ -243,7 +243,11 @@ TEST_F(FixGatewayTest, OrdersStillWaitingWhenTheSessionDropsAreRejectedOffline) 
     EXPECT_EQ(g->book().findByClOrdID("A-1")->leaves, 100) << "on the wire: its fate is unknown";
     EXPECT_FALSE(g->isLoggedOn());
     EXPECT_EQ(g->SubmitOrder(Ticket("A-4")), -16);
-    EXPECT_FALSE(events.status().back().first);
+    // The disconnect is reported after the refusals.
+    EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] {
+        const auto status = events.status();
+        return !status.empty() && !status.back().first;
+    }));
 }
 
 TEST_F(FixGatewayTest, CancelGoesOutWithTheOrdersIdsAndItsConfirmationUpdatesTheOrder) {
