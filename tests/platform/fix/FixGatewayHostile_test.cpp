@@ -2,6 +2,7 @@
 // crashes nor lets a bad report change an order.
 
 #include "platform/fix/FixGateway.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/RawFixPeer.h"
 #include "platform/fix/RecordingGatewayEvents.h"
 #include "support/TempDir.h"
@@ -28,16 +29,7 @@ TEST(FixGatewayHostile, BadReportsNeverChangeAnOrder) {
     ASSERT_TRUE(peer.acceptLogon(15s));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return gateway->isLoggedOn(); }));
 
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "B";
-    t.symbol = "IBM";
-    t.quantity = 300;
-    t.priceType = 1;
-    t.clOrderID = "A-1";
-    t.tif = "D";
-    t.memo = "Tech10-57-/bskt";
-    const int32_t id = gateway->SubmitOrder(t);
+    const int32_t id = gateway->SubmitOrder(test::Ticket({.clOrderID = "A-1"}));
     ASSERT_GT(id, 0);
     ASSERT_FALSE(peer.readUntil("11=A-1", 15s).empty());
 

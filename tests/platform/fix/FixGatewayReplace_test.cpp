@@ -1,10 +1,10 @@
 // The gateway's cancel-replace against an in-process FIX peer: what goes on the wire, the
 // confirmed change, and a refused one.
 
-#include "platform/fix/FixGateway.h"
+#include "platform/fix/FixMessageText.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/FixTestPeer.h"
-#include "platform/fix/RecordingGatewayEvents.h"
-#include "support/TempDir.h"
+#include "platform/fix/GatewayFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -12,86 +12,28 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
+using test::Fix;
+using test::NewOrderAck;
+using test::PeerSide;
 using test::RecordingGatewayEvents;
-
-FixSessionConfig PeerSide(FixVersion v) {
-    FixSessionConfig c;
-    c.beginString = BeginStringOf(v);
-    c.senderCompID = "EXCH";
-    c.targetCompID = "WICKER";
-    return c;
-}
+using test::Tag;
 
 OrderTicket Ticket(const std::string& clOrdID) {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "S";
-    t.symbol = "IBM";
-    t.quantity = 300;
-    t.lmtPrice = 101.25;
-    t.priceType = 5;
-    t.clOrderID = clOrdID;
-    t.tif = "D";
-    t.destination = "NASDAQ";
-    t.memo = "Tech10-57-/bskt";
-    return t;
-}
-
-std::string Tag(const FixMessage& m, int tag) {
-    const std::string* v = m.find(tag);
-    return v != nullptr ? *v : "<none>";
+    return test::LimitTicket(clOrdID, "S", 300);
 }
 
 // Acknowledges orders; confirms replaces (FIX 4.2 style) unless the new quantity is 999,
 // which it refuses with an OrderCancelReject.
 void Broker(FixAcceptor& a, const FixMessage& in) {
-    const std::string id = Tag(in, 11);
+    const std::string ids = "37=" + Tag(in, 37) + "|11=" + Tag(in, 11) + "|41=" + Tag(in, 41);
     FixMessage out;
     if (in.msgType == "D") {
-        out.msgType = "8";
-        for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, "O-" + id},
-                                                                          {11, id},
-                                                                          {17, "N-" + id},
-                                                                          {20, "0"},
-                                                                          {150, "0"},
-                                                                          {39, "0"},
-                                                                          {55, "IBM"},
-                                                                          {54, "2"},
-                                                                          {38, Tag(in, 38)},
-                                                                          {151, Tag(in, 38)},
-                                                                          {14, "0"},
-                                                                          {6, "0"}}) {
-            out.add(tag, value);
-        }
+        out = NewOrderAck(in);
     } else if (in.msgType == "G" && Tag(in, 38) == "999") {
-        out.msgType = "9";
-        for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, Tag(in, 37)},
-                                                                          {11, id},
-                                                                          {41, Tag(in, 41)},
-                                                                          {39, "0"},
-                                                                          {434, "2"},
-                                                                          {102, "2"},
-                                                                          {58, "Size limit"}}) {
-            out.add(tag, value);
-        }
+        out = Fix("35=9|" + ids + "|39=0|434=2|102=2|58=Size limit");
     } else if (in.msgType == "G") {
-        out.msgType = "8";
-        for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, Tag(in, 37)},
-                                                                          {11, id},
-                                                                          {41, Tag(in, 41)},
-                                                                          {17, "R-" + id},
-                                                                          {20, "0"},
-                                                                          {150, "5"},
-                                                                          {39, "5"},
-                                                                          {55, "IBM"},
-                                                                          {54, "2"},
-                                                                          {38, Tag(in, 38)},
-                                                                          {151, Tag(in, 38)},
-                                                                          {14, "0"},
-                                                                          {6, "0"},
-                                                                          {40, Tag(in, 40)}}) {
-            out.add(tag, value);
-        }
+        out = Fix("35=8|" + ids + "|17=R-" + Tag(in, 11) + "|20=0|150=5|39=5|55=IBM|54=2|38=" +
+                  Tag(in, 38) + "|151=" + Tag(in, 38) + "|14=0|6=0|40=" + Tag(in, 40));
         if (in.find(44) != nullptr) {
             out.add(44, Tag(in, 44));
         }
@@ -101,22 +43,7 @@ void Broker(FixAcceptor& a, const FixMessage& in) {
     a.send(0, out);
 }
 
-class FixGatewayReplace : public ::testing::Test {
-protected:
-    std::unique_ptr<FixGateway> Start(int port) {
-        FixPlatformSettings s;
-        s.port = port;
-        s.reconnectInterval = 1;
-        auto g = std::make_unique<FixGateway>(s, dir / "fix", clock, events);
-        EXPECT_TRUE(g->start().ok());
-        EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }));
-        return g;
-    }
-
-    test::TempDir dir;
-    ManualClock clock{Clock::TimePoint{std::chrono::seconds(1710513000)}};
-    RecordingGatewayEvents events;
-};
+class FixGatewayReplace : public test::GatewayFixture {};
 
 TEST_F(FixGatewayReplace, ConfirmedReplaceKeepsTheRecordIdAndChainsTheIds) {
     test::FixTestPeer peer({PeerSide(FixVersion::Fix42)});
@@ -211,8 +138,7 @@ TEST_F(FixGatewayReplace, LocalRefusalsNeverReachTheWire) {
     FixPlatformSettings s;
     s.port = peer.port();
     FixGateway g(s, dir / "fix", clock, events);
-    ASSERT_TRUE(g.start().ok());
-    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+    ASSERT_TRUE(test::LogOn(g));
     const int32_t id = g.SubmitOrder(Ticket("A-1"));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
     g.setPreTradeCheck([](const OrderTicket& t) { return t.quantity > 10000 ? -8 : 0; });

@@ -1,7 +1,7 @@
-#include "platform/fix/FixGateway.h"
+#include "platform/fix/FixMessageText.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/FixTestPeer.h"
-#include "platform/fix/RecordingGatewayEvents.h"
-#include "support/TempDir.h"
+#include "platform/fix/GatewayFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -9,106 +9,44 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
+using test::Fix;
+using test::NewOrderAck;
+using test::PeerSide;
 using test::RecordingGatewayEvents;
-
-FixSessionConfig PeerSide(FixVersion v) {
-    FixSessionConfig c;
-    c.beginString = BeginStringOf(v);
-    c.senderCompID = "EXCH";
-    c.targetCompID = "WICKER";
-    return c;
-}
+using test::Tag;
 
 OrderTicket Ticket(const std::string& clOrdID, int32_t qty = 100) {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "BUY";
-    t.symbol = "IBM";
-    t.quantity = qty;
-    t.lmtPrice = 101.25;
-    t.priceType = 5;
-    t.clOrderID = clOrdID;
-    t.tif = "D";
-    t.destination = "NASDAQ";
-    t.memo = "Tech10-57-/bskt";
-    return t;
+    return test::LimitTicket(clOrdID, "BUY", qty);
 }
 
-// Acknowledges every order and fills it at once; confirms every cancel.
-void AckAndFill(FixAcceptor& a, const FixMessage& in) {
-    const std::string id = *in.find(11);
+// Acknowledges every order; confirms every cancel.
+void AckOrdersAndCancels(FixAcceptor& a, const FixMessage& in) {
+    const std::string id = Tag(in, 11);
+    const std::string orig = Tag(in, 41);
     if (in.msgType == "D") {
-        FixMessage ack;
-        ack.msgType = "8";
-        for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, "O-" + id},
-                                                                          {11, id},
-                                                                          {17, "N-" + id},
-                                                                          {20, "0"},
-                                                                          {150, "0"},
-                                                                          {39, "0"},
-                                                                          {55, "IBM"},
-                                                                          {54, "1"},
-                                                                          {38, *in.find(38)},
-                                                                          {151, *in.find(38)},
-                                                                          {14, "0"},
-                                                                          {6, "0"}}) {
-            ack.add(tag, value);
-        }
+        FixMessage ack = NewOrderAck(in);
         a.send(0, ack);
     } else if (in.msgType == "F") {
-        FixMessage done;
-        done.msgType = "8";
-        for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, "O-" + *in.find(41)},
-                                                                          {11, id},
-                                                                          {41, *in.find(41)},
-                                                                          {17, "C-" + id},
-                                                                          {20, "0"},
-                                                                          {150, "4"},
-                                                                          {39, "4"},
-                                                                          {55, "IBM"},
-                                                                          {54, "1"},
-                                                                          {151, "0"},
-                                                                          {14, "0"},
-                                                                          {6, "0"}}) {
-            done.add(tag, value);
-        }
+        FixMessage done = Fix("35=8|37=O-" + orig + "|11=" + id + "|41=" + orig + "|17=C-" + id +
+                              "|20=0|150=4|39=4|55=IBM|54=1|151=0|14=0|6=0");
         a.send(0, done);
     }
 }
 
-class FixGatewayTest : public ::testing::Test {
-protected:
-    std::unique_ptr<FixGateway> Start(int port, FixVersion v = FixVersion::Fix42,
-                                      int window = 200) {
-        FixPlatformSettings s;
-        s.port = port;
-        s.version = v;
-        s.reconnectInterval = 1;
-        s.sendWindow = window;
-        auto g = std::make_unique<FixGateway>(s, dir / "fix", clock, events);
-        EXPECT_TRUE(g->start().ok());
-        EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }));
-        return g;
-    }
-
-    test::TempDir dir;
-    ManualClock clock{Clock::TimePoint{std::chrono::seconds(1710513000)}}; // 2024-03-15 14:30 UTC
-    RecordingGatewayEvents events;
-};
+class FixGatewayTest : public test::GatewayFixture {};
 
 TEST_F(FixGatewayTest, OrderArrivesWithItsTagsAndItsReportsComeBackAsUpdates) {
     for (const FixVersion v : {FixVersion::Fix42, FixVersion::Fix44}) {
         SCOPED_TRACE(BeginStringOf(v));
         test::FixTestPeer peer({PeerSide(v)});
-        peer.setReply(AckAndFill);
+        peer.setReply(AckOrdersAndCancels);
         test::TempDir own;
         FixPlatformSettings s;
         s.port = peer.port();
         s.version = v;
         RecordingGatewayEvents ev;
         FixGateway g(s, own / "fix", clock, ev);
-        ASSERT_TRUE(g.start().ok());
-        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+        ASSERT_TRUE(test::LogOn(g));
         // The status event follows the flag from the session's thread.
         EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return ev.loggedOn(); }));
 
@@ -148,8 +86,7 @@ TEST_F(FixGatewayTest, LocalRefusalsAndOfflineNeverReachTheWire) {
     s.port = peer.port();
     FixGateway g(s, dir / "fix", clock, events);
     EXPECT_EQ(g.SubmitOrder(Ticket("A-1")), -16);
-    ASSERT_TRUE(g.start().ok());
-    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+    ASSERT_TRUE(test::LogOn(g));
     struct Row {
         const char* name;
         void (*change)(OrderTicket&);
@@ -252,7 +189,7 @@ TEST_F(FixGatewayTest, OrdersStillWaitingWhenTheSessionDropsAreRejectedOffline) 
 
 TEST_F(FixGatewayTest, CancelGoesOutWithTheOrdersIdsAndItsConfirmationUpdatesTheOrder) {
     test::FixTestPeer peer({PeerSide(FixVersion::Fix42)});
-    peer.setReply(AckAndFill);
+    peer.setReply(AckOrdersAndCancels);
     auto g = Start(peer.port());
     const int32_t id = g->SubmitOrder(Ticket("A-1", 300));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
@@ -345,8 +282,7 @@ TEST_F(FixGatewayTest, RestartKeepsSequenceNumbersAndRecognisesEarlierOrdersByMe
     s.port = peer.port();
     s.reconnectInterval = 1;
     FixGateway g(s, dir / "fix", clock, later);
-    ASSERT_TRUE(g.start().ok());
-    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+    ASSERT_TRUE(test::LogOn(g));
     peer.run([](FixAcceptor& a) {
         FixMessage m = Ack("ACCT01-20240315-57-1");
         a.send(0, m);

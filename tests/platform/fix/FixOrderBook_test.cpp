@@ -1,5 +1,6 @@
 #include "platform/fix/FixMessageText.h"
 #include "platform/fix/FixOrderBook.h"
+#include "platform/fix/FixTestOrders.h"
 
 #include <gtest/gtest.h>
 
@@ -7,28 +8,9 @@ namespace wicker {
 namespace {
 
 using test::Fix;
-
-FixOrderState Sent(const std::string& clOrdID, int32_t qty = 300, const std::string& side = "B") {
-    FixOrderState o;
-    o.clOrdID = clOrdID;
-    o.account = "ACCT01";
-    o.side = side;
-    o.symbol = "IBM";
-    o.destination = "NASDAQ";
-    o.tif = "D";
-    o.memo = "Tech10-57-/bskt";
-    o.priceType = 5;
-    o.lmtPrice = 10.5;
-    o.quantity = qty;
-    return o;
-}
-
-const FixOrderState& UpdateAt(const FixBookOutcome& out, size_t i) {
-    return std::get<FixOrderState>(out.events.at(i));
-}
-const FixOrderReject& RejectAt(const FixBookOutcome& out, size_t i) {
-    return std::get<FixOrderReject>(out.events.at(i));
-}
+using test::RejectAt;
+using test::Sent;
+using test::UpdateAt;
 
 class FixOrderBookTest : public ::testing::Test {
 protected:

@@ -1,8 +1,8 @@
 #include "platform/fix/FixPlatform.h"
 #include "platform/fix/FixPlatformRecords.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/FixTestPeer.h"
-#include "platform/fix/RecordingGatewayEvents.h"
-#include "support/TempDir.h"
+#include "platform/fix/GatewayFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -138,41 +138,16 @@ TEST(PreTradeLimits, ReadFromTheSettings) {
     }
 }
 
-FixSessionConfig Exchange() {
-    FixSessionConfig c;
-    c.beginString = BeginStringOf(FixVersion::Fix42);
-    c.senderCompID = "EXCH";
-    c.targetCompID = "WICKER";
-    return c;
-}
-
 // Acknowledges every order.
 void Ack(FixAcceptor& a, const FixMessage& in) {
-    if (in.msgType != "D") {
-        return;
+    if (in.msgType == "D") {
+        FixMessage ack = test::NewOrderAck(in);
+        a.send(0, ack);
     }
-    FixMessage ack;
-    ack.msgType = "8";
-    const std::string id = *in.find(11);
-    for (auto [tag, value] : std::vector<std::pair<int, std::string>>{{37, "O-" + id},
-                                                                      {11, id},
-                                                                      {17, "N-" + id},
-                                                                      {20, "0"},
-                                                                      {150, "0"},
-                                                                      {39, "0"},
-                                                                      {55, *in.find(55)},
-                                                                      {54, *in.find(54)},
-                                                                      {38, *in.find(38)},
-                                                                      {151, *in.find(38)},
-                                                                      {14, "0"},
-                                                                      {6, "0"}}) {
-        ack.add(tag, value);
-    }
-    a.send(0, ack);
 }
 
 TEST(FixPlatform, OrdersGoOutThroughTheLimitsAndTheirReportsArriveInTheQueue) {
-    test::FixTestPeer peer({Exchange()});
+    test::FixTestPeer peer({test::PeerSide()});
     peer.setReply(Ack);
     test::TempDir dir;
     ManualClock clock{Clock::TimePoint{std::chrono::seconds(1710513000)}};

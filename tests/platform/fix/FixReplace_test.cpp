@@ -5,6 +5,7 @@
 #include "platform/fix/FixMessageText.h"
 #include "platform/fix/FixOrderBook.h"
 #include "platform/fix/FixPlatformRecords.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/NewOrderSingle.h"
 
 #include <gtest/gtest.h>
@@ -14,28 +15,19 @@ namespace {
 
 using std::chrono::milliseconds;
 using test::Fix;
-
-std::string TagsOf(const FixMessage& m) {
-    std::string out;
-    for (const FixField& f : m.fields) {
-        out += (out.empty() ? "" : " ") + std::to_string(f.tag) + "=" + f.value;
-    }
-    return out;
-}
+using test::RejectAt;
+using test::Sent;
+using test::TagsOf;
+using test::UpdateAt;
 
 OrderTicket Replacing(int32_t priceType, const std::string& tif, double price = 0) {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "BUY";
-    t.symbol = "IBM";
-    t.quantity = 500;
-    t.priceType = priceType;
-    t.lmtPrice = price;
-    t.clOrderID = "A-1-M1";
-    t.tif = tif;
-    t.destination = "NASDAQ";
-    t.memo = "Tech10-57-/bskt";
-    return t;
+    return test::Ticket({.side = "BUY",
+                         .quantity = 500,
+                         .lmtPrice = price,
+                         .priceType = priceType,
+                         .clOrderID = "A-1-M1",
+                         .tif = tif,
+                         .destination = "NASDAQ"});
 }
 
 TEST(ReplaceRequestTags, EveryPriceTypeInBothVersions) {
@@ -114,27 +106,6 @@ TEST(ReplaceRequestTags, RefusedLikeANewOrderAndNeverWithoutTheReplacedId) {
         EXPECT_EQ(BuildReplaceRequest(t, r.orig, "O7", profile, clock).refusal, r.refusal)
             << r.name;
     }
-}
-
-FixOrderState Sent(const std::string& clOrdID) {
-    FixOrderState o;
-    o.clOrdID = clOrdID;
-    o.account = "ACCT01";
-    o.side = "B";
-    o.symbol = "IBM";
-    o.tif = "D";
-    o.memo = "Tech10-57-/bskt";
-    o.priceType = 5;
-    o.lmtPrice = 10.5;
-    o.quantity = 300;
-    return o;
-}
-
-const FixOrderState& UpdateAt(const FixBookOutcome& out, size_t i) {
-    return std::get<FixOrderState>(out.events.at(i));
-}
-const FixOrderReject& RejectAt(const FixBookOutcome& out, size_t i) {
-    return std::get<FixOrderReject>(out.events.at(i));
 }
 
 // An order acknowledged and 100 of 300 filled at 10.4.

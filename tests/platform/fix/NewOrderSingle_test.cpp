@@ -1,3 +1,4 @@
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/NewOrderSingle.h"
 
 #include <gtest/gtest.h>
@@ -6,6 +7,7 @@ namespace wicker {
 namespace {
 
 using std::chrono::milliseconds;
+using test::TagsOf;
 
 TEST(FixTimestampText, UtcWithMilliseconds) {
     const std::pair<int64_t, const char*> rows[] = {
@@ -22,24 +24,7 @@ TEST(FixTimestampText, UtcWithMilliseconds) {
 }
 
 OrderTicket Ticket() {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "S";
-    t.symbol = "IBM";
-    t.quantity = 300;
-    t.priceType = 1;
-    t.clOrderID = "ACCT01-20240315-57-1";
-    t.tif = "D";
-    t.memo = "Tech10-57-/bskt";
-    return t;
-}
-
-std::string TagsOf(const FixMessage& m) {
-    std::string out;
-    for (const FixField& f : m.fields) {
-        out += (out.empty() ? "" : " ") + std::to_string(f.tag) + "=" + f.value;
-    }
-    return out;
+    return test::Ticket({.side = "S"});
 }
 
 TEST(NewOrderSingleFields, OptionalTagsOnlyWhenSetAndTheMemoOnlyWhereTheProfileSays) {
