@@ -2,18 +2,13 @@
 // versions, seen from a FIX client that writes its requests by hand; and a replaced order
 // that survives an exchange restart.
 
-#include "exchange/BasicVenue.h"
-#include "exchange/ExchangeServer.h"
+#include "exchange/ExchangeFixture.h"
 #include "exchange/SimVenue.h"
-#include "platform/fix/FixGateway.h"
 #include "platform/fix/FixMessageText.h"
-#include "platform/fix/RecordingGatewayEvents.h"
+#include "platform/fix/FixTestOrders.h"
+#include "platform/fix/GatewayFixture.h"
 #include "platform/fix/RecordingSessionListener.h"
 #include "platform/fix/engine/FixInitiator.h"
-#include "support/TempDir.h"
-
-#include <atomic>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -21,6 +16,9 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
+using test::RecordingGatewayEvents;
+using test::RunningExchange;
+using test::Tag;
 
 enum class VenueKind { Basic, Sim };
 
@@ -33,32 +31,6 @@ std::unique_ptr<ExchangeVenue> MakeVenue(VenueKind kind) {
     s.clipSize = 100;
     return std::make_unique<SimVenue>(s, std::chrono::steady_clock::now());
 }
-
-// The exchange in this process, polled on its own thread.
-class RunningExchange {
-public:
-    RunningExchange(const ExchangeOptions& o, VenueKind kind)
-        : m_venue(MakeVenue(kind)), m_server(o, *m_venue) {
-        const Result<void> started = m_server.start();
-        EXPECT_TRUE(started.ok()) << (started.ok() ? "" : started.error().message);
-        m_thread = std::thread([this] {
-            while (!m_stop.load()) {
-                m_server.runOnce(5);
-            }
-        });
-    }
-    ~RunningExchange() {
-        m_stop.store(true);
-        m_thread.join();
-    }
-    int port() const { return m_server.port(); }
-
-private:
-    std::unique_ptr<ExchangeVenue> m_venue;
-    ExchangeServer m_server;
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
 
 // A FIX client whose messages a test writes as "35=G|11=...".
 class HandClient {
@@ -103,11 +75,6 @@ private:
     std::unique_ptr<FixInitiator> m_engine;
 };
 
-std::string Tag(const FixMessage& m, int tag) {
-    const std::string* v = m.find(tag);
-    return v != nullptr ? *v : "<none>";
-}
-
 auto Report(const std::string& clOrdID, const std::string& execType) {
     return [=](const FixMessage& m) {
         return m.msgType == "8" && Tag(m, 11) == clOrdID && Tag(m, 150) == execType;
@@ -127,10 +94,7 @@ class ExchangeReplace : public ::testing::TestWithParam<Case> {};
 TEST_P(ExchangeReplace, ReplacedThenRefusedThenMarketableFillsUnderTheNewId) {
     const Case c = GetParam();
     test::TempDir dir;
-    ExchangeOptions o;
-    o.port = 0;
-    o.journalFile = (dir / "orders.txt").string();
-    RunningExchange exchange(o, c.venue);
+    RunningExchange exchange(test::Options(dir), MakeVenue(c.venue));
     HandClient client(exchange.port(), c.version);
     const bool fix42 = c.version == FixVersion::Fix42;
 
@@ -216,50 +180,33 @@ INSTANTIATE_TEST_SUITE_P(VenuesAndVersions, ExchangeReplace,
                                     (row.param.version == FixVersion::Fix42 ? "42" : "44");
                          });
 
-TEST(ExchangeReplaceRestart, ReplacedOrderIsKnownByItsNewIdAfterARestart) {
-    test::TempDir dir;
-    ExchangeOptions o;
-    o.port = 0;
+class ExchangeReplaceRestart : public test::GatewayFixtureOn<SystemClock> {};
+
+TEST_F(ExchangeReplaceRestart, ReplacedOrderIsKnownByItsNewIdAfterARestart) {
+    ExchangeOptions o = test::Options(dir);
     o.dataDir = (dir / "exchange").string();
-    auto exchange = std::make_unique<RunningExchange>(o, VenueKind::Basic);
+    auto exchange = std::make_unique<RunningExchange>(o, MakeVenue(VenueKind::Basic));
     o.port = exchange->port();
-    test::RecordingGatewayEvents events;
-    SystemClock clock;
-    FixPlatformSettings s;
-    s.port = o.port;
-    s.reconnectInterval = 1;
-    FixGateway g(s, dir / "wicker", clock, events);
-    ASSERT_TRUE(g.start().ok());
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = "B";
-    t.symbol = "IBM";
-    t.quantity = 300;
-    t.lmtPrice = 1;
-    t.priceType = 5;
-    t.clOrderID = "R-1";
-    t.tif = "D";
-    const int32_t id = g.SubmitOrder(t);
-    ASSERT_TRUE(
-        test::RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
-    ASSERT_EQ(g.ReplaceOrder("R-1", id, QVXOrderChange{"R-1-M1", 400, 5, 1.25}), 0);
-    ASSERT_TRUE(
-        test::RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 2; }));
+    auto g = Start(o.port);
+    const int32_t id = g->SubmitOrder(
+        test::Ticket({.lmtPrice = 1, .priceType = 5, .clOrderID = "R-1", .memo = ""}));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
+    ASSERT_EQ(g->ReplaceOrder("R-1", id, QVXOrderChange{"R-1-M1", 400, 5, 1.25}), 0);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 2; }));
 
     exchange.reset();
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return !g.isLoggedOn(); }));
-    exchange = std::make_unique<RunningExchange>(o, VenueKind::Basic);
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }, 20s));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !g->isLoggedOn(); }));
+    exchange = std::make_unique<RunningExchange>(o, MakeVenue(VenueKind::Basic));
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }, 20s));
     // The exchange rebuilt one order from its reports, not one per ClOrdID.
-    ASSERT_EQ(g.ReplaceOrder("R-1", id, QVXOrderChange{"R-1-M2", 450, 5, 1.3}), 0);
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] {
+    ASSERT_EQ(g->ReplaceOrder("R-1", id, QVXOrderChange{"R-1-M2", 450, 5, 1.3}), 0);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
         const auto u = events.updates();
         return u.back().clOrdID == "R-1-M2";
     }));
     EXPECT_EQ(events.updates().back().quantity, 450);
-    EXPECT_EQ(g.CancelOrder("R-1", id), 0);
-    ASSERT_TRUE(test::RecordingGatewayEvents::waitFor(
+    EXPECT_EQ(g->CancelOrder("R-1", id), 0);
+    ASSERT_TRUE(RecordingGatewayEvents::waitFor(
         [&] { return events.updates().back().status == "Canceled"; }));
     EXPECT_TRUE(events.rejects().empty());
 }

@@ -1,11 +1,6 @@
-#include "exchange/BasicVenue.h"
-#include "exchange/ExchangeServer.h"
-#include "platform/fix/FixGateway.h"
-#include "platform/fix/RecordingGatewayEvents.h"
-#include "support/TempDir.h"
-
-#include <atomic>
-#include <thread>
+#include "exchange/ExchangeFixture.h"
+#include "platform/fix/FixTestOrders.h"
+#include "platform/fix/GatewayFixture.h"
 
 #include <gtest/gtest.h>
 
@@ -13,84 +8,31 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
+using test::Options;
 using test::RecordingGatewayEvents;
+using test::RunningExchange;
 
-// wicker-exchange in this process: the server polled on its own thread.
-class RunningExchange {
-public:
-    explicit RunningExchange(ExchangeOptions o)
-        : m_venue(o.seed, o.clipSize, std::chrono::milliseconds(o.fillDelayMs)),
-          m_server(o, m_venue) {
-        const Result<void> started = m_server.start();
-        EXPECT_TRUE(started.ok()) << (started.ok() ? "" : started.error().message);
-        m_thread = std::thread([this] {
-            while (!m_stop.load()) {
-                m_server.runOnce(5);
-            }
-        });
+// The last update of each record id.
+std::map<int32_t, FixOrderState> Latest(const RecordingGatewayEvents& events) {
+    std::map<int32_t, FixOrderState> out;
+    for (const FixOrderState& u : events.updates()) {
+        out[u.recordId] = u;
     }
-    ~RunningExchange() {
-        m_stop.store(true);
-        m_thread.join();
-    }
-    int port() const { return m_server.port(); }
-    const BasicVenue& venue() const { return m_venue; }
-
-private:
-    BasicVenue m_venue;
-    ExchangeServer m_server;
-    std::atomic<bool> m_stop{false};
-    std::thread m_thread;
-};
-
-ExchangeOptions Options(const test::TempDir& dir) {
-    ExchangeOptions o;
-    o.port = 0;
-    o.journalFile = (dir / "orders.txt").string();
-    o.quoteIntervalMs = 20;
-    return o;
+    return out;
 }
 
 OrderTicket Ticket(const std::string& id, const std::string& side, int32_t priceType, double price,
                    int32_t qty = 300, const std::string& symbol = "IBM") {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = side;
-    t.symbol = symbol;
-    t.quantity = qty;
-    t.lmtPrice = price;
-    t.priceType = priceType;
-    t.clOrderID = id;
-    t.tif = "D";
-    t.memo = "B-1-/bskt";
-    return t;
+    return test::Ticket({.side = side,
+                         .symbol = symbol,
+                         .quantity = qty,
+                         .lmtPrice = price,
+                         .priceType = priceType,
+                         .clOrderID = id,
+                         .memo = "B-1-/bskt"});
 }
 
-class ExchangeServerTest : public ::testing::Test {
-protected:
-    std::unique_ptr<FixGateway> Connect(int port, FixVersion v = FixVersion::Fix42) {
-        FixPlatformSettings s;
-        s.port = port;
-        s.version = v;
-        s.reconnectInterval = 1;
-        auto g = std::make_unique<FixGateway>(s, dir / "wicker", clock, events);
-        EXPECT_TRUE(g->start().ok());
-        EXPECT_TRUE(RecordingGatewayEvents::waitFor([&] { return g->isLoggedOn(); }));
-        return g;
-    }
-    // The last update of each record id.
-    std::map<int32_t, FixOrderState> Latest() {
-        std::map<int32_t, FixOrderState> out;
-        for (const FixOrderState& u : events.updates()) {
-            out[u.recordId] = u;
-        }
-        return out;
-    }
-
-    test::TempDir dir;
-    SystemClock clock;
-    RecordingGatewayEvents events;
-};
+class ExchangeServerTest : public test::GatewayFixtureOn<SystemClock> {};
 
 TEST_F(ExchangeServerTest, MarketAndMarketableOrdersFillInClipsBothVersions) {
     for (const FixVersion v : {FixVersion::Fix42, FixVersion::Fix44}) {
@@ -104,25 +46,20 @@ TEST_F(ExchangeServerTest, MarketAndMarketableOrdersFillInClipsBothVersions) {
         s.port = exchange.port();
         s.version = v;
         FixGateway g(s, own / "wicker", clock, ev);
-        ASSERT_TRUE(g.start().ok());
-        ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return g.isLoggedOn(); }));
+        ASSERT_TRUE(test::LogOn(g));
 
-        const double mid = exchange.venue().midPrice("IBM");
+        const double mid = exchange.midPrice("IBM");
         const int32_t market = g.SubmitOrder(Ticket("M-1", "B", 1, 0));
         const int32_t limit = g.SubmitOrder(Ticket("L-1", "S", 5, mid - 1, 250));
         const int32_t resting = g.SubmitOrder(Ticket("R-1", "B", 5, mid - 5));
         ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] {
-            std::map<int32_t, FixOrderState> last;
-            for (const FixOrderState& u : ev.updates()) {
-                last[u.recordId] = u;
-            }
+            std::map<int32_t, FixOrderState> last = Latest(ev);
             return last.size() == 3 && last[market].status == "Filled" &&
                    last[limit].status == "Filled";
         }));
-        std::map<int32_t, FixOrderState> last;
+        std::map<int32_t, FixOrderState> last = Latest(ev);
         int fills = 0;
         for (const FixOrderState& u : ev.updates()) {
-            last[u.recordId] = u;
             fills += u.lastShares > 0;
         }
         EXPECT_EQ(fills, 3 + 3) << "300 and 250 shares in clips of 100";
@@ -150,7 +87,7 @@ TEST_F(ExchangeServerTest, RefusedOrdersComeBackAsRejectsWithTheirReason) {
     ExchangeOptions o = Options(dir);
     o.halted = {"HALT"};
     RunningExchange exchange(o);
-    auto g = Connect(exchange.port());
+    auto g = Start(exchange.port());
     g->SubmitOrder(Ticket("A-1", "B", 1, 0, 100, "HALT"));
     g->SubmitOrder(Ticket("A-2", "B", 5, 1.0));
     g->SubmitOrder(Ticket("A-2", "S", 5, 1.0)); // the same ClOrdID again
@@ -164,7 +101,7 @@ TEST_F(ExchangeServerTest, RefusedOrdersComeBackAsRejectsWithTheirReason) {
 
 TEST_F(ExchangeServerTest, JournalHoldsEveryOrderWithItsTags) {
     RunningExchange exchange(Options(dir));
-    auto g = Connect(exchange.port());
+    auto g = Start(exchange.port());
     OrderTicket t = Ticket("J-1", "T", 2, 0, 500, "MSFT");
     t.destination = "NYSE";
     g->SubmitOrder(t);
@@ -178,13 +115,13 @@ TEST_F(ExchangeServerTest, JournalHoldsEveryOrderWithItsTags) {
 
 TEST_F(ExchangeServerTest, SubscribedSymbolsGetASnapshot) {
     RunningExchange exchange(Options(dir));
-    auto g = Connect(exchange.port());
+    auto g = Start(exchange.port());
     g->RegisterSymbol("AAPL");
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return !events.quotes().empty(); }));
     const FixQuoteFields q = events.quotes()[0];
     EXPECT_EQ(q.symbol, "AAPL");
     EXPECT_TRUE(q.snapshot);
-    EXPECT_NEAR(*q.bid, exchange.venue().midPrice("AAPL") - 0.005, 1e-9);
+    EXPECT_NEAR(*q.bid, exchange.midPrice("AAPL") - 0.005, 1e-9);
     EXPECT_EQ(q.volume, 0);
     // A fill moves the volume, and the change is streamed.
     g->SubmitOrder(Ticket("Q-1", "B", 1, 0, 100, "AAPL"));
@@ -199,8 +136,8 @@ TEST_F(ExchangeServerTest, RestartedExchangeStillKnowsItsOpenOrders) {
     o.dataDir = (dir / "exchange").string();
     auto exchange = std::make_unique<RunningExchange>(o);
     o.port = exchange->port();
-    auto g = Connect(o.port);
-    const double mid = exchange->venue().midPrice("IBM");
+    auto g = Start(o.port);
+    const double mid = exchange->midPrice("IBM");
     const int32_t id = g->SubmitOrder(Ticket("R-1", "B", 5, mid - 5));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
     exchange.reset();

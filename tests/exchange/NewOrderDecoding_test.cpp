@@ -1,4 +1,6 @@
 #include "exchange/NewOrderDecoding.h"
+#include "platform/fix/FixMessageText.h"
+#include "platform/fix/FixTestOrders.h"
 #include "platform/fix/NewOrderSingle.h"
 
 #include <gtest/gtest.h>
@@ -7,17 +9,12 @@ namespace wicker {
 namespace {
 
 OrderTicket Ticket(const std::string& side, int32_t priceType, const std::string& tif) {
-    OrderTicket t;
-    t.account = "ACCT01";
-    t.side = side;
-    t.symbol = "IBM";
-    t.quantity = 300;
-    t.lmtPrice = 10.25;
-    t.priceType = priceType;
-    t.clOrderID = "ACCT01-20240315-57-1";
-    t.tif = tif;
-    t.destination = "NASDAQ";
-    return t;
+    return test::Ticket({.side = side,
+                         .lmtPrice = 10.25,
+                         .priceType = priceType,
+                         .tif = tif,
+                         .destination = "NASDAQ",
+                         .memo = ""});
 }
 
 // Every side, price type and standard TIF letter, in both versions: what Wicker sends,
@@ -59,20 +56,7 @@ TEST(NewOrderRoundTrip, EverySidePriceTypeAndTifInBothVersions) {
 }
 
 FixMessage Order(const std::string& text) {
-    FixMessage m;
-    m.msgType = "D";
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('|', start);
-        if (end == std::string::npos) {
-            end = text.size();
-        }
-        const std::string pair = text.substr(start, end - start);
-        const size_t eq = pair.find('=');
-        m.add(std::stoi(pair.substr(0, eq)), pair.substr(eq + 1));
-        start = end + 1;
-    }
-    return m;
+    return test::Fix("35=D|" + text);
 }
 
 TEST(NewOrderDecoding, UnusableOrdersAreRefusedWithAReason) {
