@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include <gtest/gtest.h>
+
 namespace wicker::test {
 
 /// A field of `into` takes the value of `update` wherever the update carries it.
@@ -112,6 +114,27 @@ public:
     ManualClock clock;
     SimPlatform platform;
     SimRecorder events;
+};
+
+/// A started desk with IBM's quotes drained: seed 7, clips of 1000 shares, auctions 3 s
+/// after the order, "HALT" halted.
+class IbmDeskTest : public ::testing::Test {
+protected:
+    IbmDeskTest() : desk(Settings()) {
+        desk.platform.RegisterSymbol("IBM", "*");
+        desk.drain();
+    }
+    static SimSettings Settings() {
+        SimSettings s;
+        s.seed = 7;
+        s.clipSize = 1000;
+        s.fillDelayMs = 3000;
+        s.halted = {"HALT"};
+        return s;
+    }
+    const QVXQuoteStruct& quote() { return desk.events.market["IBM"]; }
+
+    SimDesk desk;
 };
 
 inline void SimRecorder::OnQVXQuoteUpdate(const QVXQuoteStruct& q) {

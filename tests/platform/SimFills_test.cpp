@@ -55,22 +55,8 @@ void ExpectConsistent(const std::vector<QVXOrderStruct>& updates) {
     }
 }
 
-class SimFills : public ::testing::Test {
+class SimFills : public IbmDeskTest {
 protected:
-    SimFills() : desk(Settings()) {
-        desk.platform.RegisterSymbol("IBM", "*");
-        desk.drain();
-    }
-    static SimSettings Settings() {
-        SimSettings s;
-        s.seed = 7;
-        s.clipSize = 1000;
-        s.fillDelayMs = 3000;
-        s.halted = {"HALT"};
-        return s;
-    }
-    const QVXQuoteStruct& quote() { return desk.events.market["IBM"]; }
-
     // Moves time on in steps until the order is done; false if it never is.
     bool RunUntilDone(int32_t id, int maxSeconds = 4 * 3600) {
         for (int i = 0; i < maxSeconds; ++i) {
@@ -82,8 +68,6 @@ protected:
         }
         return false;
     }
-
-    SimDesk desk;
 };
 
 TEST_F(SimFills, MarketBuyFillsAtOnceAtTheAskAndEchoesTheOrder) {

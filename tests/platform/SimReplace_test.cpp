@@ -7,21 +7,8 @@ namespace {
 
 using std::chrono::milliseconds;
 
-class SimReplace : public ::testing::Test {
+class SimReplace : public IbmDeskTest {
 protected:
-    SimReplace() : desk(Settings()) {
-        desk.platform.RegisterSymbol("IBM", "*");
-        desk.drain();
-    }
-    static SimSettings Settings() {
-        SimSettings s;
-        s.seed = 7;
-        s.clipSize = 1000;
-        s.fillDelayMs = 3000;
-        return s;
-    }
-    const QVXQuoteStruct& quote() { return desk.events.market["IBM"]; }
-
     // A buy limit far below the market: it rests for the length of any test.
     int32_t SendResting(int32_t quantity = 100) {
         resting.quantity = quantity;
@@ -34,7 +21,6 @@ protected:
         return QVXOrderChange{std::move(newId), quantity, priceType, price};
     }
 
-    SimDesk desk;
     OrderSpec resting;
 };
 
