@@ -6,6 +6,8 @@
 #include "platform/fix/FixTestPeer.h"
 #include "platform/fix/GatewayFixture.h"
 
+#include <future>
+
 #include <gtest/gtest.h>
 
 namespace wicker {
@@ -106,7 +108,16 @@ TEST_F(FixGatewayReplace, ConfirmedReplaceKeepsTheRecordIdAndChainsTheIds) {
 
 TEST_F(FixGatewayReplace, RefusedReplaceArrivesAsARejectThenTheOrderUnchanged) {
     test::FixTestPeer peer({PeerSide(FixVersion::Fix42)});
-    peer.setReply(Broker);
+    // The broker holds its answer to a replace until the second try was made, so that the
+    // first is still pending then however fast the machine answers.
+    std::promise<void> secondTried;
+    const std::shared_future<void> gate = secondTried.get_future().share();
+    peer.setReply([gate](FixAcceptor& a, const FixMessage& in) {
+        if (in.msgType == "G") {
+            gate.wait_for(15s);
+        }
+        Broker(a, in);
+    });
     auto g = Start(peer.port());
     const int32_t id = g->SubmitOrder(Ticket("A-1"));
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 1; }));
@@ -114,6 +125,7 @@ TEST_F(FixGatewayReplace, RefusedReplaceArrivesAsARejectThenTheOrderUnchanged) {
     EXPECT_EQ(g->ReplaceOrder("A-1", id, QVXOrderChange{"A-1-M2", 400, 5, 101.5}),
               kReplaceOrderNotOpen)
         << "one change at a time";
+    secondTried.set_value();
     ASSERT_TRUE(RecordingGatewayEvents::waitFor([&] { return events.updates().size() == 2; }));
     ASSERT_EQ(events.rejects().size(), 1u);
     const FixOrderReject x = events.rejects()[0];
