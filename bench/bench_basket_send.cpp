@@ -5,7 +5,7 @@
 // checks, conversions and numbering cost per order.
 #include "common/Clock.h"
 #include "common/MessageBox.h"
-#include "trading/BasketExecution.h"
+#include "trading/orders/BasketExecution.h"
 
 #include <cstdio>
 #include <map>

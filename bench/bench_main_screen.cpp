@@ -2,9 +2,9 @@
 // Timer200ms tick after 200 ms of a quote storm of 50,000 updates a second over 5,000
 // symbols. Each is set against a plain copy of the same cells measured in this run.
 #include "common/Conversions.h"
-#include "trading/BasketCalculation.h"
-#include "trading/QuoteBoard.h"
-#include "trading/StockList.h"
+#include "trading/basket/BasketCalculation.h"
+#include "trading/basket/StockList.h"
+#include "trading/quotes/QuoteBoard.h"
 
 #include <cstdio>
 #include <map>

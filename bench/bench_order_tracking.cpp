@@ -3,7 +3,7 @@
 // tracked orders take. Prints the ratios measured in this run.
 #include "common/Clock.h"
 #include "common/MessageBox.h"
-#include "trading/OrderTracker.h"
+#include "trading/orders/OrderTracker.h"
 
 #include <algorithm>
 #include <cstdio>

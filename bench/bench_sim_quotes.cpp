@@ -43,6 +43,7 @@ public:
     int64_t other = 0;
     void OnQVXOrderUpdate(const QVXOrderStruct&) override { ++other; }
     void OnQVXOrderReject(const QVXRejectStruct&) override { ++other; }
+    void OnQVXOrderWarning(const QVXOrderWarning&) override { ++other; }
     void OnQVXShutdown() override { ++other; }
     void OnPlatformStatus(bool, const std::string&) override { ++other; }
     void OnQVXQuoteSnap(const QVXQuoteStruct&) override { ++other; }
@@ -73,6 +74,7 @@ std::vector<QVXQuoteStruct> RecordedUpdates() {
         std::vector<QVXQuoteStruct> quotes;
         void OnQVXOrderUpdate(const QVXOrderStruct&) override {}
         void OnQVXOrderReject(const QVXRejectStruct&) override {}
+        void OnQVXOrderWarning(const QVXOrderWarning&) override {}
         void OnQVXShutdown() override {}
         void OnPlatformStatus(bool, const std::string&) override {}
         void OnQVXQuoteSnap(const QVXQuoteStruct&) override {}

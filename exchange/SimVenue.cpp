@@ -42,7 +42,8 @@ public:
     std::vector<QVXOrderStruct> updates;
     std::vector<QVXQuoteStruct> quotes;
     void OnQVXOrderUpdate(const QVXOrderStruct& u) override { updates.push_back(u); }
-    void OnQVXOrderReject(const QVXRejectStruct&) override {} // an update follows
+    void OnQVXOrderReject(const QVXRejectStruct&) override {}  // an update follows
+    void OnQVXOrderWarning(const QVXOrderWarning&) override {} // the simulator never warns
     void OnQVXShutdown() override {}
     void OnPlatformStatus(bool, const std::string&) override {}
     void OnQVXQuoteSnap(const QVXQuoteStruct& q) override { quotes.push_back(q); }

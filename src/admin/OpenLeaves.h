@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderTracker.h"
+#include "trading/orders/OrderTracker.h"
 
 namespace wicker {
 

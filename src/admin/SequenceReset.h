@@ -1,7 +1,7 @@
 #pragma once
 
 #include "common/MessageBox.h"
-#include "trading/SendSequence.h"
+#include "trading/orders/SendSequence.h"
 
 #include <cstdint>
 #include <filesystem>

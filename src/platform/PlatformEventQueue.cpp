@@ -11,6 +11,7 @@ struct Deliver {
 
     void operator()(const QVXOrderStruct& e) const { orders.OnQVXOrderUpdate(e); }
     void operator()(const QVXRejectStruct& e) const { orders.OnQVXOrderReject(e); }
+    void operator()(const QVXOrderWarning& e) const { orders.OnQVXOrderWarning(e); }
     void operator()(const PlatformEventQueue::QuoteSnap& e) const {
         quotes.OnQVXQuoteSnap(e.quote);
     }

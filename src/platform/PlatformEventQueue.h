@@ -27,8 +27,8 @@ public:
         bool online = false;
         std::string text;
     };
-    using Event =
-        std::variant<QVXOrderStruct, QVXRejectStruct, QuoteSnap, QuoteUpdate, Shutdown, Status>;
+    using Event = std::variant<QVXOrderStruct, QVXRejectStruct, QVXOrderWarning, QuoteSnap,
+                               QuoteUpdate, Shutdown, Status>;
 
     /// `wake` is called on the pushing thread when the queue gets its first event after a
     /// drain, so a burst costs one wake-up. It must only schedule a drain, never drain.

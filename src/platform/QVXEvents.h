@@ -14,6 +14,7 @@ public:
     virtual ~QVXEvents() = default;
     virtual void OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) = 0;
     virtual void OnQVXOrderReject(const QVXRejectStruct& structOrderReject) = 0;
+    virtual void OnQVXOrderWarning(const QVXOrderWarning& warning) = 0;
     virtual void OnQVXShutdown() = 0;
     /// The link to the broker came up or went down; `text` is for the status bar.
     virtual void OnPlatformStatus(bool online, const std::string& text) = 0;

@@ -113,6 +113,19 @@ struct QVXRejectStruct {
     int32_t Quantity = 0;
     std::string Symbol;
     int32_t RejectReason = 0;
+    /// The platform's own words for the refusal (FIX Text(58), the simulator's reason); may
+    /// be empty. Shown after the reject line's code.
+    std::string ReasonText;
+};
+
+/// Something about an order that the platform could not make sense of: a report it cannot
+/// read, a fill beyond the order's quantity. The order's state is left as the broker last
+/// stated it sensibly; the trader is told, never left with a silent drop.
+struct QVXOrderWarning {
+    int32_t OrderRecordId = 0; ///< 0 when the report names no order the platform knows
+    std::string ClOrderID;
+    std::string Symbol;
+    std::string Text; ///< what was wrong, in words
 };
 
 } // namespace wicker

@@ -3,10 +3,10 @@
 #include "baskets/OrdinaryError.h"
 #include "common/Text.h"
 #include "storage/BasketDatabase.h"
-#include "trading/BasketCalculation.h"
-#include "trading/BasketIndexValue.h"
-#include "trading/BasketOrderIds.h"
-#include "trading/FieldSpinners.h"
+#include "trading/basket/BasketCalculation.h"
+#include "trading/basket/BasketIndexValue.h"
+#include "trading/basket/FieldSpinners.h"
+#include "trading/orders/BasketOrderIds.h"
 
 #include <exception>
 #include <utility>
@@ -171,6 +171,10 @@ void TradingDesk::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
 
 void TradingDesk::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
     m_events.OnQVXOrderReject(structOrderReject);
+}
+
+void TradingDesk::OnQVXOrderWarning(const QVXOrderWarning& warning) {
+    m_events.OnQVXOrderWarning(warning);
 }
 
 void TradingDesk::OnQVXShutdown() {

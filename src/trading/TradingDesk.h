@@ -9,20 +9,20 @@
 #include "storage/BasketDatabase.h"
 #include "storage/Database.h"
 #include "storage/Settings.h"
-#include "trading/BasketCancel.h"
-#include "trading/BasketExecution.h"
-#include "trading/BasketIndexes.h"
-#include "trading/BasketTotalsFilter.h"
-#include "trading/IniSequenceStore.h"
-#include "trading/MainLineEntry.h"
-#include "trading/MainScreenQueries.h"
-#include "trading/OrderTracker.h"
-#include "trading/PasteInput.h"
-#include "trading/QuoteBoard.h"
-#include "trading/QuoteRegistrations.h"
-#include "trading/SendSequence.h"
-#include "trading/StockList.h"
 #include "trading/TradingEvents.h"
+#include "trading/basket/BasketIndexes.h"
+#include "trading/basket/MainLineEntry.h"
+#include "trading/basket/MainScreenQueries.h"
+#include "trading/basket/PasteInput.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/BasketCancel.h"
+#include "trading/orders/BasketExecution.h"
+#include "trading/orders/BasketTotalsFilter.h"
+#include "trading/orders/IniSequenceStore.h"
+#include "trading/orders/OrderTracker.h"
+#include "trading/orders/SendSequence.h"
+#include "trading/quotes/QuoteBoard.h"
+#include "trading/quotes/QuoteRegistrations.h"
 
 #include <array>
 #include <cstdint>
@@ -96,6 +96,7 @@ public:
 
     void OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) override;
     void OnQVXOrderReject(const QVXRejectStruct& structOrderReject) override;
+    void OnQVXOrderWarning(const QVXOrderWarning& warning) override;
     void OnQVXShutdown() override;
     void OnPlatformStatus(bool online, const std::string& text) override;
     void OnQVXQuoteSnap(const QVXQuoteStruct& structQuoteSnap) override;

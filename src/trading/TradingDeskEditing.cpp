@@ -4,8 +4,8 @@
 #include "baskets/MainLineEdits.h"
 #include "baskets/OrdinaryError.h"
 #include "common/Text.h"
-#include "trading/BasketCalculation.h"
 #include "trading/TradingDesk.h"
+#include "trading/basket/BasketCalculation.h"
 
 #include <algorithm>
 #include <exception>

@@ -7,12 +7,17 @@ namespace wicker {
 TradingEvents::TradingEvents(OrderTracker& tracker, std::function<void()> closeMainScreen)
     : m_tracker(tracker), m_closeMainScreen(std::move(closeMainScreen)) {}
 
-OrderTracker::UpdateOutcome TradingEvents::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
+OrderTracker::UpdateOutcome
+TradingEvents::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     return m_tracker.OnQVXOrderUpdate(structOrderUpdate);
 }
 
 void TradingEvents::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
     m_tracker.OnQVXOrderReject(structOrderReject);
+}
+
+void TradingEvents::OnQVXOrderWarning(const QVXOrderWarning& warning) {
+    m_tracker.OnQVXOrderWarning(warning);
 }
 
 void TradingEvents::OnQVXShutdown() {

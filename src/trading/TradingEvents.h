@@ -1,7 +1,7 @@
 #pragma once
 
 #include "platform/QVXOrderStruct.h"
-#include "trading/OrderTracker.h"
+#include "trading/orders/OrderTracker.h"
 
 #include <functional>
 
@@ -16,6 +16,7 @@ public:
 
     OrderTracker::UpdateOutcome OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate);
     void OnQVXOrderReject(const QVXRejectStruct& structOrderReject);
+    void OnQVXOrderWarning(const QVXOrderWarning& warning);
     /// Marks the platform closed and closes the main screen (once).
     void OnQVXShutdown();
 

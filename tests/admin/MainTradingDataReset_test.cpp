@@ -4,8 +4,8 @@
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
 #include "trading/FakePlatform.h"
-#include "trading/OrderTracker.h"
 #include "trading/TradingDesk.h"
+#include "trading/orders/OrderTracker.h"
 
 #include <gtest/gtest.h>
 

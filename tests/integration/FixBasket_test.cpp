@@ -9,7 +9,7 @@
 #include "platform/fix/RecordingGatewayEvents.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
-#include "trading/BasketOrderIds.h"
+#include "trading/orders/BasketOrderIds.h"
 
 #include <cmath>
 #include <fstream>

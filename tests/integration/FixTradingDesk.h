@@ -7,10 +7,10 @@
 #include "platform/TicketOrder.h"
 #include "platform/fix/FixGateway.h"
 #include "platform/fix/FixPlatformRecords.h"
-#include "trading/BasketCancel.h"
-#include "trading/BasketExecution.h"
-#include "trading/OrderTracker.h"
 #include "trading/TradingEvents.h"
+#include "trading/orders/BasketCancel.h"
+#include "trading/orders/BasketExecution.h"
+#include "trading/orders/OrderTracker.h"
 
 #include <deque>
 #include <functional>

@@ -8,8 +8,8 @@
 #include "storage/BasketDatabase.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
-#include "trading/OrderRow.h"
 #include "trading/TradingDesk.h"
+#include "trading/orders/OrderRow.h"
 
 #include <map>
 
@@ -35,6 +35,7 @@ public:
         ++rejects;
         m_desk.OnQVXOrderReject(r);
     }
+    void OnQVXOrderWarning(const QVXOrderWarning& w) override { m_desk.OnQVXOrderWarning(w); }
     void OnQVXShutdown() override { m_desk.OnQVXShutdown(); }
     void OnPlatformStatus(bool online, const std::string& text) override {
         m_desk.OnPlatformStatus(online, text);
@@ -164,7 +165,8 @@ TEST_F(SimTradingDesk, SendFillCancelAndRejectAddUpInTheBasketList) {
     const ExecuteReport buy = desk.ExecuteBasket(3, "ACCT01"); // BUY MKT
     EXPECT_EQ(buy.ordersSubmitted, 5);
     EXPECT_TRUE(buy.submitErrors.empty());
-    const ExecuteReport rest = desk.ExecuteBasket(9, "ACCT01"); // SHRT ASK: rests until bids reach it
+    const ExecuteReport rest =
+        desk.ExecuteBasket(9, "ACCT01"); // SHRT ASK: rests until bids reach it
     EXPECT_EQ(rest.ordersSubmitted, 5);
     EXPECT_EQ(rest.basketSeq, buy.basketSeq + 1);
     EXPECT_TRUE(boxes.shown().empty()) << boxes.shown()[0].text;

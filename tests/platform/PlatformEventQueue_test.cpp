@@ -27,6 +27,9 @@ public:
     void OnQVXOrderReject(const QVXRejectStruct& e) override {
         lines.push_back("reject " + e.ClOrderID);
     }
+    void OnQVXOrderWarning(const QVXOrderWarning& w) override {
+        lines.push_back("warning " + w.ClOrderID);
+    }
     void OnQVXShutdown() override { lines.emplace_back("shutdown"); }
     void OnPlatformStatus(bool online, const std::string& text) override {
         lines.push_back(std::string(online ? "up " : "down ") + text);

@@ -39,6 +39,9 @@ public:
         rejects.push_back(r);
         journal.push_back("reject " + r.ClOrderID);
     }
+    void OnQVXOrderWarning(const QVXOrderWarning& w) override {
+        journal.push_back("warning " + w.ClOrderID + " " + w.Text);
+    }
     void OnQVXShutdown() override {
         ++shutdowns;
         journal.emplace_back("shutdown");

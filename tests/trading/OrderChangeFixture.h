@@ -9,9 +9,9 @@
 #include "storage/Database.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
-#include "trading/ModifyClOrderIds.h"
-#include "trading/OrderReplace.h"
-#include "trading/OrderTracker.h"
+#include "trading/orders/ModifyClOrderIds.h"
+#include "trading/orders/OrderReplace.h"
+#include "trading/orders/OrderTracker.h"
 
 #include <map>
 #include <memory>

@@ -2,7 +2,7 @@
 
 #include "common/Conversions.h"
 #include "platform/QVXOrder.h"
-#include "trading/SendSequence.h"
+#include "trading/orders/SendSequence.h"
 
 #include <deque>
 #include <functional>

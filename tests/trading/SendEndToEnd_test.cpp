@@ -4,9 +4,9 @@
 // fills.
 #include "common/Formats.h"
 #include "support/RecordingMessageBoxes.h"
-#include "trading/BasketCancel.h"
-#include "trading/BasketExecution.h"
 #include "trading/TradingEvents.h"
+#include "trading/orders/BasketCancel.h"
+#include "trading/orders/BasketExecution.h"
 
 #include <deque>
 #include <map>

@@ -3,9 +3,9 @@
 #include "admin/ui/frmColumns.h"
 #include "common/MessageBox.h"
 #include "storage/Settings.h"
-#include "trading/OrderRow.h"
-#include "trading/StockList.h"
 #include "trading/TradingDesk.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/OrderRow.h"
 #include "trading/ui/ColumnLayout.h"
 
 #include <QHeaderView>

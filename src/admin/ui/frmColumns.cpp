@@ -1,8 +1,8 @@
 #include "admin/ui/frmColumns.h"
 
 #include "common/MessageBox.h"
-#include "trading/OrderRow.h"
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/OrderRow.h"
 
 #include <QHBoxLayout>
 #include <QLabel>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "baskets/StockEntry.h"
-#include "trading/MainLineEntry.h"
+#include "trading/basket/MainLineEntry.h"
 
 #include <functional>
 #include <vector>

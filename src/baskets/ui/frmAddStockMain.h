@@ -1,7 +1,7 @@
 #pragma once
 
 #include "baskets/ui/StockEntryFields.h"
-#include "trading/MainLineEntry.h"
+#include "trading/basket/MainLineEntry.h"
 
 #include <functional>
 

@@ -79,7 +79,7 @@ QVXOrderStruct OrderStructOf(const FixOrderState& o) {
 }
 
 QVXRejectStruct RejectStructOf(const FixOrderReject& x) {
-    return QVXRejectStruct{x.clOrdID, x.side, x.quantity, x.symbol, x.reason};
+    return QVXRejectStruct{x.clOrdID, x.side, x.quantity, x.symbol, x.reason, x.text};
 }
 
 QVXQuoteStruct QuoteStructOf(const FixQuoteFields& f) {

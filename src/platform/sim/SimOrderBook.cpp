@@ -107,8 +107,9 @@ void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
         reject.Quantity = o.ticket.quantity;
         reject.Symbol = o.ticket.symbol;
         reject.RejectReason = kSimRejectHalted;
+        reject.ReasonText = "Symbol halted";
+        o.lastFill = reject.ReasonText;
         m_events.push(std::move(reject));
-        o.lastFill = "Symbol halted";
         Finish(o, QVXOrderStatus::Rejected, nowUs);
         return;
     }

@@ -1,6 +1,6 @@
 #include "trading/ui/BasketOrderWindows.h"
 
-#include "trading/OrderRow.h"
+#include "trading/orders/OrderRow.h"
 #include "trading/ui/frmBasketDetails.h"
 #include "trading/ui/frmModifyBasket.h"
 

@@ -1,9 +1,9 @@
 #pragma once
 
-#include "trading/BasketCancel.h"
-#include "trading/BasketModify.h"
-#include "trading/ModifyClOrderIds.h"
-#include "trading/OrderSummary.h"
+#include "trading/orders/BasketCancel.h"
+#include "trading/orders/BasketModify.h"
+#include "trading/orders/ModifyClOrderIds.h"
+#include "trading/orders/OrderSummary.h"
 #include "trading/ui/OrderWindowsContext.h"
 
 #include <functional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderRow.h"
+#include "trading/orders/OrderRow.h"
 
 #include <vector>
 

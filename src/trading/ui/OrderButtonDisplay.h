@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/ExecutionButtons.h"
+#include "trading/orders/ExecutionButtons.h"
 
 #include <array>
 #include <cstdint>

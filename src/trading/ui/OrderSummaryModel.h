@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderSummary.h"
+#include "trading/orders/OrderSummary.h"
 
 #include <cstdint>
 #include <vector>

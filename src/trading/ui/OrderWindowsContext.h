@@ -2,9 +2,9 @@
 
 #include "common/MessageBox.h"
 #include "platform/QVXOrderMaintenance.h"
-#include "trading/ModifyClOrderIds.h"
-#include "trading/OrderReplace.h"
 #include "trading/TradingDesk.h"
+#include "trading/orders/ModifyClOrderIds.h"
+#include "trading/orders/OrderReplace.h"
 
 namespace wicker {
 

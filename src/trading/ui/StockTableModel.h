@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
 
 #include <functional>
 

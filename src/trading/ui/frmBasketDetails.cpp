@@ -1,6 +1,6 @@
 #include "trading/ui/frmBasketDetails.h"
 
-#include "trading/OrderCancel.h"
+#include "trading/orders/OrderCancel.h"
 #include "trading/ui/OrderSummaryModel.h"
 #include "trading/ui/frmModifyOrder.h"
 

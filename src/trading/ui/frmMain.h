@@ -3,9 +3,9 @@
 #include "common/MessageBox.h"
 #include "common/Result.h"
 #include "platform/Platform.h"
-#include "trading/ExecutionButtons.h"
-#include "trading/MainScreenQueries.h"
 #include "trading/TradingDesk.h"
+#include "trading/basket/MainScreenQueries.h"
+#include "trading/orders/ExecutionButtons.h"
 
 #include <array>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/BasketModify.h"
+#include "trading/orders/BasketModify.h"
 #include "trading/ui/OrderWindowsContext.h"
 
 #include <optional>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "trading/OrderModify.h"
+#include "trading/orders/OrderModify.h"
 #include "trading/ui/OrderWindowsContext.h"
 
 #include <cstdint>

@@ -3,8 +3,8 @@
 
 #include "admin/ui/frmColumns.h"
 #include "storage/clsIniFile.h"
-#include "trading/OrderRow.h"
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/OrderRow.h"
 #include "trading/ui/MainScreenFixture.h"
 
 #include <QApplication>

@@ -5,7 +5,7 @@
 #include "baskets/ui/ScreenSupport.h"
 #include "storage/clsIniFile.h"
 #include "support/RecordingMessageBoxes.h"
-#include "trading/SendSequence.h"
+#include "trading/orders/SendSequence.h"
 
 #include <QLineEdit>
 #include <QPushButton>

@@ -16,10 +16,12 @@ class Screen : public QVXEvents, public QVXQuoteEvents {
 public:
     std::vector<QVXOrderStruct> updates;
     std::vector<QVXRejectStruct> rejects;
+    std::vector<QVXOrderWarning> warnings;
     std::vector<std::pair<bool, QVXQuoteStruct>> quotes; // snapshot?, record
     std::vector<std::string> status;
     void OnQVXOrderUpdate(const QVXOrderStruct& u) override { updates.push_back(u); }
     void OnQVXOrderReject(const QVXRejectStruct& r) override { rejects.push_back(r); }
+    void OnQVXOrderWarning(const QVXOrderWarning& w) override { warnings.push_back(w); }
     void OnQVXShutdown() override {}
     void OnPlatformStatus(bool online, const std::string& text) override {
         status.push_back((online ? "up: " : "down: ") + text);

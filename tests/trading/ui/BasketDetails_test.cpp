@@ -1,8 +1,8 @@
 // The order summary of a send, opened from lvBaskets, with cancel and modify of one order,
 // and Modify Basket, on the simulated market driven by hand.
 
-#include "trading/OrderRow.h"
-#include "trading/OrderSummary.h"
+#include "trading/orders/OrderRow.h"
+#include "trading/orders/OrderSummary.h"
 #include "trading/ui/BasketOrderWindows.h"
 #include "trading/ui/MainScreenFixture.h"
 #include "trading/ui/OrderSummaryModel.h"

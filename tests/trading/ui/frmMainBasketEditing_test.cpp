@@ -7,9 +7,9 @@
 #include "baskets/ui/frmAddStockMain.h"
 #include "baskets/ui/frmEditItem.h"
 #include "baskets/ui/frmSaveAs.h"
-#include "trading/MainScreenQueries.h"
-#include "trading/OrderRow.h"
-#include "trading/StockList.h"
+#include "trading/basket/MainScreenQueries.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/OrderRow.h"
 #include "trading/ui/MainScreenFixture.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // Loading a basket onto the main window: its lines, live quotes, check boxes, the fields
 // and their spinners.
 
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
 #include "trading/ui/MainScreenFixture.h"
 #include "trading/ui/ModelSignals.h"
 #include "trading/ui/StockTableModel.h"

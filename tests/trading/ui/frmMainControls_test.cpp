@@ -1,7 +1,7 @@
 // The main window's controls, captions and menus as the trader finds them at start-up.
 
-#include "trading/ExecutionButtons.h"
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/ExecutionButtons.h"
 #include "trading/ui/MainScreenFixture.h"
 
 #include <QMenu>

@@ -2,7 +2,7 @@
 // in which colours, the list columns, and where the window was left.
 
 #include "storage/clsIniFile.h"
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
 #include "trading/ui/ColumnLayout.h"
 #include "trading/ui/MainScreenFixture.h"
 #include "trading/ui/OrderButtonDisplay.h"

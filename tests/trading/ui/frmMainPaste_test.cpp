@@ -1,7 +1,7 @@
 // Pasting and dropping tab-separated text onto the main window's stock list, and text no
 // spreadsheet ever produced.
 
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
 #include "trading/ui/MainBasketEditing.h"
 #include "trading/ui/MainScreenFixture.h"
 

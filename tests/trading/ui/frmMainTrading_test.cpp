@@ -1,8 +1,8 @@
 // Sending, following and cancelling baskets from the main window on the simulated market,
 // and the road of platform events to the window's thread.
 
-#include "trading/OrderRow.h"
-#include "trading/StockList.h"
+#include "trading/basket/StockList.h"
+#include "trading/orders/OrderRow.h"
 #include "trading/ui/BasketTableModel.h"
 #include "trading/ui/MainScreenFixture.h"
 #include "trading/ui/ModelSignals.h"

@@ -1,0 +1,176 @@
+#include "trading/basket/DisplayNumbers.h"
+
+#include "common/Conversions.h"
+#include "common/Formats.h"
+
+#include <charconv>
+#include <cmath>
+#include <string_view>
+
+namespace wicker {
+namespace {
+
+// Beyond this the general formats are used (exponent forms, long digit runs).
+constexpr double FastLimit = 1e15;
+
+/// |value| as 15 significant decimal digits: value = 0.digits x 10^exponent. The digits are
+/// the correctly rounded ones that the general formats start from.
+struct Digits {
+    char d[24];
+    int n = 0;
+    int exponent = 0;
+};
+
+Digits FifteenDigits(double value) {
+    Digits out;
+    if (value == 0.0) {
+        out.d[0] = '0';
+        out.n = 1;
+        out.exponent = 1;
+        return out;
+    }
+    char buf[40];
+    const auto r =
+        std::to_chars(buf, buf + sizeof buf, std::fabs(value), std::chars_format::scientific, 14);
+    // "d.dddddddddddddde+XX"
+    const std::string_view s(buf, static_cast<size_t>(r.ptr - buf));
+    const size_t e = s.find('e');
+    for (size_t i = 0; i < e; ++i) {
+        if (s[i] != '.') {
+            out.d[out.n++] = s[i];
+        }
+    }
+    // to_chars writes no terminator: read the exponent within the text only.
+    const char* exp = buf + e + 1;
+    if (*exp == '+') {
+        ++exp;
+    }
+    int exponent = 0;
+    std::from_chars(exp, r.ptr, exponent);
+    out.exponent = exponent + 1;
+    return out;
+}
+
+/// The integer and fraction digits of |value| rounded half away from zero to `decimals`
+/// (leading zeros of the integer part dropped), as the general fixed formats do.
+void Round(double value, int decimals, std::string& intPart, std::string& fracPart) {
+    Digits d = FifteenDigits(value);
+    const int keep = d.exponent + decimals;
+    if (keep < 0) {
+        d.d[0] = '0';
+        d.n = 1;
+        d.exponent = 1;
+    } else if (keep < d.n) {
+        const bool up = d.d[keep] >= '5';
+        d.n = keep;
+        if (up) {
+            int i = keep - 1;
+            while (i >= 0 && d.d[i] == '9') {
+                d.d[i] = '0';
+                --i;
+            }
+            if (i < 0) {
+                for (int j = d.n; j > 0; --j) {
+                    d.d[j] = d.d[j - 1];
+                }
+                d.d[0] = '1';
+                ++d.n;
+                ++d.exponent;
+            } else {
+                ++d.d[i];
+            }
+        }
+        if (d.n == 0) {
+            d.d[0] = '0';
+            d.n = 1;
+            d.exponent = 1;
+        }
+    }
+    const std::string_view digits(d.d, static_cast<size_t>(d.n));
+    if (d.exponent <= 0) {
+        intPart.clear();
+        fracPart.assign(static_cast<size_t>(-d.exponent), '0');
+        fracPart += digits;
+    } else if (d.exponent >= d.n) {
+        intPart.assign(digits);
+        intPart.append(static_cast<size_t>(d.exponent - d.n), '0');
+        fracPart.clear();
+    } else {
+        intPart.assign(digits.substr(0, static_cast<size_t>(d.exponent)));
+        fracPart.assign(digits.substr(static_cast<size_t>(d.exponent)));
+    }
+    fracPart.resize(static_cast<size_t>(decimals), '0');
+    const size_t nz = intPart.find_first_not_of('0');
+    if (nz == std::string::npos) {
+        intPart.clear();
+    } else if (nz > 0) {
+        intPart.erase(0, nz);
+    }
+}
+
+bool AllZero(const std::string& s) {
+    return s.find_first_not_of('0') == std::string::npos;
+}
+
+} // namespace
+
+std::string FixedText(double value, int decimals, bool leadingZero) {
+    if (!std::isfinite(value) || std::fabs(value) >= FastLimit || decimals < 0 || decimals > 8) {
+        return leadingZero ? FormatDecimals(value, decimals) : Format(value, "#.00");
+    }
+    std::string intPart;
+    std::string fracPart;
+    Round(value, decimals, intPart, fracPart);
+    std::string out;
+    out.reserve(intPart.size() + fracPart.size() + 3);
+    if (value < 0 && !(AllZero(intPart) && AllZero(fracPart))) {
+        out += '-';
+    }
+    if (intPart.empty()) {
+        if (leadingZero) {
+            out += '0';
+        }
+    } else {
+        out += intPart;
+    }
+    if (decimals > 0) {
+        out += '.';
+        out += fracPart;
+    }
+    return out;
+}
+
+std::string ThousandsText(double value) {
+    if (!std::isfinite(value) || std::fabs(value) >= FastLimit) {
+        return Format(value, "#,###");
+    }
+    std::string intPart;
+    std::string fracPart;
+    Round(value, 0, intPart, fracPart);
+    if (intPart.empty()) {
+        return {};
+    }
+    std::string out;
+    out.reserve(intPart.size() + intPart.size() / 3 + 1);
+    if (value < 0) {
+        out += '-';
+    }
+    const size_t n = intPart.size();
+    for (size_t i = 0; i < n; ++i) {
+        out += intPart[i];
+        const size_t left = n - i - 1;
+        if (left > 0 && left % 3 == 0) {
+            out += ',';
+        }
+    }
+    return out;
+}
+
+std::string QuantityText(double value) {
+    if (std::isfinite(value) && std::fabs(value) < FastLimit && value == std::trunc(value)) {
+        return std::to_string(static_cast<long long>(value));
+    }
+    return NumberText(value);
+}
+
+} // namespace wicker

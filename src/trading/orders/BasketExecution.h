@@ -1,0 +1,106 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "common/MessageBox.h"
+#include "platform/QVXOrder.h"
+#include "trading/orders/SendSequence.h"
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace wicker {
+
+/// What a send reads of one lvStocks line: its check box and the sub-item texts.
+struct ExecutionLine {
+    bool checked = false;
+    std::string symbol;      ///< item text
+    std::string bid;         ///< sub-item 1
+    std::string ask;         ///< sub-item 2
+    std::string last;        ///< sub-item 3
+    std::string quantity;    ///< sub-item 5, the quantity to send
+    std::string destination; ///< sub-item 6
+    std::string modifier;    ///< sub-item 7
+    std::string tif;         ///< sub-item 8
+    std::string price;       ///< sub-item 19, the line's own price
+};
+
+/// The screen's fields a send reads.
+struct ExecutionInputs {
+    std::string account;    ///< text of cboAccount
+    std::string multiplier; ///< text of txtPercent
+    std::string basketName; ///< CurrentBasketName
+};
+
+/// Settings a send reads.
+struct ExecutionSettings {
+    bool confirmBeforeSending = false; ///< "Confirmation" / "BeforeSending"
+    bool reserveEnabled = false;       ///< "Reserve" / "Enabled"
+    int32_t reserveQuantity = 100;     ///< "Reserve" / "Quantity"
+};
+
+/// How a click ended.
+enum class ExecuteOutcome {
+    NoLines,        ///< the list is empty: nothing happened
+    MissingAccount, ///< refused; the screen moves the focus to cboAccount
+    ZeroMultiple,   ///< refused: multiplier 0
+    NotConfirmed,   ///< the trader answered No
+    NotReserved,    ///< the next basket number could not be saved: nothing was sent
+    Sent,           ///< the lines were worked through (some may have been refused)
+};
+
+/// What one click did.
+struct ExecuteReport {
+    ExecuteOutcome outcome = ExecuteOutcome::NoLines;
+    int16_t basketSeq = 0;            ///< the send number the orders carried
+    int32_t ordersSubmitted = 0;      ///< SubmitOrder calls made
+    std::vector<std::string> notSent; ///< report texts
+    std::vector<std::pair<std::string, int32_t>> submitErrors; ///< report text, result
+};
+
+/// The text of the one summary message after a send; empty when every line went out.
+std::string SendSummaryText(const std::vector<std::string>& notSent,
+                            const std::vector<std::pair<std::string, int32_t>>& submitErrors);
+
+/// Sends the checked lines of the loaded basket as one burst of orders: the click of
+/// cmdExecuteBasket.
+class BasketExecution {
+public:
+    BasketExecution(QVXOrderFactory& orders, SendSequence& sequence, SequenceStore& store,
+                    MessageBoxes& boxes, const Clock& clock);
+
+    /// The click of button `index` (0..20). Pre-checks, confirmation, one order per checked
+    /// line, the send number advanced and saved once, and one summary message when any line
+    /// was not sent or refused. A conversion or platform error in the middle of a basket
+    /// ends the click by throwing (the orders already sent stay sent) after the send number
+    /// has been advanced.
+    ExecuteReport cmdExecuteBasket_Click(int index, std::span<const ExecutionLine> lines,
+                                         const ExecutionInputs& inputs,
+                                         const ExecutionSettings& settings);
+
+    /// Result of the last SubmitOrder of the last send.
+    int32_t LastSubmitResult() const { return m_lastSubmitResult; }
+
+private:
+    /// Reserves the next send number durably; false (and a message) when it fails.
+    bool ReserveNextBasketSeq(int16_t basketSeq);
+    /// The line's price modifier as a number (a text that is none throws RuntimeError).
+    double ModifierValue(const std::string& text);
+    /// One checked line: builds, checks and submits its order.
+    void SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
+                  const ExecutionSettings& settings, const std::string& date,
+                  ExecuteReport& report);
+
+    QVXOrderFactory& m_orders;
+    SendSequence& m_sequence;
+    SequenceStore& m_store;
+    MessageBoxes& m_boxes;
+    const Clock& m_clock;
+    int32_t m_lastSubmitResult = 0;
+    std::optional<std::pair<std::string, double>> m_modifierCache;
+};
+
+} // namespace wicker

@@ -1,0 +1,213 @@
+#include "trading/orders/OrderTracker.h"
+
+#include "common/Formats.h"
+#include "common/RuntimeError.h"
+
+#include <optional>
+#include <unordered_set>
+#include <utility>
+
+namespace wicker {
+
+OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
+    : m_boxes(boxes), m_clock(clock) {}
+
+OrderTracker::UpdateOutcome
+OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
+    if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
+        found != m_byRecordId.end()) {
+        m_orders[found->second].UpdateOrder(structOrderUpdate, false);
+        if (!structOrderUpdate.ClOrderID.empty()) {
+            m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
+        }
+        m_ordersChanged = true;
+        return UpdateOutcome::Updated;
+    }
+    OrderUpdate order;
+    try {
+        order.UpdateOrder(structOrderUpdate, true);
+    } catch (const RuntimeError&) {
+        // Only a memo of someone else's making can get here; such an order is not ours.
+        return UpdateOutcome::BadMemo;
+    }
+    if (order.m_strBasketId.empty()) {
+        return UpdateOutcome::NotABasketOrder;
+    }
+    Append(std::move(order));
+    m_ordersChanged = true;
+    return UpdateOutcome::Added;
+}
+
+void OrderTracker::Append(OrderUpdate&& order) {
+    const auto position = static_cast<uint32_t>(m_orders.size());
+    BasketKey key{order.m_strBasketId, order.m_nBasketSeq};
+    auto [group, isNew] = m_groupIndex.try_emplace(std::move(key), 0);
+    if (isNew) {
+        group->second = static_cast<uint32_t>(m_groups.size());
+        m_groups.push_back(
+            BasketGroup{order.m_strBasketId, order.m_nBasketSeq, FormatTime12(m_clock.localNow())});
+    }
+    m_groupOf.push_back(group->second);
+    m_currentClOrderIds.push_back(order.m_strClOrderId);
+    m_notes.emplace_back();
+    m_byRecordId.emplace(order.m_nOrderRecordId, position);
+    m_byClOrderId[order.m_strClOrderId].push_back(position);
+    m_orders.push_back(std::move(order));
+}
+
+void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
+    if (const auto found = m_byClOrderId.find(structOrderReject.ClOrderID);
+        found != m_byClOrderId.end()) {
+        for (uint32_t position : found->second) {
+            m_orders[position].m_nLvsQuantity = 0;
+        }
+        // The open counts shown changed; without this they would wait for the next update.
+        m_ordersChanged = true;
+    }
+    m_rejects.push_back(
+        "Order: " + structOrderReject.Side + " " + std::to_string(structOrderReject.Quantity) +
+        " " + structOrderReject.Symbol +
+        " was rejected. Code:  " + std::to_string(structOrderReject.RejectReason) +
+        (structOrderReject.ReasonText.empty() ? "" : " - " + structOrderReject.ReasonText) +
+        "\r\n");
+}
+
+void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
+    std::optional<uint32_t> position;
+    if (const auto found = m_byRecordId.find(warning.OrderRecordId); found != m_byRecordId.end()) {
+        position = found->second;
+    } else if (const auto byId = m_byClOrderId.find(warning.ClOrderID);
+               byId != m_byClOrderId.end() && !byId->second.empty()) {
+        position = byId->second.front();
+    }
+    if (position) {
+        m_notes[*position] = warning.Text;
+        m_ordersChanged = true;
+    }
+    m_rejects.push_back("Warning: order " + warning.ClOrderID + " " + warning.Symbol + ": " +
+                        warning.Text + "\r\n");
+}
+
+bool OrderTracker::Timer1sec() {
+    if (m_inTick) {
+        return false;
+    }
+    m_inTick = true;
+    struct TickEnd {
+        bool& inTick;
+        ~TickEnd() { inTick = false; }
+    } tickEnd{m_inTick};
+
+    if (!m_rejects.empty()) {
+        std::string text;
+        for (const std::string& reject : m_rejects) {
+            text += reject;
+        }
+        // Taken before the box opens: rejects arriving while it is shown wait for the next
+        // tick instead of being cleared unseen.
+        m_rejects.clear();
+        m_boxes.show(text, 48, "Rejection Notification");
+    }
+    if (!m_ordersChanged) {
+        return false;
+    }
+    m_ordersChanged = false;
+    FillOrderList();
+    // A window may close itself while it refreshes: walk a copy.
+    std::vector<std::function<void()>> fills;
+    fills.reserve(m_summaryWindows.size());
+    for (const auto& [handle, fillList] : m_summaryWindows) {
+        fills.push_back(fillList);
+    }
+    for (const auto& fillList : fills) {
+        fillList();
+    }
+    return true;
+}
+
+void OrderTracker::Clear() {
+    m_orders.clear();
+    m_groupOf.clear();
+    m_currentClOrderIds.clear();
+    m_notes.clear();
+    m_byRecordId.clear();
+    m_byClOrderId.clear();
+    m_groupIndex.clear();
+    m_groups.clear();
+    m_rows.clear();
+    m_lines.clear();
+    m_symbols.clear();
+    m_rejects.clear();
+    // Open summary windows still list the old orders: the next tick refills them.
+    m_ordersChanged = true;
+}
+
+void OrderTracker::FillOrderList() {
+    m_rows.clear();
+    m_lines.clear();
+    m_symbols.clear();
+    m_rows.resize(m_groups.size());
+    for (size_t g = 0; g < m_groups.size(); ++g) {
+        OrderRow& row = m_rows[g];
+        row.m_nBasketNum = m_groups[g].seq;
+        row.m_strBasketName = m_groups[g].id;
+        row.m_strTime = m_groups[g].firstSeen;
+        row.m_strListKey = "Basket " + std::to_string(m_groups[g].seq);
+    }
+    std::unordered_set<std::string> seenSymbols;
+    for (size_t i = 0; i < m_orders.size(); ++i) {
+        const OrderUpdate& order = m_orders[i];
+        m_rows[m_groupOf[i]].Add(order);
+        if (seenSymbols.insert(order.m_strInstrument).second) {
+            m_symbols.push_back(order.m_strInstrument);
+        }
+    }
+    m_lines.reserve(m_rows.size());
+    for (OrderRow& row : m_rows) {
+        row.m_fPercentFill = row.PercentFilled();
+        m_lines.push_back(BasketListTexts(row, IndexText(row)));
+    }
+}
+
+void OrderTracker::UpdateLiveColumns() {
+    for (size_t r = 0; r < m_rows.size() && r < m_lines.size(); ++r) {
+        OrderRow& row = m_rows[r];
+        row.m_fPercentFill = row.PercentFilled();
+        m_lines[r][colPercentFilled] = Format(row.m_fPercentFill, "#0.00");
+        m_lines[r][colIndex] = IndexText(row);
+        m_lines[r][colSide] = SideDisplayText(row.m_strSide);
+    }
+}
+
+std::string OrderTracker::IndexText(const OrderRow& row) const {
+    return m_indexText ? m_indexText(row) : std::string();
+}
+
+void OrderTracker::setIndexText(std::function<std::string(const OrderRow&)> indexText) {
+    m_indexText = std::move(indexText);
+}
+
+int OrderTracker::AddOrderSummaryWindow(std::function<void()> fillList) {
+    const int handle = m_nextWindowHandle++;
+    m_summaryWindows.emplace(handle, std::move(fillList));
+    return handle;
+}
+
+void OrderTracker::RemoveOrderSummaryWindow(int handle) {
+    m_summaryWindows.erase(handle);
+}
+
+const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
+    const auto found = m_byRecordId.find(orderRecordId);
+    return found == m_byRecordId.end() ? nullptr : &m_orders[found->second];
+}
+
+const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
+    return m_currentClOrderIds.at(orderIndex);
+}
+
+void OrderTracker::ZeroLeaves(size_t orderIndex) {
+    m_orders.at(orderIndex).m_nLvsQuantity = 0;
+}
+
+} // namespace wicker

@@ -1,0 +1,128 @@
+#pragma once
+
+#include "common/Clock.h"
+#include "common/MessageBox.h"
+#include "platform/QVXOrderStruct.h"
+#include "trading/orders/OrderRow.h"
+#include "trading/orders/OrderUpdate.h"
+
+#include <cstdint>
+#include <deque>
+#include <functional>
+#include <map>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+namespace wicker {
+
+/// Follows every basket order through the platform's order events: one OrderUpdate per
+/// order in order of first appearance, the reject queue, the orders-changed flag, and the
+/// per-basket totals of lvBaskets rebuilt by the one-second tick. All calls come from the
+/// UI thread.
+class OrderTracker {
+public:
+    /// What an order update did.
+    enum class UpdateOutcome { Updated, Added, NotABasketOrder, BadMemo };
+
+    OrderTracker(MessageBoxes& boxes, const Clock& clock);
+
+    /// OnQVXOrderUpdate: updates the first order with the record's id, else records a new
+    /// basket order. Orders of no basket are ignored; so is a new order whose memo has a send
+    /// number that is no number (it is never recorded).
+    UpdateOutcome OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate);
+
+    /// OnQVXOrderReject: every order with the reject's client order id stops counting as
+    /// open, and the reject waits in the queue for the next tick.
+    void OnQVXOrderReject(const QVXRejectStruct& structOrderReject);
+    /// A report the platform could not use: the order (found by record id, else by client
+    /// order id) carries the text as its note, and a line waits in the reject queue.
+    void OnQVXOrderWarning(const QVXOrderWarning& warning);
+    /// What Wicker itself knows of order `orderIndex` beyond the broker's status (a warning
+    /// about its reports); empty when nothing.
+    const std::string& Note(size_t orderIndex) const { return m_notes[orderIndex]; }
+
+    /// Timer1sec: shows the queued rejects in one "Rejection Notification", then, when orders
+    /// changed, rebuilds lvBaskets and refreshes every open order-summary window. Returns true
+    /// when lvBaskets was rebuilt. A tick that starts while an earlier tick's box is still open
+    /// does nothing.
+    bool Timer1sec();
+
+    /// Rebuilds the OrderRow collection and the lvBaskets texts from all orders.
+    void FillOrderList();
+
+    /// Timer2sec's share: writes "% Filled", "Index" and "Side" of every lvBaskets line anew.
+    void UpdateLiveColumns();
+
+    /// Text of the "Index" column of a basket (the quote board computes it); empty without.
+    void setIndexText(std::function<std::string(const OrderRow&)> indexText);
+
+    /// Registers an open order-summary window's FillList; returns its handle.
+    int AddOrderSummaryWindow(std::function<void()> fillList);
+    void RemoveOrderSummaryWindow(int handle);
+
+    /// All basket orders seen, in order of first appearance.
+    const std::deque<OrderUpdate>& Orders() const { return m_orders; }
+    /// The first order with this platform order record id, or null.
+    const OrderUpdate* FindOrder(int32_t orderRecordId) const;
+    /// The client order id of order `orderIndex` as last reported (a replace changes it;
+    /// OrderUpdate keeps the first one, by which rejects find the order).
+    const std::string& CurrentClOrderId(size_t orderIndex) const;
+    /// Sets an order's remaining quantity to 0, so that it no longer counts as open.
+    void ZeroLeaves(size_t orderIndex);
+    /// Forgets every order, reject and lvBaskets row ("Clear Trading Data"). The open
+    /// order-summary windows stay registered and are refreshed at the next tick.
+    void Clear();
+
+    /// Rows and lvBaskets lines of the last FillOrderList, in the same order.
+    const std::vector<OrderRow>& Rows() const { return m_rows; }
+    const std::vector<BasketListLine>& BasketListLines() const { return m_lines; }
+    /// Distinct symbols of the basket orders at the last FillOrderList, in first-seen order.
+    const std::vector<std::string>& Symbols() const { return m_symbols; }
+
+    bool OrdersChanged() const { return m_ordersChanged; }
+    /// The clock the tracker stamps times with; what acts on its orders stamps with it too.
+    const Clock& clock() const { return m_clock; }
+    /// Reject texts not yet shown, in arrival order.
+    const std::vector<std::string>& PendingRejects() const { return m_rejects; }
+
+private:
+    struct BasketKey {
+        std::string id;
+        int16_t seq = 0;
+        bool operator<(const BasketKey& o) const { return seq != o.seq ? seq < o.seq : id < o.id; }
+    };
+    struct BasketGroup {
+        std::string id;
+        int16_t seq = 0;
+        std::string firstSeen; ///< "hh:mm:ss AM/PM"
+    };
+
+    void Append(OrderUpdate&& order);
+    std::string IndexText(const OrderRow& row) const;
+
+    MessageBoxes& m_boxes;
+    const Clock& m_clock;
+
+    std::deque<OrderUpdate> m_orders;
+    std::vector<uint32_t> m_groupOf;              ///< basket group of each order, by position
+    std::vector<std::string> m_currentClOrderIds; ///< latest client order id, by position
+    std::vector<std::string> m_notes;             ///< local note, by position
+    std::unordered_map<int32_t, uint32_t> m_byRecordId;
+    std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
+    std::map<BasketKey, uint32_t> m_groupIndex;
+    std::vector<BasketGroup> m_groups;
+
+    std::vector<OrderRow> m_rows;
+    std::vector<BasketListLine> m_lines;
+    std::vector<std::string> m_symbols;
+    std::vector<std::string> m_rejects;
+    bool m_ordersChanged = false;
+    bool m_inTick = false;
+
+    std::function<std::string(const OrderRow&)> m_indexText;
+    std::map<int, std::function<void()>> m_summaryWindows;
+    int m_nextWindowHandle = 1;
+};
+
+} // namespace wicker

@@ -1,0 +1,67 @@
+#pragma once
+
+#include "platform/QVXQuoteStruct.h"
+#include "trading/basket/StockList.h"
+#include "trading/quotes/Quote.h"
+#include "trading/quotes/QuoteDisplay.h"
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace wicker {
+
+/// The quote table of the loaded basket: one Quote per lvStocks line, found by symbol (a
+/// symbol on several lines has one Quote per line), plus the latest values of every symbol
+/// quoted since start-up, for the rest of the screen. Handlers only record; Timer200ms
+/// writes what changed into the lines.
+class QuoteBoard {
+public:
+    /// One Quote per line of `lines`, by the line's symbol. A symbol quoted before starts
+    /// from its latest values, all flagged, so the new lines show them at the next tick.
+    void SetLines(const StockList& lines);
+    /// No lines (the latest values stay).
+    void ClearLines();
+
+    void OnQVXQuoteSnap(const QVXQuoteStruct& structQuoteSnap);
+    void OnQVXQuoteUpdate(const QVXQuoteStruct& structQuoteUpdate);
+
+    /// The price that came with line `row` (import or paste): shown in "Price".
+    void SetImportPrice(int row, double price);
+
+    void setDisplay(const QuoteDisplay& display) { m_display = display; }
+    const QuoteDisplay& display() const { return m_display; }
+
+    /// Writes every flagged column of every quote into its line, then clears the flags.
+    /// Returns the number of cells written.
+    int Timer200ms(StockList& lines);
+
+    /// The latest values of a symbol, or null when it was never quoted.
+    const Quote* Latest(std::string_view symbol) const;
+    /// The Quotes of a symbol's lines (empty when it stands on none).
+    std::vector<const Quote*> QuotesOf(std::string_view symbol) const;
+    size_t QuoteCount() const { return m_quotes.size(); }
+
+private:
+    void OnQuote(const QVXQuoteStruct& record);
+    void WriteQuote(Quote& quote, StockList& lines, int& written);
+
+    /// What is kept per symbol: its latest values and the lines it stands on.
+    struct SymbolEntry {
+        Quote latest;
+        bool quoted = false; ///< latest holds values
+        std::vector<uint32_t> rows;
+    };
+
+    QuoteDisplay m_display;
+    std::vector<Quote> m_quotes;                            ///< one per line, by row
+    std::unordered_map<std::string, SymbolEntry> m_symbols; ///< by SymbolKeyOf
+    std::vector<uint32_t> m_pending;                        ///< rows with flags set, each once
+};
+
+/// The key a symbol is found under: trimmed, upper case (collections never told case apart).
+std::string SymbolKeyOf(std::string_view symbol);
+
+} // namespace wicker

@@ -1,0 +1,155 @@
+#include "support/RecordingMessageBoxes.h"
+#include "trading/orders/BasketCancel.h"
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using test::RecordingMessageBoxes;
+
+struct CancelCall {
+    std::string text;
+    int32_t number;
+    std::string third;
+    std::string fourth;
+    int openWhenCalled; ///< open orders the tracker showed at the moment of the call
+    bool operator==(const CancelCall&) const = default;
+};
+
+class RecordingMaintenance : public QVXOrderMaintenance {
+public:
+    explicit RecordingMaintenance(const OrderTracker& tracker) : m_tracker(tracker) {}
+    void CancelOrder(const std::string& text, int32_t number, const std::string& third,
+                     const std::string& fourth) override {
+        int open = 0;
+        for (const OrderUpdate& o : m_tracker.Orders()) {
+            open += o.m_nLvsQuantity > 0 ? 1 : 0;
+        }
+        calls.push_back(CancelCall{text, number, third, fourth, open});
+    }
+    int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
+                         const QVXOrderChange&) override {
+        replaces.emplace_back(clOrderId, orderRecordId);
+        return 0;
+    }
+    std::vector<CancelCall> calls;
+    std::vector<std::pair<std::string, int32_t>> replaces;
+
+private:
+    const OrderTracker& m_tracker;
+};
+
+QVXOrderStruct Record(int32_t id, const std::string& memo, const std::string& clOrderId,
+                      int32_t leaves) {
+    QVXOrderStruct r;
+    r.OrderRecordId = id;
+    r.Memo = memo;
+    r.ClOrderID = clOrderId;
+    r.Side = "B";
+    r.Quantity = 100;
+    r.LvsQuantity = leaves;
+    r.CumExecQuantity = 100 - leaves;
+    return r;
+}
+
+class Cancel : public ::testing::Test {
+protected:
+    Cancel() : tracker(boxes, clock), maintenance(tracker), cancel(tracker, maintenance, boxes) {}
+
+    void SendTwoBaskets() {
+        tracker.OnQVXOrderUpdate(Record(11, "Tech-10-57-/bskt", "ACC-57-1", 100));
+        tracker.OnQVXOrderUpdate(Record(12, "Tech-10-57-/bskt", "ACC-57-2", 0)); // filled
+        tracker.OnQVXOrderUpdate(Record(13, "Tech10-58-/bskt", "ACC-58-1", 40));
+        tracker.OnQVXOrderUpdate(Record(14, "Other-59-/bskt", "ACC-59-1", 5));
+        tracker.OnQVXOrderUpdate(Record(15, "Tech-10-57-/bskt", "ACC-57-3", 70));
+    }
+
+    RecordingMessageBoxes boxes;
+    ManualClock clock;
+    OrderTracker tracker;
+    RecordingMaintenance maintenance;
+    BasketCancel cancel;
+};
+
+TEST_F(Cancel, AllWithNothingOpenSaysSoAndSendsNothing) {
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", 0));
+    EXPECT_EQ(cancel.mnuCxlAll(true), 0);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0],
+              (MessageRequest{"There are no baskets with open orders.", "No Open Orders",
+                              MsgButtons::Ok, MsgIcon::Exclamation}));
+    EXPECT_TRUE(maintenance.calls.empty());
+}
+
+TEST_F(Cancel, AllWithoutConfirmationCancelsEveryOpenOrderInOrderAfterZeroingThem) {
+    SendTwoBaskets();
+    EXPECT_EQ(cancel.mnuCxlAll(false), 4);
+    EXPECT_TRUE(boxes.shown().empty());
+    const std::vector<CancelCall> expected{{"ACC-57-1", 11, "", "", 0},
+                                           {"ACC-58-1", 13, "", "", 0},
+                                           {"ACC-59-1", 14, "", "", 0},
+                                           {"ACC-57-3", 15, "", "", 0}};
+    EXPECT_EQ(maintenance.calls, expected);
+}
+
+TEST_F(Cancel, AllTwiceFindsNothingTheSecondTime) {
+    SendTwoBaskets();
+    cancel.mnuCxlAll(false);
+    EXPECT_EQ(cancel.mnuCxlAll(false), 0);
+    EXPECT_EQ(maintenance.calls.size(), 4u);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text, "There are no baskets with open orders.");
+    // The platform's next report brings the leaves back.
+    tracker.OnQVXOrderUpdate(Record(13, "", "", 40));
+    EXPECT_EQ(cancel.mnuCxlAll(false), 1);
+}
+
+TEST_F(Cancel, AllAsksFirstWhenSetAndNoKeepsEverything) {
+    SendTwoBaskets();
+    boxes.answerNext(MsgAnswer::No);
+    EXPECT_EQ(cancel.mnuCxlAll(true), 0);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0], (MessageRequest{"Do you want to cancel all open basket orders?",
+                                                "Cancel All Basket Orders", MsgButtons::YesNo,
+                                                MsgIcon::Question, MsgDefault::Second}));
+    EXPECT_TRUE(maintenance.calls.empty());
+    EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 100);
+
+    boxes.answerNext(MsgAnswer::Yes);
+    EXPECT_EQ(cancel.mnuCxlAll(true), 4);
+}
+
+TEST_F(Cancel, SelectedCancelsOnlyThatSendOfThatBasket) {
+    SendTwoBaskets();
+    boxes.answerNext(MsgAnswer::Yes);
+    EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"57", "Tech10"}, true), 2);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0], (MessageRequest{"Do you want to cancel all orders for basket #57",
+                                                "Cancel Selected Orders", MsgButtons::YesNo,
+                                                MsgIcon::Question, MsgDefault::Second}));
+    const std::vector<CancelCall> expected{{"ACC-57-1", 11, "", "", 2},
+                                           {"ACC-57-3", 15, "", "", 2}};
+    EXPECT_EQ(maintenance.calls, expected);
+    EXPECT_EQ(tracker.Orders()[2].m_nLvsQuantity, 40); // send 58 of the same basket stays
+}
+
+TEST_F(Cancel, SelectedWithoutOpenOrdersOrWithoutSelection) {
+    SendTwoBaskets();
+    EXPECT_EQ(cancel.mnuCxlSel(std::nullopt, true), 0);
+    EXPECT_TRUE(boxes.shown().empty());
+
+    EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"60", "Tech10"}, true), 0);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0],
+              (MessageRequest{"That basket does not contain any open orders.", "No Open Orders",
+                              MsgButtons::Ok, MsgIcon::Exclamation}));
+    boxes.answerNext(MsgAnswer::No);
+    EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"59", "Other"}, true), 0);
+    EXPECT_TRUE(maintenance.calls.empty());
+    EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"59", "Other"}, false), 1);
+    EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"59", "Other"}, false), 0);
+}
+
+} // namespace
+} // namespace wicker

@@ -1,0 +1,410 @@
+#include "common/RuntimeError.h"
+#include "support/RecordingMessageBoxes.h"
+#include "trading/RecordingOrders.h"
+#include "trading/orders/BasketExecution.h"
+
+#include <cmath>
+#include <functional>
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using test::MemorySequenceStore;
+using test::RecordedOrder;
+using test::RecordingMessageBoxes;
+using test::RecordingOrders;
+
+ExecutionLine QuotedLine(std::string symbol, std::string qty = "300", std::string dest = "NASDAQ") {
+    ExecutionLine line;
+    line.checked = true;
+    line.symbol = std::move(symbol);
+    line.bid = "10.00";
+    line.ask = "10.10";
+    line.last = "10.05";
+    line.quantity = std::move(qty);
+    line.destination = std::move(dest);
+    line.modifier = "0.01";
+    line.tif = "GTC";
+    line.price = "9.50";
+    return line;
+}
+
+ExecutionLine UnquotedLine(std::string symbol) {
+    ExecutionLine line = QuotedLine(std::move(symbol));
+    line.bid = line.ask = line.last = "";
+    line.tif = "";
+    return line;
+}
+
+class Execution : public ::testing::Test {
+protected:
+    Execution() : clock(FromLocal(LocalDateTime{2024, 3, 15, 9, 30, 0, 0})) {
+        inputs.account = "acct01";
+        inputs.multiplier = "1";
+        inputs.basketName = "Tech10";
+    }
+
+    ExecuteReport Click(int index, const std::vector<ExecutionLine>& lines) {
+        BasketExecution execution(orders, sequence, store, boxes, clock);
+        return execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
+    }
+
+    RecordingOrders orders;
+    SendSequence sequence{57, 1};
+    MemorySequenceStore store;
+    RecordingMessageBoxes boxes;
+    ManualClock clock;
+    ExecutionInputs inputs;
+    ExecutionSettings settings;
+};
+
+struct ButtonCase {
+    const char* name;
+    int index;
+    const char* side;  ///< "" = not set
+    const char* type;  ///< "" = not set
+    const char* limit; ///< "" = not set
+    const char* tif;   ///< "" = not set
+};
+
+// One quoted line (bid 10.00, ask 10.10, last 10.05, own price 9.50, modifier 0.01, GTC)
+// through every button.
+const ButtonCase ButtonCases[] = {
+    {"BuyBid", 0, "BUY", "5", "10.01", "G"},   {"BuyAsk", 1, "BUY", "5", "10.11", "G"},
+    {"BuyLast", 2, "BUY", "5", "10.06", "G"},  {"BuyMkt", 3, "B", "1", "", "G"},
+    {"SellBid", 4, "S", "5", "10.01", "G"},    {"SellAsk", 5, "S", "5", "10.11", "G"},
+    {"SellLast", 6, "S", "5", "10.06", "G"},   {"SellMkt", 7, "S", "1", "", "G"},
+    {"ShrtBid", 8, "T", "5", "10.01", "G"},    {"ShrtAsk", 9, "T", "5", "10.11", "G"},
+    {"ShrtLast", 10, "T", "5", "10.06", "G"},  {"ShrtMkt", 11, "T", "1", "", "G"},
+    {"BuyMoc", 12, "B", "2", "", "G"},         {"SellMoc", 13, "S", "2", "", "G"},
+    {"ShrtMoc", 14, "T", "2", "", "G"},        {"ShrtMoo", 15, "T", "1", "", "O"},
+    {"SellMoo", 16, "S", "1", "", "O"},        {"BuyMoo", 17, "B", "1", "", "O"},
+    {"BuyPrice", 18, "B", "5", "9.51", "G"},   {"SellPrice", 19, "S", "5", "9.51", "G"},
+    {"ShortPrice", 20, "T", "5", "9.51", "G"}, {"OutOfRange", 21, "", "", "", ""},
+    {"Negative", -1, "", "", "", ""},
+};
+
+class ExecutionButtonCases : public Execution, public ::testing::WithParamInterface<ButtonCase> {};
+
+TEST_P(ExecutionButtonCases, OrderCarriesTheButtonsRuleInTheOrderOfItsSets) {
+    const ButtonCase& c = GetParam();
+    const ExecuteReport report = Click(c.index, {QuotedLine("IBM")});
+    ASSERT_EQ(report.outcome, ExecuteOutcome::Sent);
+    ASSERT_EQ(orders.created.size(), 1u);
+    const RecordedOrder& o = orders.created[0];
+    EXPECT_TRUE(o.submitted);
+    EXPECT_TRUE(o.released);
+    EXPECT_EQ(o.value("Side"), c.side);
+    EXPECT_EQ(o.value("PriceType"), c.type);
+    EXPECT_EQ(o.has("LmtPrice") ? NumberText(std::round(CDbl(o.value("LmtPrice")) * 100) / 100)
+                                : std::string(),
+              c.limit);
+    EXPECT_EQ(o.value("Tif"), c.tif);
+
+    std::vector<std::string> expected{"Memo", "Account", "Symbol", "Quantity", "Destination"};
+    if (*c.tif != '\0') {
+        expected.insert(expected.end(), {"Tif", "PriceType", "Side"});
+    }
+    if (*c.limit != '\0') {
+        expected.push_back("LmtPrice");
+    }
+    expected.push_back("ClOrderID");
+    EXPECT_EQ(o.setOrder(), expected);
+    EXPECT_TRUE(boxes.shown().empty());
+}
+
+INSTANTIATE_TEST_SUITE_P(AllButtons, ExecutionButtonCases, ::testing::ValuesIn(ButtonCases),
+                         [](const auto& p) { return std::string(p.param.name); });
+
+TEST_F(Execution, OrderIdentityFieldsHaveTheirForms) {
+    ExecutionLine line = QuotedLine("ibm", "300", "nasdaq");
+    Click(0, {line, QuotedLine("MSFT"), QuotedLine("AAPL")});
+    ASSERT_EQ(orders.created.size(), 3u);
+    const RecordedOrder& first = orders.created[0];
+    EXPECT_EQ(first.value("Memo"), "Tech10-57-/bskt");
+    EXPECT_EQ(first.value("Account"), "ACCT01");
+    EXPECT_EQ(first.value("Symbol"), "ibm"); // as displayed
+    EXPECT_EQ(first.value("Destination"), "NASDAQ");
+    EXPECT_EQ(first.value("Quantity"), "300");
+    EXPECT_EQ(first.value("ClOrderID"), "ACCT01-20240315-57-1");
+    EXPECT_EQ(orders.created[2].value("ClOrderID"), "ACCT01-20240315-57-3");
+}
+
+TEST_F(Execution, PreChecksRefuseWithTheirMessagesAndChangeNothing) {
+    EXPECT_EQ(Click(0, {}).outcome, ExecuteOutcome::NoLines);
+    EXPECT_TRUE(boxes.shown().empty());
+
+    inputs.account = "";
+    EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::MissingAccount);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0],
+              (MessageRequest{"Please choose an account to use.", "Missing Account"}));
+
+    inputs.account = "ACCT01";
+    for (const char* multiplier : {"0", "", "abc", "0.0"}) {
+        boxes.clear();
+        inputs.multiplier = multiplier;
+        EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::ZeroMultiple)
+            << multiplier;
+        ASSERT_EQ(boxes.shown().size(), 1u);
+        EXPECT_EQ(boxes.shown()[0], (MessageRequest{"Basket multiple must be greater than 0", ""}));
+    }
+    EXPECT_TRUE(orders.created.empty());
+    EXPECT_EQ(store.writes, 0);
+    EXPECT_EQ(sequence.BasketSeq(), 57);
+}
+
+TEST_F(Execution, NegativeMultiplierPasses) {
+    inputs.multiplier = "-1";
+    EXPECT_EQ(Click(3, {QuotedLine("IBM")}).outcome, ExecuteOutcome::Sent);
+    EXPECT_EQ(orders.submitted().size(), 1u);
+}
+
+TEST_F(Execution, ConfirmationAsksOnceAndOnlyYesSends) {
+    settings.confirmBeforeSending = true;
+    boxes.answerNext(MsgAnswer::No);
+    EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::NotConfirmed);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    const MessageRequest& q = boxes.shown()[0];
+    EXPECT_EQ(q.text, "Do you want to send this basket order?");
+    EXPECT_EQ(q.title, "Basket Confirmation");
+    EXPECT_EQ(q.buttons, MsgButtons::YesNo);
+    EXPECT_EQ(q.icon, MsgIcon::Question);
+    EXPECT_EQ(q.defaultButton, MsgDefault::Second);
+    EXPECT_TRUE(orders.created.empty());
+    EXPECT_EQ(sequence.BasketSeq(), 57);
+
+    boxes.answerNext(MsgAnswer::Yes);
+    EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::Sent);
+    EXPECT_EQ(orders.submitted().size(), 1u);
+    EXPECT_EQ(boxes.shown().size(), 2u);
+}
+
+TEST_F(Execution, BasketWithoutCheckedLinesStillUsesUpItsNumber) {
+    ExecutionLine a = QuotedLine("IBM");
+    ExecutionLine b = QuotedLine("MSFT");
+    a.checked = b.checked = false;
+    sequence.setOrderSeq(40);
+    const ExecuteReport report = Click(0, {a, b});
+    EXPECT_EQ(report.outcome, ExecuteOutcome::Sent);
+    EXPECT_TRUE(orders.created.empty());
+    EXPECT_TRUE(boxes.shown().empty());
+    EXPECT_EQ(sequence.BasketSeq(), 58);
+    EXPECT_EQ(sequence.OrderSeq(), 1);
+    EXPECT_EQ(store.saved, std::optional<int16_t>(58));
+    EXPECT_EQ(store.writes, 1);
+}
+
+TEST_F(Execution, MarketButtonSendsWithoutQuotesLimitButtonNeedsAllThree) {
+    Click(3, {UnquotedLine("IBM")});
+    ASSERT_EQ(orders.submitted().size(), 1u);
+    EXPECT_EQ(orders.submitted()[0]->value("Tif"), "D");
+    EXPECT_TRUE(boxes.shown().empty());
+
+    ExecutionLine noAsk = QuotedLine("IBM");
+    noAsk.ask = "0";
+    ExecutionLine noTif = QuotedLine("MSFT", "200", "ARCA");
+    noTif.tif = "";
+    ExecutionLine noLast = QuotedLine("AAPL", "100", "NYSE");
+    noLast.last = "";
+    orders.created.clear();
+    Click(0, {noAsk, noTif, noLast, QuotedLine("ORCL")});
+    // Every line got an order object; only the good one was submitted.
+    ASSERT_EQ(orders.created.size(), 4u);
+    ASSERT_EQ(orders.submitted().size(), 1u);
+    EXPECT_EQ(orders.submitted()[0]->value("Symbol"), "ORCL");
+    EXPECT_EQ(orders.created[0].setOrder(),
+              (std::vector<std::string>{"Memo", "Account", "Symbol", "Quantity", "Destination"}));
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text, "***** Orders Not Sent *****\r\nIBM 300 NASDAQ\r\nMSFT 200 "
+                                     "ARCA\r\nAAPL 100 NYSE\r\n\r\n");
+    EXPECT_EQ(boxes.shown()[0].title, "Some Orders Were Not Sent");
+    EXPECT_EQ(boxes.shown()[0].icon, MsgIcon::Exclamation);
+    EXPECT_EQ(boxes.shown()[0].buttons, MsgButtons::Ok);
+}
+
+TEST_F(Execution, TifTextOfTheLineIsMapped) {
+    struct Row {
+        const char* text;
+        const char* code;
+    };
+    for (const Row& r : {Row{"day", "D"}, Row{"OS", "1"}, Row{"IOC", "I"}, Row{"OPG", "O"}}) {
+        orders.created.clear();
+        ExecutionLine line = QuotedLine("IBM");
+        line.tif = r.text;
+        Click(0, {line});
+        ASSERT_EQ(orders.submitted().size(), 1u);
+        EXPECT_EQ(orders.submitted()[0]->value("Tif"), r.code) << r.text;
+    }
+}
+
+TEST_F(Execution, OrderSeqWrapsAfter9999WithinOneSend) {
+    std::vector<ExecutionLine> lines(10001, QuotedLine("IBM"));
+    Click(3, lines);
+    ASSERT_EQ(orders.created.size(), 10001u);
+    EXPECT_EQ(orders.created[0].value("ClOrderID"), "ACCT01-20240315-57-1");
+    EXPECT_EQ(orders.created[9998].value("ClOrderID"), "ACCT01-20240315-57-9999");
+    EXPECT_EQ(orders.created[9999].value("ClOrderID"), "ACCT01-20240315-57-1");
+    EXPECT_EQ(orders.created[10000].value("ClOrderID"), "ACCT01-20240315-57-2");
+    EXPECT_EQ(sequence.OrderSeq(), 1);
+}
+
+TEST_F(Execution, FirstSendStartsAtTheStoredOrderSeqLaterOnesAtOne) {
+    sequence.setOrderSeq(120);
+    Click(3, {QuotedLine("IBM"), QuotedLine("MSFT")});
+    Click(3, {QuotedLine("IBM")});
+    ASSERT_EQ(orders.created.size(), 3u);
+    EXPECT_EQ(orders.created[0].value("ClOrderID"), "ACCT01-20240315-57-120");
+    EXPECT_EQ(orders.created[1].value("ClOrderID"), "ACCT01-20240315-57-121");
+    EXPECT_EQ(orders.created[2].value("ClOrderID"), "ACCT01-20240315-58-1");
+    EXPECT_EQ(orders.created[2].value("Memo"), "Tech10-58-/bskt");
+}
+
+TEST_F(Execution, ReserveOnlyForListedDestinationsUpToTheQuantity) {
+    settings.reserveEnabled = true;
+    settings.reserveQuantity = 300;
+    Click(3, {QuotedLine("A", "300", "inet"), QuotedLine("B", "299", "INET"),
+              QuotedLine("C", "5000", "NYSE"), QuotedLine("D", "301", "ARCA")});
+    ASSERT_EQ(orders.created.size(), 4u);
+    EXPECT_EQ(orders.created[0].value("MaxFloor"), "300"); // destination upper-cased first
+    EXPECT_FALSE(orders.created[1].has("MaxFloor"));
+    EXPECT_FALSE(orders.created[2].has("MaxFloor"));
+    EXPECT_EQ(orders.created[3].value("MaxFloor"), "300");
+    EXPECT_EQ(orders.created[0].setOrder()[5], "MaxFloor");
+
+    settings.reserveEnabled = false;
+    orders.created.clear();
+    Click(3, {QuotedLine("A", "300", "INET")});
+    EXPECT_FALSE(orders.created[0].has("MaxFloor"));
+}
+
+TEST_F(Execution, OneSummaryWithNotSentBlockFirstThenRefusals) {
+    orders.submitResult = [](const RecordedOrder& o) {
+        return o.value("Symbol") == "IBM" ? -7 : o.value("Symbol") == "X!Y" ? -99 : 12;
+    };
+    ExecutionLine unsendable = QuotedLine("MSFT", "200", "ARCA");
+    unsendable.bid = "0";
+    const ExecuteReport report = Click(
+        4, {QuotedLine("IBM"), unsendable, QuotedLine("X!Y", "50", "NYSE"), QuotedLine("OK")});
+    EXPECT_EQ(report.ordersSubmitted, 3);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text,
+              "***** Orders Not Sent *****\r\n"
+              "MSFT 200 ARCA\r\n"
+              "\r\n"
+              "***** Submit Order Error *****\r\n"
+              "IBM 300 NASDAQ: Destination is not valid.\r\n"
+              "X!Y 50 NYSE: Unknown SubmitOrder Error. SubmitOrder Error Code = -99\r\n");
+    BasketExecution execution(orders, sequence, store, boxes, clock);
+    EXPECT_EQ(execution.LastSubmitResult(), 0);
+    execution.cmdExecuteBasket_Click(4, std::vector{QuotedLine("OK")}, inputs, settings);
+    EXPECT_EQ(execution.LastSubmitResult(), 12);
+}
+
+TEST_F(Execution, SummaryWithOnlyRefusals) {
+    EXPECT_EQ(SendSummaryText({}, {{"IBM 300 NASDAQ", -1}}),
+              "***** Submit Order Error *****\r\nIBM 300 NASDAQ: Account is not valid.\r\n");
+    EXPECT_EQ(SendSummaryText({}, {}), "");
+}
+
+// The next basket number reaches the store before any order leaves, so a crash in the
+// middle of a basket cannot hand the same client order ids to the next run.
+TEST_F(Execution, NextBasketNumberIsStoredBeforeTheFirstOrderLeaves) {
+    std::vector<std::optional<int16_t>> storedAtSubmit;
+    orders.submitResult = [&](const RecordedOrder&) {
+        storedAtSubmit.push_back(store.saved);
+        return 0;
+    };
+    Click(3, {QuotedLine("IBM"), QuotedLine("MSFT")});
+    ASSERT_EQ(storedAtSubmit.size(), 2u);
+    EXPECT_EQ(storedAtSubmit[0], std::optional<int16_t>(58));
+    EXPECT_EQ(store.writes, 1);
+}
+
+TEST_F(Execution, FailedReservationSendsNothing) {
+    store.failWrites = true;
+    const ExecuteReport report = Click(3, {QuotedLine("IBM")});
+    EXPECT_EQ(report.outcome, ExecuteOutcome::NotReserved);
+    EXPECT_TRUE(orders.created.empty());
+    EXPECT_EQ(sequence.BasketSeq(), 57);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text, "disk full\r\nNo order was sent.");
+    EXPECT_EQ(boxes.shown()[0].title, "Basket Not Sent");
+}
+
+TEST_F(Execution, LastBasketNumberIsNotExceeded) {
+    sequence.setBasketSeq(32767);
+    EXPECT_EQ(Click(3, {QuotedLine("IBM")}).outcome, ExecuteOutcome::NotReserved);
+    EXPECT_TRUE(orders.created.empty());
+    EXPECT_EQ(store.writes, 0);
+    EXPECT_EQ(sequence.BasketSeq(), 32767);
+}
+
+TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
+    orders.submitResult = [&](const RecordedOrder& o) -> int32_t {
+        if (o.value("Symbol") == "BOOM") {
+            throw RuntimeError(440, "Platform failure");
+        }
+        return 0;
+    };
+    EXPECT_THROW(Click(3, {QuotedLine("IBM"), QuotedLine("BOOM"), QuotedLine("MSFT")}),
+                 RuntimeError);
+    ASSERT_EQ(orders.submitted().size(), 2u);
+    EXPECT_TRUE(orders.created[1].released);
+    EXPECT_EQ(orders.created.size(), 2u); // the click ended at the failing line
+
+    // A restart reads the stored number, as does this run's own next send.
+    ASSERT_TRUE(store.saved.has_value());
+    for (SendSequence next : {sequence, SendSequence(*store.saved, 1)}) {
+        RecordingOrders later;
+        MemorySequenceStore laterStore;
+        RecordingMessageBoxes laterBoxes;
+        BasketExecution execution(later, next, laterStore, laterBoxes, clock);
+        execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM"), QuotedLine("MSFT")},
+                                         inputs, settings);
+        for (const RecordedOrder& o : later.created) {
+            for (const RecordedOrder* earlier : orders.submitted()) {
+                EXPECT_NE(o.value("ClOrderID"), earlier->value("ClOrderID"));
+            }
+        }
+    }
+}
+
+TEST_F(Execution, BadLineTextEndsTheClickWithAConversionError) {
+    struct Row {
+        const char* name;
+        std::function<void(ExecutionLine&)> spoil;
+        int error;
+    };
+    const Row rows[] = {
+        {"QuantityNotANumber", [](ExecutionLine& l) { l.quantity = "12x"; }, err::TypeMismatch},
+        {"QuantityBeyond16Bit", [](ExecutionLine& l) { l.quantity = "40000"; }, err::Overflow},
+        {"ModifierEmpty", [](ExecutionLine& l) { l.modifier = ""; }, err::TypeMismatch},
+        {"PriceNotFinite",
+         [](ExecutionLine& l) {
+             l.bid = "1E308";
+             l.modifier = "1E308";
+         },
+         err::Overflow},
+    };
+    for (const Row& r : rows) {
+        orders.created.clear();
+        ExecutionLine bad = QuotedLine("BAD");
+        r.spoil(bad);
+        const int16_t before = sequence.BasketSeq();
+        try {
+            Click(0, {QuotedLine("IBM"), bad, QuotedLine("MSFT")});
+            ADD_FAILURE() << r.name << ": no error";
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), r.error) << r.name;
+        }
+        EXPECT_EQ(orders.submitted().size(), 1u) << r.name;
+        EXPECT_EQ(sequence.BasketSeq(), before + 1) << r.name;
+        EXPECT_EQ(sequence.OrderSeq(), 1) << r.name;
+    }
+}
+
+} // namespace
+} // namespace wicker

@@ -1,0 +1,423 @@
+#include "support/RecordingMessageBoxes.h"
+#include "trading/orders/OrderTracker.h"
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+using test::RecordingMessageBoxes;
+using Outcome = OrderTracker::UpdateOutcome;
+
+QVXOrderStruct Record(int32_t id, std::string memo, std::string clOrderId = "",
+                      std::string side = "B", int32_t quantity = 100, int32_t leaves = 100,
+                      int32_t filled = 0, double avgPrice = 0, std::string symbol = "IBM") {
+    QVXOrderStruct r;
+    r.OrderRecordId = id;
+    r.Memo = std::move(memo);
+    r.ClOrderID = std::move(clOrderId);
+    r.Side = std::move(side);
+    r.Quantity = quantity;
+    r.LvsQuantity = leaves;
+    r.CumExecQuantity = filled;
+    r.AvgExecPrice = avgPrice;
+    r.Symbol = symbol;
+    r.Instrument = std::move(symbol);
+    return r;
+}
+
+QVXRejectStruct Reject(std::string clOrderId, std::string side, int32_t quantity,
+                       std::string symbol, int32_t reason) {
+    QVXRejectStruct r;
+    r.ClOrderID = std::move(clOrderId);
+    r.Side = std::move(side);
+    r.Quantity = quantity;
+    r.Symbol = std::move(symbol);
+    r.RejectReason = reason;
+    return r;
+}
+
+class Tracking : public ::testing::Test {
+protected:
+    Tracking() : clock(FromLocal(LocalDateTime{2024, 3, 15, 14, 5, 9, 0})), tracker(boxes, clock) {}
+
+    RecordingMessageBoxes boxes;
+    ManualClock clock;
+    OrderTracker tracker;
+};
+
+TEST_F(Tracking, BasketOrdersAreRecognisedByTheirMemo) {
+    struct Row {
+        const char* memo;
+        Outcome outcome;
+        const char* basket;
+        int16_t seq;
+    };
+    const Row rows[] = {
+        {"A-1-/bskt", Outcome::Added, "A", 1},
+        {"Tech-10-57-/bskt", Outcome::Added, "Tech10", 57},
+        {"A-/bskt", Outcome::NotABasketOrder, "", 0},
+        {"A-1-bskt", Outcome::NotABasketOrder, "", 0},
+        {"", Outcome::NotABasketOrder, "", 0},
+        {"-3-/bskt", Outcome::NotABasketOrder, "", 0},
+        {"A-x-/bskt", Outcome::BadMemo, "", 0},
+    };
+    int32_t id = 1;
+    for (const Row& r : rows) {
+        const size_t before = tracker.Orders().size();
+        EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(id, r.memo)), r.outcome) << r.memo;
+        if (r.outcome == Outcome::Added) {
+            ASSERT_EQ(tracker.Orders().size(), before + 1) << r.memo;
+            EXPECT_EQ(tracker.Orders().back().m_strBasketId, r.basket);
+            EXPECT_EQ(tracker.Orders().back().m_nBasketSeq, r.seq);
+            EXPECT_EQ(tracker.FindOrder(id), &tracker.Orders().back());
+        } else {
+            EXPECT_EQ(tracker.Orders().size(), before) << r.memo;
+            EXPECT_EQ(tracker.FindOrder(id), nullptr) << r.memo;
+        }
+        ++id;
+    }
+}
+
+TEST_F(Tracking, LaterUpdatesGoToTheOrderWithTheRecordIdWhateverTheirMemo) {
+    tracker.OnQVXOrderUpdate(Record(7, "A-1-/bskt", "ACC-20240315-1-1", "B", 100, 100));
+    tracker.OnQVXOrderUpdate(Record(8, "A-1-/bskt", "ACC-20240315-1-2", "B", 50, 50));
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(7, "", "other", "B", 100, 40, 60, 10.5)),
+              Outcome::Updated);
+    ASSERT_EQ(tracker.Orders().size(), 2u);
+    const OrderUpdate& o = tracker.Orders()[0];
+    EXPECT_EQ(o.m_nLvsQuantity, 40);
+    EXPECT_EQ(o.m_nCumExecQuantity, 60);
+    EXPECT_EQ(o.m_fAvgExecPrice, 10.5);
+    EXPECT_EQ(o.m_strBasketId, "A");                 // kept from the first sight
+    EXPECT_EQ(o.m_strClOrderId, "ACC-20240315-1-1"); // kept from the first sight
+    EXPECT_EQ(tracker.Orders()[1].m_nLvsQuantity, 50);
+}
+
+void ExpectEveryField(const OrderUpdate& o) {
+    EXPECT_EQ(o.m_strAccount, "v0");
+    EXPECT_EQ(o.m_strAction, "v1");
+    EXPECT_EQ(o.m_strBatchId, "v2");
+    EXPECT_EQ(o.m_strDestination, "v3");
+    EXPECT_EQ(o.m_strExchClOrderId, "v4");
+    EXPECT_EQ(o.m_strExchOrderId, "v5");
+    EXPECT_EQ(o.m_strExecBroker, "v6");
+    EXPECT_EQ(o.m_strExecInst, "v7");
+    EXPECT_EQ(o.m_strInstrument, "v8");
+    EXPECT_EQ(o.m_strLogMessage, "v9");
+    EXPECT_EQ(o.m_strOrderTime, "v10");
+    EXPECT_EQ(o.m_strPairId, "v11");
+    EXPECT_EQ(o.m_strPriceType, "v12");
+    EXPECT_EQ(o.m_strSide, "v13");
+    EXPECT_EQ(o.m_fTrailInc, 14.5);
+    EXPECT_EQ(o.m_strSorPreference, "v15");
+    EXPECT_EQ(o.m_strStrategy, "v16");
+    EXPECT_EQ(o.m_strStartTime, "v17");
+    EXPECT_EQ(o.m_strEndTime, "v18");
+    EXPECT_EQ(o.m_strTif, "v19");
+    EXPECT_EQ(o.m_strUpdateTime, "v20");
+    EXPECT_EQ(o.m_strUser, "v21");
+    EXPECT_EQ(o.m_strUserId, "v22");
+    EXPECT_EQ(o.m_fAvgExecPrice, 23.5);
+    EXPECT_EQ(o.m_fAvgPriceLmt, 24.5);
+    EXPECT_EQ(o.m_fCashComponent, 25.5);
+    EXPECT_EQ(o.m_fDiscretion, 26.5);
+    EXPECT_EQ(o.m_fExecPriceLmt, 27.5);
+    EXPECT_EQ(o.m_fLmtPrice, 28.5);
+    EXPECT_EQ(o.m_fMaxHighPctDeviation, 29.5);
+    EXPECT_EQ(o.m_fMaxLowPctDeviation, 30.5);
+    EXPECT_EQ(o.m_fPctPerSlice, 31.5);
+    EXPECT_EQ(o.m_fPegDiff, 32.5);
+    EXPECT_EQ(o.m_fPremium, 33.5);
+    EXPECT_EQ(o.m_fRatio, 34.5);
+    EXPECT_EQ(o.m_fReactPrice, 35.5);
+    EXPECT_EQ(o.m_fStpPrice, 36.5);
+    EXPECT_EQ(o.m_fTargetPctVolume, 37.5);
+    EXPECT_EQ(o.m_fTargetPrice, 38.5);
+    EXPECT_EQ(o.m_fTilt, 39.5);
+    EXPECT_EQ(o.m_fTrailAmt, 40.5);
+    EXPECT_EQ(o.m_fUrStpdPrice, 41.5);
+    EXPECT_EQ(o.m_nSeqNum, 1042);
+    EXPECT_EQ(o.m_nAuction, 1043);
+    EXPECT_EQ(o.m_nCumExecQuantity, 1044);
+    EXPECT_EQ(o.m_nDbsNo, 1045);
+    EXPECT_EQ(o.m_nDisplay, 1046);
+    EXPECT_EQ(o.m_nDuration, 1047);
+    EXPECT_EQ(o.m_nExecAggression, 1048);
+    EXPECT_EQ(o.m_nLvsQuantity, 1049);
+    EXPECT_EQ(o.m_nMarketStructure, 1050);
+    EXPECT_EQ(o.m_nMaxPctVolume, 1051);
+    EXPECT_EQ(o.m_nMinPctVolume, 1052);
+    EXPECT_EQ(o.m_nMinQuantity, 1053);
+    EXPECT_EQ(o.m_nOrderCompletion, 1054);
+    EXPECT_EQ(o.m_nOrderRecordId, 1055);
+    EXPECT_EQ(o.m_nOrderStatus, 1056);
+    EXPECT_EQ(o.m_nPingInterval, 1057);
+    EXPECT_EQ(o.m_nPriceTolerance, 1058);
+    EXPECT_EQ(o.m_nPriceType, 1059);
+    EXPECT_EQ(o.m_nQuantity, 1060);
+    EXPECT_EQ(o.m_nQtyTolerancePct, 1061);
+    EXPECT_EQ(o.m_nQtyToleranceSize, 1062);
+    EXPECT_EQ(o.m_nRefresh, 1063);
+    EXPECT_EQ(o.m_nRefreshInterval, 1064);
+    EXPECT_EQ(o.m_nSeqNo, 1065);
+    EXPECT_EQ(o.m_nSizeLow, 1066);
+    EXPECT_EQ(o.m_nSizeMax, 1067);
+    EXPECT_EQ(o.m_nTrailId, 1068);
+    EXPECT_TRUE(o.m_bMoo);
+    EXPECT_TRUE(o.m_bMoc);
+    EXPECT_TRUE(o.m_bOpportunisticTrade);
+    EXPECT_TRUE(o.m_bSvrStpReleased);
+    EXPECT_TRUE(o.m_bTakeLiquidity);
+}
+
+TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
+    QVXOrderStruct r;
+    r.Account = "v0";
+    r.Action = "v1";
+    r.BatchId = "v2";
+    r.Destination = "v3";
+    r.ExchClOrderId = "v4";
+    r.ExchOrderId = "v5";
+    r.ExecBroker = "v6";
+    r.ExecInst = "v7";
+    r.Instrument = "v8";
+    r.LogMessage = "v9";
+    r.OrderTime = "v10";
+    r.PairId = "v11";
+    r.PriceType = "v12";
+    r.Side = "v13";
+    r.TrailInc = 14.5;
+    r.SorPreference = "v15";
+    r.Strategy = "v16";
+    r.StartTime = "v17";
+    r.EndTime = "v18";
+    r.Tif = "v19";
+    r.UpdateTime = "v20";
+    r.User = "v21";
+    r.UserId = "v22";
+    r.AvgExecPrice = 23.5;
+    r.AvgPriceLmt = 24.5;
+    r.CashComponent = 25.5;
+    r.Discretion = 26.5;
+    r.ExecPriceLmt = 27.5;
+    r.LmtPrice = 28.5;
+    r.MaxHighPctDeviation = 29.5;
+    r.MaxLowPctDeviation = 30.5;
+    r.PctPerSlice = 31.5;
+    r.PegDiff = 32.5;
+    r.Premium = 33.5;
+    r.Ratio = 34.5;
+    r.ReactPrice = 35.5;
+    r.StpPrice = 36.5;
+    r.TargetPctVolume = 37.5;
+    r.TargetPrice = 38.5;
+    r.Tilt = 39.5;
+    r.TrailAmt = 40.5;
+    r.UrStpdPrice = 41.5;
+    r.SeqNum = 1042;
+    r.Auction = 1043;
+    r.CumExecQuantity = 1044;
+    r.DbsNo = 1045;
+    r.Display = 1046;
+    r.Duration = 1047;
+    r.ExecAggression = 1048;
+    r.LvsQuantity = 1049;
+    r.MarketStructure = 1050;
+    r.MaxPctVolume = 1051;
+    r.MinPctVolume = 1052;
+    r.MinQuantity = 1053;
+    r.OrderCompletion = 1054;
+    r.OrderRecordId = 1055;
+    r.OrderStatus = 1056;
+    r.PingInterval = 1057;
+    r.PriceTolerance = 1058;
+    r.PriceTypeCode = 1059;
+    r.Quantity = 1060;
+    r.QtyTolerancePct = 1061;
+    r.QtyToleranceSize = 1062;
+    r.Refresh = 1063;
+    r.RefreshInterval = 1064;
+    r.SeqNo = 1065;
+    r.SizeLow = 1066;
+    r.SizeMax = 1067;
+    r.TrailId = 1068;
+    r.Moo = true;
+    r.Moc = true;
+    r.OpportunisticTrade = true;
+    r.SvrStpReleased = true;
+    r.TakeLiquidity = true;
+    r.Memo = "Basket-9-/bskt";
+    r.ClOrderID = "ACC-20240315-9-1";
+    OrderUpdate o;
+    o.UpdateOrder(r, true);
+    ExpectEveryField(o);
+    EXPECT_EQ(o.m_strBasketId, "Basket");
+    EXPECT_EQ(o.m_nBasketSeq, 9);
+    EXPECT_EQ(o.m_strClOrderId, "ACC-20240315-9-1");
+
+    OrderUpdate copy;
+    copy.SetAllMembers(o);
+    ExpectEveryField(copy);
+    EXPECT_EQ(copy.m_strBasketId, "Basket");
+    EXPECT_EQ(copy.m_nBasketSeq, 9);
+    EXPECT_EQ(copy.m_strClOrderId, "ACC-20240315-9-1");
+}
+
+TEST_F(Tracking, NewOrderOfNoBasketFillsNothing) {
+    OrderUpdate o;
+    o.UpdateOrder(Record(5, "A-1-bskt", "X", "S", 10, 10), true);
+    EXPECT_EQ(o.m_strBasketId, "");
+    EXPECT_EQ(o.m_nOrderRecordId, 0);
+    EXPECT_EQ(o.m_strSide, "");
+}
+
+TEST_F(Tracking, RejectsOfOneSecondShowInOneMessage) {
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", "B", 100, 100));
+    tracker.OnQVXOrderUpdate(Record(2, "A-1-/bskt", "C-2", "S", 200, 200));
+    tracker.OnQVXOrderUpdate(Record(3, "A-1-/bskt", "C-2", "S", 300, 300)); // same id again
+    tracker.Timer1sec();
+    ASSERT_TRUE(boxes.shown().empty());
+
+    tracker.OnQVXOrderReject(Reject("C-2", "S", 200, "MSFT", 7));
+    tracker.OnQVXOrderReject(Reject("unknown", "BUY", 5, "XYZ", -3));
+    EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 100);
+    EXPECT_EQ(tracker.Orders()[1].m_nLvsQuantity, 0);
+    EXPECT_EQ(tracker.Orders()[2].m_nLvsQuantity, 0);
+    EXPECT_TRUE(boxes.shown().empty()); // nothing before the tick
+
+    tracker.Timer1sec();
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    const MessageRequest& m = boxes.shown()[0];
+    EXPECT_EQ(m.text, "Order: S 200 MSFT was rejected. Code:  7\r\n"
+                      "Order: BUY 5 XYZ was rejected. Code:  -3\r\n");
+    EXPECT_EQ(m.title, "Rejection Notification");
+    EXPECT_EQ(m.icon, MsgIcon::Exclamation);
+    EXPECT_EQ(m.buttons, MsgButtons::Ok);
+    EXPECT_TRUE(tracker.PendingRejects().empty());
+    // The open counts follow the reject at once.
+    ASSERT_EQ(tracker.Rows().size(), 1u);
+    EXPECT_EQ(tracker.Rows()[0].m_nOpenOrders, 1);
+
+    tracker.Timer1sec();
+    EXPECT_EQ(boxes.shown().size(), 1u);
+}
+
+// A reject arriving while the box is open (the box runs its own event loop) is shown by
+// the next tick, never dropped; a tick fired inside the box does nothing.
+TEST_F(Tracking, RejectArrivingWhileTheBoxIsOpenWaitsForTheNextTick) {
+    struct ReentrantBoxes : RecordingMessageBoxes {
+        using MessageBoxes::show;
+        std::function<void()> whileOpen;
+        MsgAnswer show(const MessageRequest& request) override {
+            if (whileOpen) {
+                auto f = std::move(whileOpen);
+                whileOpen = nullptr;
+                f();
+            }
+            return RecordingMessageBoxes::show(request);
+        }
+    } reentrant;
+    OrderTracker t(reentrant, clock);
+    t.OnQVXOrderReject(Reject("C-1", "B", 1, "A", 1));
+    bool nestedRebuilt = true;
+    reentrant.whileOpen = [&] {
+        t.OnQVXOrderReject(Reject("C-2", "B", 2, "B", 2));
+        nestedRebuilt = t.Timer1sec();
+    };
+    t.Timer1sec();
+    EXPECT_FALSE(nestedRebuilt);
+    ASSERT_EQ(reentrant.shown().size(), 1u);
+    t.Timer1sec();
+    ASSERT_EQ(reentrant.shown().size(), 2u);
+    EXPECT_EQ(reentrant.shown()[1].text, "Order: B 2 B was rejected. Code:  2\r\n");
+}
+
+TEST_F(Tracking, TickRebuildsOnlyAfterAChangeAndRefreshesSummaryWindows) {
+    int fills = 0;
+    int removedFills = 0;
+    tracker.AddOrderSummaryWindow([&] { ++fills; });
+    const int closed = tracker.AddOrderSummaryWindow([&] { ++removedFills; });
+    tracker.RemoveOrderSummaryWindow(closed);
+
+    EXPECT_FALSE(tracker.Timer1sec());
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
+    EXPECT_TRUE(tracker.OrdersChanged());
+    EXPECT_TRUE(tracker.Timer1sec());
+    EXPECT_FALSE(tracker.OrdersChanged());
+    EXPECT_EQ(fills, 1);
+    EXPECT_FALSE(tracker.Timer1sec());
+    // An update that changes nothing still costs one refresh.
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt"));
+    EXPECT_TRUE(tracker.Timer1sec());
+    EXPECT_EQ(fills, 2);
+    EXPECT_EQ(removedFills, 0);
+    // Orders of no basket change nothing.
+    tracker.OnQVXOrderUpdate(Record(2, "manual"));
+    EXPECT_FALSE(tracker.Timer1sec());
+}
+
+TEST_F(Tracking, FillOrderListGivesOneLinePerSendWithItsTotals) {
+    // Tech10 send 57: buy 300 (fully filled at 10.00), buy 200 (50 at 20.10), sell 100 open.
+    tracker.OnQVXOrderUpdate(Record(1, "Tech10-57-/bskt", "A-1", "B", 300, 0, 300, 10.0, "IBM"));
+    tracker.OnQVXOrderUpdate(Record(2, "Tech10-57-/bskt", "A-2", "B", 200, 150, 50, 20.1, "MSFT"));
+    clock.advance(std::chrono::hours(1));
+    // Tech10 send 58 seen an hour later, shorts (fill at 3.333).
+    tracker.OnQVXOrderUpdate(Record(3, "Tech10-58-/bskt", "A-3", "T", 30, 27, 3, 3.333, "IBM"));
+    tracker.OnQVXOrderUpdate(Record(4, "Tech10-57-/bskt", "A-4", "S", 100, 100, 0, 0, "ORCL"));
+    tracker.FillOrderList();
+
+    ASSERT_EQ(tracker.BasketListLines().size(), 2u);
+    EXPECT_EQ(tracker.BasketListLines()[0],
+              (BasketListLine{"57", "Tech10", "02:05:09 PM", "3", "2", "600", "250", "350",
+                              "4005.00", "0.00", "58.33", "", "Sell"}));
+    EXPECT_EQ(tracker.BasketListLines()[1],
+              (BasketListLine{"58", "Tech10", "03:05:09 PM", "1", "1", "30", "27", "3", "0.00",
+                              "10.00", "10.00", "", "Short"}));
+    ASSERT_EQ(tracker.Rows().size(), 2u);
+    EXPECT_EQ(tracker.Rows()[0].m_strListKey, "Basket 57");
+    EXPECT_EQ(tracker.Rows()[0].m_cOrders.size(), 3u);
+    EXPECT_EQ(tracker.Rows()[0].m_cOrders[2]->m_nOrderRecordId, 4);
+    EXPECT_EQ(tracker.Symbols(), (std::vector<std::string>{"IBM", "MSFT", "ORCL"}));
+}
+
+TEST_F(Tracking, SidesAndEmptyTotals) {
+    struct Row {
+        const char* side;
+        bool buys;
+        const char* shown;
+    };
+    const Row rows[] = {{"B", true, "Buy"},   {"M", true, "M"},      {"C", true, "C"},
+                        {"S", false, "Sell"}, {"T", false, "Short"}, {"BUY", false, "BUY"},
+                        {"b", false, "b"}};
+    for (const Row& r : rows) {
+        OrderTracker t(boxes, clock);
+        t.OnQVXOrderUpdate(Record(1, "Empty-1-/bskt", "", r.side, 0, 0, 0));
+        t.OnQVXOrderUpdate(Record(2, "Filled-2-/bskt", "", r.side, 10, 0, 10, 2.5));
+        t.FillOrderList();
+        ASSERT_EQ(t.BasketListLines().size(), 2u);
+        const BasketListLine& empty = t.BasketListLines()[0];
+        EXPECT_EQ(empty[colSide], r.shown) << r.side;
+        EXPECT_EQ(empty[colPercentFilled], "100.00"); // nothing to fill
+        const BasketListLine& filled = t.BasketListLines()[1];
+        EXPECT_EQ(filled[colDlrsBot], r.buys ? "25.00" : "0.00") << r.side;
+        EXPECT_EQ(filled[colDlrsSld], r.buys ? "0.00" : "25.00") << r.side;
+    }
+}
+
+TEST_F(Tracking, LiveColumnsTakeTheIndexText) {
+    tracker.setIndexText([](const OrderRow& row) {
+        return row.m_strBasketName + "#" + std::to_string(row.m_nBasketNum);
+    });
+    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "", "B", 100, 100, 0));
+    tracker.FillOrderList();
+    EXPECT_EQ(tracker.BasketListLines()[0][colIndex], "A#1");
+    EXPECT_EQ(tracker.BasketListLines()[0][colPercentFilled], "0.00");
+    tracker.setIndexText([](const OrderRow&) { return std::string("123.4567"); });
+    tracker.UpdateLiveColumns();
+    EXPECT_EQ(tracker.BasketListLines()[0][colIndex], "123.4567");
+}
+
+} // namespace
+} // namespace wicker
