@@ -207,6 +207,11 @@ void ReadDisplay(Reader& r, const fs::path& appFolder, Settings& s) {
     r.int32(keys::kReserve, keys::kQuantity, "100", s.reserveQuantity);
     r.flag(keys::kReserve, keys::kEnabled, "0", s.reserveEnabled);
     r.int16(keys::kDecimals, keys::kNumDecimals, "2", s.numDecimals);
+    r.int16(keys::kOrders, keys::kNoAnswerSeconds, "10", s.noAnswerSeconds);
+    if (s.noAnswerSeconds < 1 || s.noAnswerSeconds > 3600) {
+        s.problems.push_back("[Orders] NoAnswerSeconds must be 1 to 3600; 10 is used.");
+        s.noAnswerSeconds = 10;
+    }
 
     const IniFileContent file = ReadIniFile(SettingsFile(appFolder));
     for (const auto& [name, value] : SplitBasketList(ReadBasketList(file, keys::kDivisors))) {

@@ -62,6 +62,9 @@ struct Settings {
     int32_t reserveQuantity = 100;
     bool reserveEnabled = false;
     int16_t numDecimals = 2;
+    /// Seconds an order may wait for the broker's first report before it shows "No answer"
+    /// (1 to 3600).
+    int16_t noAnswerSeconds = 10;
     ByBasketName<double> divisors;
     ByBasketName<std::string> indexTypes;
 

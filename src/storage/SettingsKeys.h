@@ -72,6 +72,9 @@ inline constexpr std::string_view kEnabled = "Enabled";
 inline constexpr std::string_view kDecimals = "Decimals";
 inline constexpr std::string_view kNumDecimals = "NumDecimals";
 
+inline constexpr std::string_view kOrders = "Orders";
+inline constexpr std::string_view kNoAnswerSeconds = "NoAnswerSeconds";
+
 inline constexpr std::string_view kDivisors = "Divisors";
 inline constexpr std::string_view kIndexTypes = "IndexTypes";
 inline constexpr std::string_view kList = "List";

@@ -16,7 +16,7 @@ namespace wicker {
 TradingDesk::TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& clock,
                          std::filesystem::path appFolder)
     : m_platform(platform), m_boxes(boxes), m_clock(clock), m_appFolder(std::move(appFolder)),
-      m_registrations(platform), m_tracker(boxes, clock),
+      m_registrations(platform), m_tracker(boxes, clock), m_handOff(m_tracker),
       m_sequenceStore(m_appFolder / "basket.ini"),
       m_execution(platform, m_sequence, m_sequenceStore, boxes, clock),
       m_cancel(m_tracker, platform, boxes), m_events(m_tracker, [this] {
@@ -27,6 +27,7 @@ TradingDesk::TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& c
     m_tracker.setIndexText(
         [this](const OrderRow& row) { return BasketIndexText(row, m_indexes, m_quotes); });
     m_orderButtons = OrderButtonStates(false);
+    m_execution.setListener(&m_handOff);
 }
 
 TradingDesk::~TradingDesk() = default;
@@ -95,6 +96,17 @@ void TradingDesk::ApplySettings() {
     m_sequence = SendSequence(m_settings.basketNum, m_settings.seqNum);
     m_indexes.SetFromSettings(m_settings);
     m_quotes.setDisplay(QuoteDisplayFrom(m_settings));
+    m_tracker.setNoAnswerAfter(std::chrono::seconds(m_settings.noAnswerSeconds));
+}
+
+std::string TradingDesk::NoAnswerText() const {
+    const size_t count = m_tracker.NoAnswerCount();
+    if (count == 0) {
+        return {};
+    }
+    return std::to_string(count) + (count == 1 ? " order has" : " orders have") +
+           " had no answer from the broker for " + std::to_string(m_settings.noAnswerSeconds) +
+           " s or more: they may be working. See the order summary.";
 }
 
 void TradingDesk::FormUnload() {

@@ -19,6 +19,7 @@
 #include "trading/orders/BasketExecution.h"
 #include "trading/orders/BasketTotalsFilter.h"
 #include "trading/orders/IniSequenceStore.h"
+#include "trading/orders/OrderHandOff.h"
 #include "trading/orders/OrderTracker.h"
 #include "trading/orders/SendSequence.h"
 #include "trading/quotes/QuoteBoard.h"
@@ -235,6 +236,9 @@ public:
     const std::vector<BasketListLine>& BasketListLines() const { return m_shownTotals.lines; }
     /// What lvBaskets leaves out, for the line above it; empty when it shows every send.
     std::string HiddenSendsText() const { return wicker::HiddenSendsText(m_shownTotals); }
+    /// The warning above lvBaskets about orders the broker has not answered in time; empty
+    /// when there are none.
+    std::string NoAnswerText() const;
     bool OpenSendsHidden() const { return m_shownTotals.hiddenOpenSends > 0; }
     const std::vector<float>& LineNotional() const { return m_lineNotional; }
 
@@ -277,6 +281,7 @@ private:
     BasketIndexes m_indexes;
     QuoteRegistrations m_registrations;
     OrderTracker m_tracker;
+    OrderHandOff m_handOff;
     SendSequence m_sequence;
     IniSequenceStore m_sequenceStore;
     BasketExecution m_execution;

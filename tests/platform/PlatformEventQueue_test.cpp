@@ -59,7 +59,7 @@ TEST(PlatformEventQueue, DeliversEveryKindInPushOrder) {
     queue.push(PlatformEventQueue::QuoteSnap{Quote("IBM")});
     queue.push(Update("1"));
     queue.push(PlatformEventQueue::QuoteUpdate{Quote("IBM")});
-    queue.push(QVXRejectStruct{"2", "B", 100, "IBM", 103});
+    queue.push(QVXRejectStruct{"2", "B", 100, "IBM", 103, ""});
     queue.push(PlatformEventQueue::Shutdown{});
     EXPECT_EQ(queue.drain(journal, journal), 6u);
     EXPECT_EQ(journal.lines, (std::vector<std::string>{"up logged on", "snap IBM", "update 1",

@@ -75,7 +75,8 @@ public:
 
     void RejectOrder(int32_t recordId, int32_t reason) {
         const QVXOrderStruct& r = m_orders.at(recordId);
-        m_queue.emplace_back(QVXRejectStruct{r.ClOrderID, r.Side, r.Quantity, r.Symbol, reason});
+        m_queue.emplace_back(
+            QVXRejectStruct{r.ClOrderID, r.Side, r.Quantity, r.Symbol, reason, ""});
     }
 
     void Pump(TradingEvents& events) {

@@ -1,7 +1,19 @@
 #include "common/ui/QtMessageBoxes.h"
 
+#include <algorithm>
+#include <optional>
+
+#include <QDialog>
+#include <QDialogButtonBox>
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QLabel>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
+#include <QStyle>
+#include <QVBoxLayout>
 
 namespace wicker {
 namespace {
@@ -52,6 +64,66 @@ MsgAnswer AnswerOf(QMessageBox::StandardButton button) {
     }
 }
 
+/// A message box grows with its text: past this many lines an OK-only message shows in a
+/// scrolling list instead, so a storm of rejects never pushes the OK button off the screen.
+constexpr int kMaxBoxLines = 20;
+
+std::optional<QStyle::StandardPixmap> PixmapOf(QMessageBox::Icon icon) {
+    switch (icon) {
+    case QMessageBox::Critical:
+        return QStyle::SP_MessageBoxCritical;
+    case QMessageBox::Question:
+        return QStyle::SP_MessageBoxQuestion;
+    case QMessageBox::Warning:
+        return QStyle::SP_MessageBoxWarning;
+    case QMessageBox::Information:
+        return QStyle::SP_MessageBoxInformation;
+    case QMessageBox::NoIcon:
+        break;
+    }
+    return std::nullopt;
+}
+
+/// The long message as a list window: the text selectable and copyable, one OK.
+void ShowAsList(QWidget* parent, const QString& title, const QString& text,
+                QMessageBox::Icon icon) {
+    QDialog dialog(parent);
+    dialog.setObjectName(QStringLiteral("MessageList"));
+    dialog.setWindowTitle(title);
+    auto* column = new QVBoxLayout(&dialog);
+    auto* top = new QHBoxLayout();
+    if (const auto pixmap = PixmapOf(icon)) {
+        auto* iconLabel = new QLabel(&dialog);
+        const int size = dialog.style()->pixelMetric(QStyle::PM_MessageBoxIconSize);
+        iconLabel->setPixmap(dialog.style()->standardIcon(*pixmap).pixmap(size, size));
+        top->addWidget(iconLabel, 0, Qt::AlignTop);
+    }
+    top->addWidget(
+        new QLabel(QString::number(text.count(QLatin1Char('\n')) + 1) + QStringLiteral(" lines:"),
+                   &dialog),
+        1);
+    column->addLayout(top);
+    auto* list = new QPlainTextEdit(&dialog);
+    list->setObjectName(QStringLiteral("txtMessageList"));
+    list->setReadOnly(true);
+    list->setLineWrapMode(QPlainTextEdit::NoWrap);
+    list->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
+    list->setPlainText(text);
+    column->addWidget(list, 1);
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok, &dialog);
+    QObject::connect(buttons, &QDialogButtonBox::accepted, &dialog, &QDialog::accept);
+    column->addWidget(buttons);
+    // Fits whatever screen it opens on, with room to spare.
+    const QScreen* screen = parent != nullptr && parent->screen() != nullptr
+                                ? parent->screen()
+                                : QGuiApplication::primaryScreen();
+    const QRect area = screen != nullptr ? screen->availableGeometry() : QRect(0, 0, 1024, 768);
+    dialog.resize(std::min(area.width() * 3 / 4, 900), std::min(area.height() * 3 / 4, 600));
+    buttons->button(QDialogButtonBox::Ok)->setDefault(true);
+    buttons->button(QDialogButtonBox::Ok)->setFocus();
+    dialog.exec();
+}
+
 } // namespace
 
 QtMessageBoxes::QtMessageBoxes(QWidget* parent, QString defaultTitle)
@@ -69,6 +141,10 @@ MsgAnswer QtMessageBoxes::show(const MessageRequest& request) {
     // The old texts end lines with CR LF; Qt shows a CR as a blank box.
     QString text = QString::fromStdString(request.text);
     text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
+    if (pair.second == QMessageBox::NoButton && text.count(QLatin1Char('\n')) >= kMaxBoxLines) {
+        ShowAsList(m_parent, box.windowTitle(), text.trimmed(), IconOf(request.icon));
+        return MsgAnswer::Ok;
+    }
     box.setText(text);
     box.setStandardButtons(pair.first | pair.second);
     const bool second =

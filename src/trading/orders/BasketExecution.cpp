@@ -147,6 +147,20 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 sequence.setOrderSeq(1);
             }
         } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
+        struct ListenerEnd {
+            SendListener* listener;
+            int16_t basketSeq;
+            ~ListenerEnd() {
+                if (listener != nullptr) {
+                    listener->SendEnds(basketSeq);
+                }
+            }
+        } listenerEnd{m_listener, basketSeq};
+        if (m_listener != nullptr) {
+            m_listener->SendBegins(basketSeq);
+        }
+        m_lastOrderSeq = 0;
+        m_orderSeqWraps = 0;
 
         const std::string date = FormatYyyymmdd(m_clock.localNow());
         for (const ExecutionLine& line : lines) {
@@ -169,6 +183,15 @@ double BasketExecution::ModifierValue(const std::string& text) {
         m_modifierCache.emplace(text, CDbl(text));
     }
     return m_modifierCache->second;
+}
+
+int32_t BasketExecution::NextOrderNumber() {
+    const int16_t seq = m_sequence.TakeOrderSeq();
+    if (seq <= m_lastOrderSeq) {
+        ++m_orderSeqWraps;
+    }
+    m_lastOrderSeq = seq;
+    return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
 }
 
 bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
@@ -208,10 +231,16 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Execu
     ApplyButtonRule(index, line, modifier, *order);
 
     order->setClOrderID(
-        BasketClOrderID(order->Account(), date, report.basketSeq, m_sequence.TakeOrderSeq()));
+        BasketClOrderID(order->Account(), date, report.basketSeq, NextOrderNumber()));
 
+    if (m_listener != nullptr) {
+        m_listener->Submitting(*order);
+    }
     m_lastSubmitResult = order->SubmitOrder();
     ++report.ordersSubmitted;
+    if (m_listener != nullptr) {
+        m_listener->Submitted(*order, m_lastSubmitResult);
+    }
     if (m_lastSubmitResult < 0) {
         report.submitErrors.emplace_back(std::move(reportText), m_lastSubmitResult);
     }

@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/QVXOrder.h"
+#include "trading/orders/SendListener.h"
 #include "trading/orders/SendSequence.h"
 
 #include <cstdint>
@@ -81,12 +82,17 @@ public:
                                          const ExecutionInputs& inputs,
                                          const ExecutionSettings& settings);
 
+    /// Who hears of every order handed to the platform (none by default).
+    void setListener(SendListener* listener) { m_listener = listener; }
     /// Result of the last SubmitOrder of the last send.
     int32_t LastSubmitResult() const { return m_lastSubmitResult; }
 
 private:
     /// Reserves the next send number durably; false (and a message) when it fails.
     bool ReserveNextBasketSeq(int16_t basketSeq);
+    /// The number of the send's next order: 1 to 9,999 as the sequence gives them, then
+    /// 10,000 and on.
+    int32_t NextOrderNumber();
     /// The line's price modifier as a number (a text that is none throws RuntimeError).
     double ModifierValue(const std::string& text);
     /// One checked line: builds, checks and submits its order.
@@ -100,6 +106,11 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
     int32_t m_lastSubmitResult = 0;
+    SendListener* m_listener = nullptr;
+    // Order numbers of the current send: the sequence wraps after 9,999 and each wrap
+    // carries the count on, so a send of any size never repeats a client order id.
+    int16_t m_lastOrderSeq = 0;
+    int32_t m_orderSeqWraps = 0;
     std::optional<std::pair<std::string, double>> m_modifierCache;
 };
 

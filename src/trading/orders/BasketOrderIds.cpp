@@ -25,14 +25,14 @@ std::string BasketIdOf(std::string_view basketName) {
 }
 
 std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
-                            int16_t orderSeq) {
+                            int32_t orderNumber) {
     std::string id(account);
     id += '-';
     id += yyyymmdd;
     id += '-';
     id += std::to_string(basketSeq);
     id += '-';
-    id += std::to_string(orderSeq);
+    id += std::to_string(orderNumber);
     return id;
 }
 

@@ -15,9 +15,10 @@ std::string BasketMemo(std::string_view basketName, int16_t basketSeq);
 std::string BasketIdOf(std::string_view basketName);
 
 /// Client order id account-yyyymmdd-send-order ("ACCT01-20240315-57-3"); `yyyymmdd` is
-/// today's date as FormatYyyymmdd gives it.
+/// today's date as FormatYyyymmdd gives it. Orders past the 9,999th of a send carry
+/// numbers from 10,000 on.
 std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
-                            int16_t orderSeq);
+                            int32_t orderNumber);
 
 /// The basket an order belongs to, read back from its memo.
 struct BasketMemoId {

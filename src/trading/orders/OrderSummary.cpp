@@ -5,6 +5,7 @@
 
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace wicker {
 
@@ -37,7 +38,7 @@ std::string PriceText(const OrderUpdate& order, int decimals) {
 } // namespace
 
 OrderSummaryTexts OrderSummaryTextsOf(const OrderUpdate& order, const std::string& clOrderId,
-                                      int decimals) {
+                                      std::string status, int decimals) {
     OrderSummaryTexts t;
     t[ocSymbol] = order.m_strInstrument;
     t[ocSide] = SideDisplayText(order.m_strSide);
@@ -47,7 +48,7 @@ OrderSummaryTexts OrderSummaryTextsOf(const OrderUpdate& order, const std::strin
     t[ocLeaves] = std::to_string(order.m_nLvsQuantity);
     t[ocAvgPrice] =
         order.m_nCumExecQuantity > 0 ? FormatDecimals(order.m_fAvgExecPrice, decimals) : "";
-    t[ocStatus] = QVXOrderStatusText(order.m_nOrderStatus);
+    t[ocStatus] = std::move(status);
     t[ocDestination] = order.m_strDestination;
     t[ocClOrderId] = clOrderId;
     return t;
@@ -60,9 +61,9 @@ std::vector<OrderSummaryLine> OrderSummaryLines(const OrderTracker& tracker, con
     for (size_t i = 0; i < orders.size(); ++i) {
         const OrderUpdate& order = orders[i];
         if (order.m_nBasketSeq == send.basketSeq && order.m_strBasketId == send.basketName) {
-            lines.push_back(OrderSummaryLine{
-                order.m_nOrderRecordId,
-                OrderSummaryTextsOf(order, tracker.CurrentClOrderId(i), decimals)});
+            lines.push_back(OrderSummaryLine{order.m_nOrderRecordId,
+                                             OrderSummaryTextsOf(order, tracker.CurrentClOrderId(i),
+                                                                 tracker.StatusText(i), decimals)});
         }
     }
     return lines;

@@ -49,9 +49,10 @@ struct BasketSend {
 std::optional<BasketSend> BasketSendOf(const std::string& basketNum, const std::string& basketName);
 
 /// The texts of one order: prices with `decimals` decimals, a market order's price as "MKT"
-/// ("MOO", "MOC"), no average price before a fill, the current client order id.
+/// ("MOO", "MOC"), no average price before a fill, the current client order id, and the
+/// status the tracker gives it.
 OrderSummaryTexts OrderSummaryTextsOf(const OrderUpdate& order, const std::string& clOrderId,
-                                      int decimals);
+                                      std::string status, int decimals);
 
 /// The lines of every order of `send`, in order of first appearance.
 std::vector<OrderSummaryLine> OrderSummaryLines(const OrderTracker& tracker, const BasketSend& send,

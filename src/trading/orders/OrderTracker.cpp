@@ -17,6 +17,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
         found != m_byRecordId.end()) {
         m_orders[found->second].UpdateOrder(structOrderUpdate, false);
+        m_answers.Answered(found->second);
         if (!structOrderUpdate.ClOrderID.empty()) {
             m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
         }
@@ -36,6 +37,45 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     Append(std::move(order));
     m_ordersChanged = true;
     return UpdateOutcome::Added;
+}
+
+void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
+    QVXOrderStruct r;
+    r.Account = order.Account();
+    r.Action = "Pending New";
+    r.Destination = order.Destination();
+    // "BUY" leaves as it was sent; every report gives the one-letter code.
+    r.Side = order.Side().substr(0, 1);
+    r.Tif = order.Tif();
+    r.OrderTime = FormatTime12(m_clock.localNow());
+    r.LmtPrice = order.LmtPrice();
+    r.Display = order.MaxFloor();
+    r.LvsQuantity = order.Quantity();
+    r.OrderRecordId = orderRecordId;
+    r.OrderStatus = QVXOrderStatus::PendingNew;
+    r.PriceTypeCode = order.PriceType();
+    r.Quantity = order.Quantity();
+    r.Memo = order.Memo();
+    r.ClOrderID = order.ClOrderID();
+    r.Symbol = order.Symbol();
+    if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
+        m_answers.Expect(m_byRecordId.at(orderRecordId), m_clock.now());
+    }
+}
+
+std::string OrderTracker::StatusText(size_t orderIndex) const {
+    if (!m_notes.at(orderIndex).empty()) {
+        return m_notes[orderIndex];
+    }
+    switch (m_answers.StateOf(static_cast<uint32_t>(orderIndex))) {
+    case AnswerWatch::State::Pending:
+        return "Pending New";
+    case AnswerWatch::State::NoAnswer:
+        return "No answer";
+    case AnswerWatch::State::Answered:
+        break;
+    }
+    return QVXOrderStatusText(m_orders[orderIndex].m_nOrderStatus);
 }
 
 void OrderTracker::Append(OrderUpdate&& order) {
@@ -60,6 +100,11 @@ void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
         found != m_byClOrderId.end()) {
         for (uint32_t position : found->second) {
             m_orders[position].m_nLvsQuantity = 0;
+            if (m_answers.StateOf(position) != AnswerWatch::State::Answered) {
+                // Refused before any report: the reject is its only answer.
+                m_orders[position].m_nOrderStatus = QVXOrderStatus::Rejected;
+                m_answers.Answered(position);
+            }
         }
         // The open counts shown changed; without this they would wait for the next update.
         m_ordersChanged = true;
@@ -98,6 +143,10 @@ bool OrderTracker::Timer1sec() {
         ~TickEnd() { inTick = false; }
     } tickEnd{m_inTick};
 
+    if (m_answers.Flag(m_clock.now(), m_noAnswerAfter) > 0) {
+        m_ordersChanged = true;
+    }
+
     if (!m_rejects.empty()) {
         std::string text;
         for (const std::string& reject : m_rejects) {
@@ -130,6 +179,7 @@ void OrderTracker::Clear() {
     m_groupOf.clear();
     m_currentClOrderIds.clear();
     m_notes.clear();
+    m_answers.Clear();
     m_byRecordId.clear();
     m_byClOrderId.clear();
     m_groupIndex.clear();

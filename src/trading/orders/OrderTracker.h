@@ -2,10 +2,13 @@
 
 #include "common/Clock.h"
 #include "common/MessageBox.h"
+#include "platform/QVXOrder.h"
 #include "platform/QVXOrderStruct.h"
+#include "trading/orders/AnswerWatch.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/orders/OrderUpdate.h"
 
+#include <chrono>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -32,6 +35,17 @@ public:
     /// number that is no number (it is never recorded).
     UpdateOutcome OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate);
 
+    /// An order of a basket send was handed to the platform, which took it under
+    /// `orderRecordId`: it is tracked from now on, "Pending New" and open for its whole
+    /// quantity until the broker's first report. An order of no basket is not tracked.
+    void OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId);
+    /// How long an order may wait for the broker's first report before it shows "No answer".
+    void setNoAnswerAfter(std::chrono::milliseconds limit) { m_noAnswerAfter = limit; }
+    /// Orders flagged "No answer" and not answered since.
+    size_t NoAnswerCount() const { return m_answers.NoAnswerCount(); }
+    /// The status an order shows: a warning about its reports first, then "Pending New" or
+    /// "No answer" until the broker's first report, then the broker's status.
+    std::string StatusText(size_t orderIndex) const;
     /// OnQVXOrderReject: every order with the reject's client order id stops counting as
     /// open, and the reject waits in the queue for the next tick.
     void OnQVXOrderReject(const QVXRejectStruct& structOrderReject);
@@ -42,10 +56,10 @@ public:
     /// about its reports); empty when nothing.
     const std::string& Note(size_t orderIndex) const { return m_notes[orderIndex]; }
 
-    /// Timer1sec: shows the queued rejects in one "Rejection Notification", then, when orders
-    /// changed, rebuilds lvBaskets and refreshes every open order-summary window. Returns true
-    /// when lvBaskets was rebuilt. A tick that starts while an earlier tick's box is still open
-    /// does nothing.
+    /// Timer1sec: flags orders that waited too long for an answer, shows the queued rejects in one
+    /// "Rejection Notification", then, when orders changed, rebuilds lvBaskets and refreshes every
+    /// open order-summary window. Returns true when lvBaskets was rebuilt. A tick that starts while
+    /// an earlier tick's box is still open does nothing.
     bool Timer1sec();
 
     /// Rebuilds the OrderRow collection and the lvBaskets texts from all orders.
@@ -108,6 +122,8 @@ private:
     std::vector<uint32_t> m_groupOf;              ///< basket group of each order, by position
     std::vector<std::string> m_currentClOrderIds; ///< latest client order id, by position
     std::vector<std::string> m_notes;             ///< local note, by position
+    AnswerWatch m_answers;
+    std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
     std::unordered_map<int32_t, uint32_t> m_byRecordId;
     std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
     std::map<BasketKey, uint32_t> m_groupIndex;

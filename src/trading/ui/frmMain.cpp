@@ -152,6 +152,12 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
     m_lblHiddenSends->setObjectName(QStringLiteral("lblHiddenSends"));
     m_lblHiddenSends->hide();
     lowerColumn->addWidget(m_lblHiddenSends);
+    m_lblOrderWarnings = new QLabel(lower);
+    m_lblOrderWarnings->setObjectName(QStringLiteral("lblOrderWarnings"));
+    m_lblOrderWarnings->setWordWrap(true);
+    m_lblOrderWarnings->setStyleSheet(QStringLiteral("color: #b00000; font-weight: bold;"));
+    m_lblOrderWarnings->hide();
+    lowerColumn->addWidget(m_lblOrderWarnings);
     lowerColumn->addWidget(m_lvBaskets, 1);
 
     // The two lists share the height the window gives them; the trader can move the border.
@@ -541,6 +547,10 @@ void frmMain::ShowHiddenSends() {
                                             : QString());
     }
     m_lblHiddenSends->setVisible(!text.isEmpty() && m_desk.settings().basketInfoDisplay);
+    // Orders nobody answered may be working at the broker: shown whatever the list shows.
+    const QString warning = Q(m_desk.NoAnswerText());
+    m_lblOrderWarnings->setText(warning);
+    m_lblOrderWarnings->setVisible(!warning.isEmpty());
 }
 
 void frmMain::FillBasketList() {

@@ -121,7 +121,8 @@ private:
 
     QTableView* m_lvStocks = nullptr;
     QTableView* m_lvBaskets = nullptr;
-    QLabel* m_lblHiddenSends = nullptr; ///< what lvBaskets leaves out
+    QLabel* m_lblHiddenSends = nullptr;   ///< what lvBaskets leaves out
+    QLabel* m_lblOrderWarnings = nullptr; ///< orders the broker has not answered in time
     QListWidget* m_lstBaskets = nullptr;
     std::array<QPushButton*, QuickLoadButtonCount> m_cmdLoad{};
     std::array<QPushButton*, ExecuteButtonCount> m_cmdExecute{};

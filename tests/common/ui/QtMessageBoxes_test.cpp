@@ -4,10 +4,14 @@
 #include "common/ui/QtMessageBoxes.h"
 
 #include <functional>
+#include <string>
 
 #include <QApplication>
+#include <QGuiApplication>
 #include <QMessageBox>
+#include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QTimer>
 
 #include <gtest/gtest.h>
@@ -90,6 +94,41 @@ TEST(QtMessageBoxes, EmptyTitleShowsTheProgramsNameAndEscapeAnswersNo) {
     });
     EXPECT_EQ(boxes.show("Basket multiple must be greater than 0 <b>", 292, ""), MsgAnswer::No);
     EXPECT_TRUE(on.done());
+}
+
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+// A reject storm must not make a box taller than the screen: past twenty lines an OK-only
+// message opens as a list window that fits the screen and keeps every line.
+TEST(QtMessageBoxes, ALongMessageOpensAsAListThatFitsTheScreen) {
+    std::string text;
+    for (int i = 1; i <= 500; ++i) {
+        text += "Order: S 100 IBM" + std::to_string(i) + " was rejected. Code:  5\r\n";
+    }
+    QString shown;
+    QSize size;
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &timer, [&] {
+        auto* dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        if (dialog == nullptr || dialog->objectName() != QStringLiteral("MessageList")) {
+            return;
+        }
+        shown = dialog->findChild<QPlainTextEdit*>(QStringLiteral("txtMessageList"))->toPlainText();
+        size = dialog->size();
+        dialog->accept();
+    });
+    timer.start(5);
+    QtMessageBoxes boxes;
+    EXPECT_EQ(boxes.show(text, 48, "Rejection Notification"), MsgAnswer::Ok);
+    EXPECT_EQ(shown.count(QLatin1Char('\n')), 499);
+    EXPECT_TRUE(shown.endsWith(QStringLiteral("IBM500 was rejected. Code:  5")));
+    const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+    EXPECT_LE(size.height(), screen.height());
+    EXPECT_LE(size.width(), screen.width());
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 
 #include <cmath>
 #include <functional>
+#include <set>
+#include <string>
 
 #include <gtest/gtest.h>
 
@@ -240,14 +242,21 @@ TEST_F(Execution, TifTextOfTheLineIsMapped) {
     }
 }
 
-TEST_F(Execution, OrderSeqWrapsAfter9999WithinOneSend) {
+// The order sequence wraps after 9,999; the ids of one send never repeat, wherever the
+// stored sequence started.
+TEST_F(Execution, OrderNumbersGoPast9999InsteadOfRepeating) {
+    sequence.setOrderSeq(9998);
     std::vector<ExecutionLine> lines(10001, QuotedLine("IBM"));
     Click(3, lines);
     ASSERT_EQ(orders.created.size(), 10001u);
-    EXPECT_EQ(orders.created[0].value("ClOrderID"), "ACCT01-20240315-57-1");
-    EXPECT_EQ(orders.created[9998].value("ClOrderID"), "ACCT01-20240315-57-9999");
-    EXPECT_EQ(orders.created[9999].value("ClOrderID"), "ACCT01-20240315-57-1");
-    EXPECT_EQ(orders.created[10000].value("ClOrderID"), "ACCT01-20240315-57-2");
+    std::set<std::string> ids;
+    for (const auto& order : orders.created) {
+        ids.insert(order.value("ClOrderID"));
+    }
+    EXPECT_EQ(ids.size(), 10001u);
+    EXPECT_EQ(orders.created[1].value("ClOrderID"), "ACCT01-20240315-57-9999");
+    EXPECT_EQ(orders.created[2].value("ClOrderID"), "ACCT01-20240315-57-10000");
+    EXPECT_EQ(orders.created[10000].value("ClOrderID"), "ACCT01-20240315-57-19998");
     EXPECT_EQ(sequence.OrderSeq(), 1);
 }
 

@@ -1,5 +1,9 @@
+#include "platform/TicketOrder.h"
 #include "support/RecordingMessageBoxes.h"
 #include "trading/orders/OrderTracker.h"
+
+#include <chrono>
+#include <memory>
 
 #include <gtest/gtest.h>
 
@@ -417,6 +421,80 @@ TEST_F(Tracking, LiveColumnsTakeTheIndexText) {
     tracker.setIndexText([](const OrderRow&) { return std::string("123.4567"); });
     tracker.UpdateLiveColumns();
     EXPECT_EQ(tracker.BasketListLines()[0][colIndex], "123.4567");
+}
+
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+std::unique_ptr<QVXOrder> HandedOff(std::string clOrderId, std::string side = "BUY") {
+    auto order = std::make_unique<TicketOrder>([](const OrderTicket&) { return 0; });
+    order->setMemo("Tech-57-/bskt");
+    order->setAccount("ACCT01");
+    order->setSymbol("IBM");
+    order->setQuantity(300);
+    order->setDestination("NYSE");
+    order->setSide(std::move(side));
+    order->setPriceType(OrderPriceType::Limit);
+    order->setLmtPrice(101.25);
+    order->setTif("D");
+    order->setClOrderID(std::move(clOrderId));
+    return order;
+}
+
+TEST_F(Tracking, AHandedOffOrderCountsAtOnceAndWaitsForItsFirstAnswer) {
+    tracker.OnOrderHandedOff(*HandedOff("ACCT01-20240315-57-1"), 7);
+    ASSERT_EQ(tracker.Orders().size(), 1u);
+    EXPECT_EQ(tracker.StatusText(0), "Pending New");
+    EXPECT_EQ(tracker.Orders()[0].m_strSide, "B");
+    tracker.FillOrderList();
+    ASSERT_EQ(tracker.Rows().size(), 1u);
+    EXPECT_EQ(tracker.Rows()[0].m_nOpenOrders, 1);
+    EXPECT_EQ(tracker.Rows()[0].m_nOpenQty, 300);
+
+    clock.advance(std::chrono::milliseconds(9999));
+    tracker.Timer1sec();
+    EXPECT_EQ(tracker.NoAnswerCount(), 0u);
+    clock.advance(std::chrono::milliseconds(1));
+    tracker.Timer1sec();
+    EXPECT_EQ(tracker.NoAnswerCount(), 1u);
+    EXPECT_EQ(tracker.StatusText(0), "No answer");
+
+    QVXOrderStruct open = Record(7, "Tech-57-/bskt", "ACCT01-20240315-57-1", "B", 300, 300);
+    open.OrderStatus = QVXOrderStatus::Open;
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(open), Outcome::Updated);
+    EXPECT_EQ(tracker.Orders().size(), 1u);
+    EXPECT_EQ(tracker.NoAnswerCount(), 0u);
+    EXPECT_EQ(tracker.StatusText(0), "Open");
+}
+
+TEST_F(Tracking, ARejectIsTheAnswerOfAnOrderNoReportReached) {
+    tracker.OnOrderHandedOff(*HandedOff("ACCT01-20240315-57-1", "S"), 7);
+    QVXRejectStruct reject = Reject("ACCT01-20240315-57-1", "S", 300, "IBM", 5);
+    reject.ReasonText = "Unknown symbol";
+    tracker.OnQVXOrderReject(reject);
+    clock.advance(std::chrono::seconds(30));
+    tracker.Timer1sec();
+    EXPECT_EQ(tracker.NoAnswerCount(), 0u);
+    EXPECT_EQ(tracker.StatusText(0), "Rejected");
+    EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 0);
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text,
+              "Order: S 300 IBM was rejected. Code:  5 - Unknown symbol\r\n");
+}
+
+TEST_F(Tracking, AWarningNotesItsOrderAndJoinsTheRejectionNotification) {
+    tracker.OnQVXOrderUpdate(Record(7, "Tech-57-/bskt", "ACCT01-20240315-57-1"));
+    tracker.OnQVXOrderWarning({7, "ACCT01-20240315-57-1", "IBM", "Filled 200 of 100 shares"});
+    tracker.OnQVXOrderWarning({0, "NOT-OURS-1", "MSFT", "Unreadable report"});
+    EXPECT_EQ(tracker.StatusText(0), "Filled 200 of 100 shares");
+    tracker.Timer1sec();
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text,
+              "Warning: order ACCT01-20240315-57-1 IBM: Filled 200 of 100 shares\r\n"
+              "Warning: order NOT-OURS-1 MSFT: Unreadable report\r\n");
 }
 
 } // namespace

@@ -1,0 +1,18 @@
+#include "trading/orders/OrderHandOff.h"
+
+namespace wicker {
+
+void OrderHandOff::SendBegins(int16_t) {}
+
+void OrderHandOff::Submitting(const QVXOrder&) {}
+
+void OrderHandOff::Submitted(const QVXOrder& order, int32_t result) {
+    // A refusal is reported in the send's summary; nothing of it reached the broker.
+    if (result > 0) {
+        m_tracker.OnOrderHandedOff(order, result);
+    }
+}
+
+void OrderHandOff::SendEnds(int16_t) {}
+
+} // namespace wicker

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/QVXOrder.h"
+
+#include <cstdint>
+
+namespace wicker {
+
+/// Hears of every order of a basket send as it is handed to the platform: order tracking
+/// shows the order at once, before any answer, and the order journal keeps it across a
+/// crash. Called on the thread that sends.
+class SendListener {
+public:
+    virtual ~SendListener() = default;
+    /// A send with this number begins; its orders follow.
+    virtual void SendBegins(int16_t basketSeq) = 0;
+    /// The order is complete and about to be submitted.
+    virtual void Submitting(const QVXOrder& order) = 0;
+    /// SubmitOrder returned `result`: the platform's record id of the order (> 0), or the
+    /// refusal (< 0).
+    virtual void Submitted(const QVXOrder& order, int32_t result) = 0;
+    /// The send is over, also when a line ended it with an error.
+    virtual void SendEnds(int16_t basketSeq) = 0;
+};
+
+} // namespace wicker
