@@ -147,6 +147,23 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 sequence.setOrderSeq(1);
             }
         } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
+        m_lastOrderSeq = 0;
+        m_orderSeqWraps = 0;
+
+        // Every order is complete before the first one leaves: a line that cannot be read
+        // stops the send while nothing of it is out.
+        const std::string date = FormatYyyymmdd(m_clock.localNow());
+        std::vector<PreparedOrder> orders;
+        for (const ExecutionLine& line : lines) {
+            if (line.checked) {
+                if (PreparedOrder prepared =
+                        PrepareLine(index, line, inputs, settings, date, report);
+                    prepared.order) {
+                    orders.push_back(std::move(prepared));
+                }
+            }
+        }
+        Announce(basketSeq, inputs.basketName, orders);
         struct ListenerEnd {
             SendListener* listener;
             int16_t basketSeq;
@@ -156,18 +173,7 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 }
             }
         } listenerEnd{m_listener, basketSeq};
-        if (m_listener != nullptr) {
-            m_listener->SendBegins(basketSeq);
-        }
-        m_lastOrderSeq = 0;
-        m_orderSeqWraps = 0;
-
-        const std::string date = FormatYyyymmdd(m_clock.localNow());
-        for (const ExecutionLine& line : lines) {
-            if (line.checked) {
-                SendLine(index, line, inputs, settings, date, report);
-            }
-        }
+        Submit(orders, report);
     }
 
     const std::string summary = SendSummaryText(report.notSent, report.submitErrors);
@@ -206,10 +212,12 @@ bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
     return true;
 }
 
-void BasketExecution::SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
-                               const ExecutionSettings& settings, const std::string& date,
-                               ExecuteReport& report) {
-    const std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
+BasketExecution::PreparedOrder BasketExecution::PrepareLine(int index, const ExecutionLine& line,
+                                                            const ExecutionInputs& inputs,
+                                                            const ExecutionSettings& settings,
+                                                            const std::string& date,
+                                                            ExecuteReport& report) {
+    std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
     order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
     order->setAccount(UCase(inputs.account));
     order->setSymbol(line.symbol);
@@ -225,24 +233,39 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Execu
     }
     if (!LineMaySend(index, line)) {
         report.notSent.push_back(std::move(reportText));
-        return;
+        return {};
     }
     const double modifier = ModifierValue(line.modifier);
     ApplyButtonRule(index, line, modifier, *order);
-
     order->setClOrderID(
         BasketClOrderID(order->Account(), date, report.basketSeq, NextOrderNumber()));
+    return PreparedOrder{std::move(order), std::move(reportText)};
+}
 
-    if (m_listener != nullptr) {
-        m_listener->Submitting(*order);
+void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
+                               const std::vector<PreparedOrder>& orders) {
+    if (m_listener == nullptr) {
+        return;
     }
-    m_lastSubmitResult = order->SubmitOrder();
-    ++report.ordersSubmitted;
-    if (m_listener != nullptr) {
-        m_listener->Submitted(*order, m_lastSubmitResult);
+    std::vector<const QVXOrder*> view;
+    view.reserve(orders.size());
+    for (const PreparedOrder& prepared : orders) {
+        view.push_back(prepared.order.get());
     }
-    if (m_lastSubmitResult < 0) {
-        report.submitErrors.emplace_back(std::move(reportText), m_lastSubmitResult);
+    m_listener->SendBegins(basketSeq, basketName, view);
+}
+
+void BasketExecution::Submit(std::vector<PreparedOrder>& orders, ExecuteReport& report) {
+    for (PreparedOrder& prepared : orders) {
+        m_lastSubmitResult = prepared.order->SubmitOrder();
+        ++report.ordersSubmitted;
+        if (m_listener != nullptr) {
+            m_listener->Submitted(*prepared.order, m_lastSubmitResult);
+        }
+        if (m_lastSubmitResult < 0) {
+            report.submitErrors.emplace_back(std::move(prepared.reportText), m_lastSubmitResult);
+        }
+        prepared.order.reset();
     }
 }
 

@@ -7,6 +7,7 @@
 #include "trading/orders/SendSequence.h"
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -95,10 +96,21 @@ private:
     int32_t NextOrderNumber();
     /// The line's price modifier as a number (a text that is none throws RuntimeError).
     double ModifierValue(const std::string& text);
-    /// One checked line: builds, checks and submits its order.
-    void SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
-                  const ExecutionSettings& settings, const std::string& date,
-                  ExecuteReport& report);
+    /// An order ready to leave, and the line's text for the send's summary.
+    struct PreparedOrder {
+        std::unique_ptr<QVXOrder> order;
+        std::string reportText;
+    };
+    /// One checked line's order, complete but not submitted; no order when the line cannot
+    /// be sent (its report text is then in `report.notSent`).
+    PreparedOrder PrepareLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
+                              const ExecutionSettings& settings, const std::string& date,
+                              ExecuteReport& report);
+    /// Tells the listener what is about to leave.
+    void Announce(int16_t basketSeq, const std::string& basketName,
+                  const std::vector<PreparedOrder>& orders);
+    /// Hands the prepared orders to the platform, one by one, and tells the listener.
+    void Submit(std::vector<PreparedOrder>& orders, ExecuteReport& report);
 
     QVXOrderFactory& m_orders;
     SendSequence& m_sequence;

@@ -2,9 +2,7 @@
 
 namespace wicker {
 
-void OrderHandOff::SendBegins(int16_t) {}
-
-void OrderHandOff::Submitting(const QVXOrder&) {}
+void OrderHandOff::SendBegins(int16_t, std::string_view, std::span<const QVXOrder* const>) {}
 
 void OrderHandOff::Submitted(const QVXOrder& order, int32_t result) {
     // A refusal is reported in the send's summary; nothing of it reached the broker.

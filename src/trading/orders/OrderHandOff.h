@@ -11,8 +11,8 @@ class OrderHandOff final : public SendListener {
 public:
     explicit OrderHandOff(OrderTracker& tracker) : m_tracker(tracker) {}
 
-    void SendBegins(int16_t basketSeq) override;
-    void Submitting(const QVXOrder& order) override;
+    void SendBegins(int16_t basketSeq, std::string_view basketName,
+                    std::span<const QVXOrder* const> orders) override;
     void Submitted(const QVXOrder& order, int32_t result) override;
     void SendEnds(int16_t basketSeq) override;
 

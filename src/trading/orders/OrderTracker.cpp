@@ -2,6 +2,8 @@
 
 #include "common/Formats.h"
 #include "common/RuntimeError.h"
+#include "platform/OrderTicket.h"
+#include "trading/orders/BasketOrderIds.h"
 
 #include <optional>
 #include <unordered_set>
@@ -18,6 +20,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
         found != m_byRecordId.end()) {
         m_orders[found->second].UpdateOrder(structOrderUpdate, false);
         m_answers.Answered(found->second);
+        MarkChanged(found->second);
         if (!structOrderUpdate.ClOrderID.empty()) {
             m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
         }
@@ -34,7 +37,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (order.m_strBasketId.empty()) {
         return UpdateOutcome::NotABasketOrder;
     }
-    Append(std::move(order));
+    Append(std::move(order), FormatTime12(m_clock.localNow()));
     m_ordersChanged = true;
     return UpdateOutcome::Added;
 }
@@ -54,6 +57,8 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
     r.OrderRecordId = orderRecordId;
     r.OrderStatus = QVXOrderStatus::PendingNew;
     r.PriceTypeCode = order.PriceType();
+    r.Moo = order.PriceType() == OrderPriceType::Market && order.Tif() == "O";
+    r.Moc = order.PriceType() == OrderPriceType::MarketOnClose;
     r.Quantity = order.Quantity();
     r.Memo = order.Memo();
     r.ClOrderID = order.ClOrderID();
@@ -78,15 +83,17 @@ std::string OrderTracker::StatusText(size_t orderIndex) const {
     return QVXOrderStatusText(m_orders[orderIndex].m_nOrderStatus);
 }
 
-void OrderTracker::Append(OrderUpdate&& order) {
+void OrderTracker::Append(OrderUpdate&& order, std::string seenAt) {
     const auto position = static_cast<uint32_t>(m_orders.size());
     BasketKey key{order.m_strBasketId, order.m_nBasketSeq};
     auto [group, isNew] = m_groupIndex.try_emplace(std::move(key), 0);
     if (isNew) {
         group->second = static_cast<uint32_t>(m_groups.size());
-        m_groups.push_back(
-            BasketGroup{order.m_strBasketId, order.m_nBasketSeq, FormatTime12(m_clock.localNow())});
+        m_groups.push_back(BasketGroup{order.m_strBasketId, order.m_nBasketSeq, seenAt});
     }
+    m_seenAt.push_back(std::move(seenAt));
+    m_isChanged.push_back(false);
+    MarkChanged(position);
     m_groupOf.push_back(group->second);
     m_currentClOrderIds.push_back(order.m_strClOrderId);
     m_notes.emplace_back();
@@ -100,6 +107,7 @@ void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
         found != m_byClOrderId.end()) {
         for (uint32_t position : found->second) {
             m_orders[position].m_nLvsQuantity = 0;
+            MarkChanged(position);
             if (m_answers.StateOf(position) != AnswerWatch::State::Answered) {
                 // Refused before any report: the reject is its only answer.
                 m_orders[position].m_nOrderStatus = QVXOrderStatus::Rejected;
@@ -127,6 +135,7 @@ void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     }
     if (position) {
         m_notes[*position] = warning.Text;
+        MarkChanged(*position);
         m_ordersChanged = true;
     }
     m_rejects.push_back("Warning: order " + warning.ClOrderID + " " + warning.Symbol + ": " +
@@ -179,6 +188,9 @@ void OrderTracker::Clear() {
     m_groupOf.clear();
     m_currentClOrderIds.clear();
     m_notes.clear();
+    m_seenAt.clear();
+    m_changed.clear();
+    m_isChanged.clear();
     m_answers.Clear();
     m_byRecordId.clear();
     m_byClOrderId.clear();
@@ -258,6 +270,79 @@ const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
 
 void OrderTracker::ZeroLeaves(size_t orderIndex) {
     m_orders.at(orderIndex).m_nLvsQuantity = 0;
+    MarkChanged(static_cast<uint32_t>(orderIndex));
+}
+
+void OrderTracker::MarkChanged(uint32_t position) {
+    if (!m_isChanged[position]) {
+        m_isChanged[position] = true;
+        m_changed.push_back(position);
+    }
+}
+
+std::vector<uint32_t> OrderTracker::TakeChangedOrders() {
+    for (const uint32_t position : m_changed) {
+        m_isChanged[position] = false;
+    }
+    return std::exchange(m_changed, {});
+}
+
+TrackedOrder OrderTracker::Snapshot(size_t orderIndex) const {
+    const OrderUpdate& o = m_orders.at(orderIndex);
+    TrackedOrder t;
+    QVXOrderStruct& r = t.state;
+    r.Account = o.m_strAccount;
+    r.Action = o.m_strAction;
+    r.Destination = o.m_strDestination;
+    r.ExchClOrderId = o.m_strExchClOrderId;
+    r.ExchOrderId = o.m_strExchOrderId;
+    r.Instrument = o.m_strInstrument;
+    r.LogMessage = o.m_strLogMessage;
+    r.OrderTime = o.m_strOrderTime;
+    r.PriceType = o.m_strPriceType;
+    r.Side = o.m_strSide;
+    r.Tif = o.m_strTif;
+    r.UpdateTime = o.m_strUpdateTime;
+    r.AvgExecPrice = o.m_fAvgExecPrice;
+    r.ExecPriceLmt = o.m_fExecPriceLmt;
+    r.LmtPrice = o.m_fLmtPrice;
+    r.SeqNum = o.m_nSeqNum;
+    r.CumExecQuantity = o.m_nCumExecQuantity;
+    r.Display = o.m_nDisplay;
+    r.LvsQuantity = o.m_nLvsQuantity;
+    r.OrderRecordId = o.m_nOrderRecordId;
+    r.OrderStatus = o.m_nOrderStatus;
+    r.PriceTypeCode = o.m_nPriceType;
+    r.Quantity = o.m_nQuantity;
+    r.Moo = o.m_bMoo;
+    r.Moc = o.m_bMoc;
+    // The memo's pieces come back as the basket id and send number: this memo gives them again.
+    r.Memo = BasketMemo(o.m_strBasketId, o.m_nBasketSeq);
+    r.ClOrderID = o.m_strClOrderId;
+    r.Symbol = o.m_strInstrument;
+    t.currentClOrderId = m_currentClOrderIds[orderIndex];
+    t.note = m_notes[orderIndex];
+    t.seenAt = m_seenAt[orderIndex];
+    t.answer = m_answers.StateOf(static_cast<uint32_t>(orderIndex));
+    return t;
+}
+
+void OrderTracker::Restore(const TrackedOrder& tracked) {
+    OrderUpdate order;
+    order.UpdateOrder(tracked.state, true);
+    if (order.m_strBasketId.empty() || m_byRecordId.count(tracked.state.OrderRecordId) != 0) {
+        return;
+    }
+    const auto position = static_cast<uint32_t>(m_orders.size());
+    Append(std::move(order), tracked.seenAt);
+    m_currentClOrderIds[position] = tracked.currentClOrderId;
+    m_notes[position] = tracked.note;
+    if (tracked.answer != AnswerWatch::State::Answered) {
+        m_answers.Expect(position, m_clock.now());
+    }
+    m_isChanged[position] = false;
+    m_changed.pop_back();
+    m_ordersChanged = true;
 }
 
 } // namespace wicker

@@ -19,6 +19,16 @@
 
 namespace wicker {
 
+/// Everything order tracking knows of one order: what the order ledger keeps so that a
+/// restarted program shows the order as it was.
+struct TrackedOrder {
+    QVXOrderStruct state;         ///< the fields the platforms report, the first client id
+    std::string currentClOrderId; ///< the latest client order id (a replace changes it)
+    std::string note;             ///< a warning about its reports
+    std::string seenAt;           ///< when it was first tracked, "hh:mm:ss AM/PM"
+    AnswerWatch::State answer = AnswerWatch::State::Answered;
+};
+
 /// Follows every basket order through the platform's order events: one OrderUpdate per
 /// order in order of first appearance, the reject queue, the orders-changed flag, and the
 /// per-basket totals of lvBaskets rebuilt by the one-second tick. All calls come from the
@@ -56,6 +66,13 @@ public:
     /// about its reports); empty when nothing.
     const std::string& Note(size_t orderIndex) const { return m_notes[orderIndex]; }
 
+    /// The order at `orderIndex` as the ledger keeps it.
+    TrackedOrder Snapshot(size_t orderIndex) const;
+    /// Tracks an order of an earlier run again, as Snapshot gave it (with the record id the
+    /// platform follows it under now). A pending order waits for its answer from now on.
+    void Restore(const TrackedOrder& order);
+    /// Positions of the orders changed since the last call, each once, in order of change.
+    std::vector<uint32_t> TakeChangedOrders();
     /// Timer1sec: flags orders that waited too long for an answer, shows the queued rejects in one
     /// "Rejection Notification", then, when orders changed, rebuilds lvBaskets and refreshes every
     /// open order-summary window. Returns true when lvBaskets was rebuilt. A tick that starts while
@@ -112,7 +129,8 @@ private:
         std::string firstSeen; ///< "hh:mm:ss AM/PM"
     };
 
-    void Append(OrderUpdate&& order);
+    void Append(OrderUpdate&& order, std::string seenAt);
+    void MarkChanged(uint32_t position);
     std::string IndexText(const OrderRow& row) const;
 
     MessageBoxes& m_boxes;
@@ -122,6 +140,9 @@ private:
     std::vector<uint32_t> m_groupOf;              ///< basket group of each order, by position
     std::vector<std::string> m_currentClOrderIds; ///< latest client order id, by position
     std::vector<std::string> m_notes;             ///< local note, by position
+    std::vector<std::string> m_seenAt;            ///< "hh:mm:ss AM/PM" first tracked, by position
+    std::vector<uint32_t> m_changed;              ///< positions changed since TakeChangedOrders
+    std::vector<bool> m_isChanged;                ///< by position: listed in m_changed
     AnswerWatch m_answers;
     std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
     std::unordered_map<int32_t, uint32_t> m_byRecordId;

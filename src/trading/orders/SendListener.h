@@ -3,6 +3,8 @@
 #include "platform/QVXOrder.h"
 
 #include <cstdint>
+#include <span>
+#include <string_view>
 
 namespace wicker {
 
@@ -12,10 +14,10 @@ namespace wicker {
 class SendListener {
 public:
     virtual ~SendListener() = default;
-    /// A send with this number begins; its orders follow.
-    virtual void SendBegins(int16_t basketSeq) = 0;
-    /// The order is complete and about to be submitted.
-    virtual void Submitting(const QVXOrder& order) = 0;
+    /// A send with this number begins: `orders` are complete and about to be submitted, in
+    /// this order. Nothing has left yet; an exception stops the send before anything does.
+    virtual void SendBegins(int16_t basketSeq, std::string_view basketName,
+                            std::span<const QVXOrder* const> orders) = 0;
     /// SubmitOrder returned `result`: the platform's record id of the order (> 0), or the
     /// refusal (< 0).
     virtual void Submitted(const QVXOrder& order, int32_t result) = 0;
