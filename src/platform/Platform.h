@@ -1,6 +1,7 @@
 #pragma once
 
 #include "common/Result.h"
+#include "platform/OrderTicket.h"
 #include "platform/PlatformEventQueue.h"
 #include "platform/QVXOrder.h"
 #include "platform/QVXOrderMaintenance.h"
@@ -8,6 +9,17 @@
 #include <string>
 
 namespace wicker {
+
+/// An order of today that an earlier run of the program handed to a platform, as the
+/// order ledger kept it.
+struct KnownOrder {
+    OrderTicket ticket;           ///< as it was sent; clOrderID is the id it was sent with
+    std::string currentClOrderId; ///< the latest id (a replace changes it)
+    int32_t cum = 0;
+    double avgPx = 0;
+    int32_t leaves = 0;
+    bool acknowledged = false; ///< the broker had reported on it
+};
 
 /// A trading platform as the rest of Wicker sees it: it makes order objects, cancels orders,
 /// streams quotes for registered symbols, and reports everything through its event queue,
@@ -30,6 +42,12 @@ public:
     /// a fresh snapshot.
     virtual void RegisterSymbol(const std::string& symbol, const std::string& exchange) = 0;
     virtual void DeregisterSymbol(const std::string& symbol, const std::string& exchange) = 0;
+
+    /// Takes an order of an earlier run back into the platform's care: reports about it
+    /// arrive under the returned record id (> 0), as for an order of this run. 0 when the
+    /// platform does not know the order (it never reached the broker, or the broker keeps
+    /// nothing across a restart).
+    virtual int32_t AdoptOrder(const KnownOrder& order) = 0;
 
     PlatformEventQueue& Events() { return m_events; }
 

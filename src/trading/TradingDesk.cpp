@@ -16,7 +16,7 @@ namespace wicker {
 TradingDesk::TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& clock,
                          std::filesystem::path appFolder)
     : m_platform(platform), m_boxes(boxes), m_clock(clock), m_appFolder(std::move(appFolder)),
-      m_registrations(platform), m_tracker(boxes, clock), m_handOff(m_tracker),
+      m_registrations(platform), m_tracker(boxes, clock), m_records(m_tracker, boxes),
       m_sequenceStore(m_appFolder / "basket.ini"),
       m_execution(platform, m_sequence, m_sequenceStore, boxes, clock),
       m_cancel(m_tracker, platform, boxes), m_events(m_tracker, [this] {
@@ -27,7 +27,7 @@ TradingDesk::TradingDesk(Platform& platform, MessageBoxes& boxes, const Clock& c
     m_tracker.setIndexText(
         [this](const OrderRow& row) { return BasketIndexText(row, m_indexes, m_quotes); });
     m_orderButtons = OrderButtonStates(false);
-    m_execution.setListener(&m_handOff);
+    m_execution.setListener(&m_records);
 }
 
 TradingDesk::~TradingDesk() = default;
@@ -71,6 +71,8 @@ Result<void> TradingDesk::FormLoad() {
         Step("EnableButtons");
         LoadBasketList();
         Step("LoadBasketList");
+        OpenOrderJournal();
+        Step("OpenOrderJournal");
         m_tracker.FillOrderList();
         Step("FillOrderList");
         m_registrations.AddOrderSymbols(m_tracker.Symbols());
@@ -100,13 +102,50 @@ void TradingDesk::ApplySettings() {
 }
 
 std::string TradingDesk::NoAnswerText() const {
-    const size_t count = m_tracker.NoAnswerCount();
-    if (count == 0) {
-        return {};
+    std::string text;
+    if (const size_t count = m_tracker.NoAnswerCount(); count > 0) {
+        text = std::to_string(count) + (count == 1 ? " order has" : " orders have") +
+               " had no answer from the broker for " + std::to_string(m_settings.noAnswerSeconds) +
+               " s or more: they may be working. See the order summary.";
     }
-    return std::to_string(count) + (count == 1 ? " order has" : " orders have") +
-           " had no answer from the broker for " + std::to_string(m_settings.noAnswerSeconds) +
-           " s or more: they may be working. See the order summary.";
+    if (const size_t count = m_records.NotSentCount(); count > 0) {
+        text += (text.empty() ? "" : " ") + std::to_string(count) +
+                (count == 1 ? " order was" : " orders were") +
+                " written but not sent: Wicker stopped before they left.";
+    }
+    return text;
+}
+
+void TradingDesk::OpenOrderJournal() {
+    try {
+        m_records.setLedger(std::make_unique<OrderLedger>(m_appFolder / "orders.db", m_clock));
+    } catch (const SqliteError& e) {
+        m_records.setLedger(nullptr);
+        m_boxes.show(std::string(e.what()) +
+                         "\r\nThe day's orders cannot be kept, so no order can be sent. Move the "
+                         "file away (Wicker starts a new journal) or free the folder, then start "
+                         "Wicker again.",
+                     48, "Order Journal");
+        m_records.Refuse();
+        return;
+    }
+    m_restored = m_records.RestoreToday(m_platform);
+    KeepBasketSeqAboveJournal();
+}
+
+void TradingDesk::KeepBasketSeqAboveJournal() {
+    // basket.ini may be lost or edited back: a send number the journal holds for today is
+    // never used again, so no client order id repeats.
+    const std::optional<int16_t> highest = m_records.HighestBasketSeqToday();
+    if (!highest || m_sequence.BasketSeq() > *highest || *highest == INT16_MAX) {
+        return;
+    }
+    const auto next = static_cast<int16_t>(*highest + 1);
+    m_sequence.setBasketSeq(next);
+    m_settings.basketNum = next;
+    if (const Result<void> saved = m_sequenceStore.SaveBasketNum(next); !saved) {
+        m_boxes.show(saved.error().message, 48, "");
+    }
 }
 
 void TradingDesk::FormUnload() {
@@ -135,7 +174,9 @@ void TradingDesk::setCloseMainScreen(std::function<void()> closeMainScreen) {
 }
 
 size_t TradingDesk::DrainPlatformEvents(size_t maxEvents) {
-    return m_platform.Events().drain(*this, *this, maxEvents);
+    const size_t drained = m_platform.Events().drain(*this, *this, maxEvents);
+    m_records.SaveChanges();
+    return drained;
 }
 
 Database& TradingDesk::db() {
@@ -179,14 +220,17 @@ void TradingDesk::RunGuarded(const std::function<void()>& work) {
 
 void TradingDesk::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     m_events.OnQVXOrderUpdate(structOrderUpdate);
+    m_records.Reported(structOrderUpdate);
 }
 
 void TradingDesk::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
     m_events.OnQVXOrderReject(structOrderReject);
+    m_records.Rejected(structOrderReject);
 }
 
 void TradingDesk::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     m_events.OnQVXOrderWarning(warning);
+    m_records.Warned(warning);
 }
 
 void TradingDesk::OnQVXShutdown() {
@@ -442,6 +486,8 @@ ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountTe
     const ExecutionSettings settings{m_settings.beforeSending, m_settings.reserveEnabled,
                                      m_settings.reserveQuantity};
     try {
+        KeepBasketSeqAboveJournal();
+        report.basketSeq = m_sequence.BasketSeq();
         const std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
@@ -474,6 +520,8 @@ int TradingDesk::Timer200ms() {
 
 bool TradingDesk::Timer1sec() {
     const bool rebuilt = m_tracker.Timer1sec();
+    // Cancels and changes made from the screen are kept too.
+    m_records.SaveChanges();
     if (rebuilt) {
         // Keep the quotes of every traded symbol coming, for the index column.
         m_registrations.AddOrderSymbols(m_tracker.Symbols());

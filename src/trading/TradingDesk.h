@@ -19,7 +19,7 @@
 #include "trading/orders/BasketExecution.h"
 #include "trading/orders/BasketTotalsFilter.h"
 #include "trading/orders/IniSequenceStore.h"
-#include "trading/orders/OrderHandOff.h"
+#include "trading/orders/OrderRecords.h"
 #include "trading/orders/OrderTracker.h"
 #include "trading/orders/SendSequence.h"
 #include "trading/quotes/QuoteBoard.h"
@@ -236,9 +236,11 @@ public:
     const std::vector<BasketListLine>& BasketListLines() const { return m_shownTotals.lines; }
     /// What lvBaskets leaves out, for the line above it; empty when it shows every send.
     std::string HiddenSendsText() const { return wicker::HiddenSendsText(m_shownTotals); }
-    /// The warning above lvBaskets about orders the broker has not answered in time; empty
-    /// when there are none.
+    /// The warning above lvBaskets about orders the broker has not answered in time and
+    /// orders an earlier run wrote but never sent; empty when there are none.
     std::string NoAnswerText() const;
+    /// What the start-up found of the day's orders in the order journal.
+    const RestoreReport& Restored() const { return m_restored; }
     bool OpenSendsHidden() const { return m_shownTotals.hiddenOpenSends > 0; }
     const std::vector<float>& LineNotional() const { return m_lineNotional; }
 
@@ -255,6 +257,10 @@ public:
     BasketExecution& Execution() { return m_execution; }
 
 private:
+    /// Opens the day's order journal and tracks its orders again.
+    void OpenOrderJournal();
+    /// Moves the next send number above every one the journal holds for today.
+    void KeepBasketSeqAboveJournal();
     void Step(const char* name) { m_startupSteps.emplace_back(name); }
     void Changed(uint32_t parts);
     void FilterBasketTotals();
@@ -281,7 +287,7 @@ private:
     BasketIndexes m_indexes;
     QuoteRegistrations m_registrations;
     OrderTracker m_tracker;
-    OrderHandOff m_handOff;
+    OrderRecords m_records;
     SendSequence m_sequence;
     IniSequenceStore m_sequenceStore;
     BasketExecution m_execution;
@@ -291,6 +297,7 @@ private:
     std::function<void(uint32_t)> m_screenChanged;
     std::function<void()> m_closeMainScreen;
 
+    RestoreReport m_restored;
     std::vector<std::string> m_startupSteps;
     std::string m_dbVersionFound;
     std::vector<std::string> m_ladderSteps;

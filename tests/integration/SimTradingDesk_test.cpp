@@ -4,12 +4,16 @@
 // simulator itself reported for every order.
 
 #include "common/Conversions.h"
+#include "platform/TicketOrder.h"
 #include "platform/sim/SimPlatform.h"
 #include "storage/BasketDatabase.h"
+#include "storage/clsIniFile.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
 #include "trading/TradingDesk.h"
+#include "trading/orders/OrderLedger.h"
 #include "trading/orders/OrderRow.h"
+#include "trading/orders/OrderSummary.h"
 
 #include <map>
 
@@ -200,6 +204,104 @@ TEST_F(SimTradingDesk, SendFillCancelAndRejectAddUpInTheBasketList) {
     EXPECT_EQ(after.open, 0);
     EXPECT_EQ(after.openQty, 0);
     ExpectBasketListMatchesTheSimulator();
+}
+
+// What the screen shows of the day's orders: lvBaskets (but the quote-driven index) and
+// every send's order summary.
+std::vector<std::vector<std::string>> ScreenOfOrders(TradingDesk& desk) {
+    std::vector<std::vector<std::string>> screen;
+    for (BasketListLine line : desk.BasketListLines()) {
+        line[colIndex].clear();
+        screen.emplace_back(line.begin(), line.end());
+        const auto send = BasketSendOf(line[colBasketNum], line[colBasket]);
+        for (const OrderSummaryLine& order : OrderSummaryLines(desk.Tracker(), *send, 2)) {
+            screen.emplace_back(order.texts.begin(), order.texts.end());
+        }
+    }
+    return screen;
+}
+
+// The program stops and starts again while the broker keeps the orders: the restarted
+// desk shows every order as it was, works on the open ones, and never reuses a send number.
+TEST_F(SimTradingDesk, ARestartShowsTheDayAsItWasAndCarriesOn) {
+    const ExecuteReport buy = desk.ExecuteBasket(3, "ACCT01");  // BUY MKT: fills
+    const ExecuteReport rest = desk.ExecuteBasket(9, "ACCT01"); // SHRT ASK: rests
+    Run(2s);
+    // One resting order replaced at the broker, another cancelled from the screen.
+    const OrderUpdate& resting = desk.Tracker().Orders()[6];
+    ASSERT_GT(resting.m_nLvsQuantity, 0);
+    QVXOrderChange change;
+    change.quantity = resting.m_nQuantity + 100;
+    change.priceType = OrderPriceType::Limit;
+    change.lmtPrice = resting.m_fLmtPrice + 5;
+    ASSERT_EQ(sim.ReplaceOrder(resting.m_strClOrderId, resting.m_nOrderRecordId, change), 0);
+    sim.CancelOrder(desk.Tracker().Orders()[7].m_strClOrderId,
+                    desk.Tracker().Orders()[7].m_nOrderRecordId, "", "");
+    Run(1s);
+    const auto before = ScreenOfOrders(desk);
+    ASSERT_EQ(desk.BasketListLines().size(), 2u);
+    const int open = desk.Tracker().Rows()[1].m_nOpenOrders;
+    ASSERT_GT(open, 0);
+
+    // basket.ini edited back: the journal still knows which send numbers are used.
+    clsIniFile ini;
+    ini.setPath(dir.path() / "basket.ini");
+    ini.setSection("Sequence");
+    ini.setKey("BasketNum");
+    ini.setValue("1");
+    ASSERT_TRUE(ini.Success());
+    test::RecordingMessageBoxes restartBoxes;
+    TradingDesk restarted(sim, restartBoxes, clock, dir.path());
+    ASSERT_TRUE(restarted.FormLoad().ok());
+    sim.Events().drain(restarted, restarted);
+    restarted.Timer1sec();
+    EXPECT_EQ(restarted.Restored().restored, 10u);
+    EXPECT_EQ(restarted.Restored().adopted, static_cast<size_t>(open));
+    EXPECT_EQ(ScreenOfOrders(restarted), before);
+
+    // The open orders are the broker's again: a cancel from the restarted program reaches it.
+    ASSERT_TRUE(restarted.LoadBasketByName("Megacaps"));
+    restarted.settings().beforeCancel = false;
+    EXPECT_EQ(restarted.CancelSelectedBasket(
+                  BasketListSelection{std::to_string(rest.basketSeq), "Megacaps"}),
+              open);
+    sim.advance(200ms);
+    sim.Events().drain(restarted, restarted);
+    restarted.Timer1sec();
+    EXPECT_EQ(restarted.Tracker().Rows()[1].m_nOpenOrders, 0);
+
+    restarted.Timer200ms();
+    const ExecuteReport next = restarted.ExecuteBasket(3, "ACCT01");
+    EXPECT_EQ(next.basketSeq, rest.basketSeq + 1);
+    EXPECT_NE(next.basketSeq, buy.basketSeq);
+}
+
+// Orders written before a send but never handed over (the program died in between) come
+// back as not sent, and say so.
+TEST_F(SimTradingDesk, OrdersTheProgramNeverHandedOverShowAsNotSent) {
+    {
+        OrderLedger ledger(dir.path() / "orders.db", clock);
+        TicketOrder order([](const OrderTicket&) { return 0; });
+        order.setMemo("Megacaps-40-/bskt");
+        order.setAccount("ACCT01");
+        order.setSymbol("IBM");
+        order.setSide("B");
+        order.setQuantity(300);
+        order.setPriceType(OrderPriceType::Market);
+        order.setTif("D");
+        order.setDestination("NYSE");
+        order.setClOrderID("ACCT01-20240315-40-1");
+        const QVXOrder* orders[] = {&order};
+        ledger.SendBegins(40, "Megacaps", orders);
+    }
+    test::RecordingMessageBoxes restartBoxes;
+    TradingDesk restarted(sim, restartBoxes, clock, dir.path());
+    ASSERT_TRUE(restarted.FormLoad().ok());
+    EXPECT_EQ(restarted.Restored().notSent, 1u);
+    ASSERT_EQ(restarted.Tracker().Orders().size(), 1u);
+    EXPECT_EQ(restarted.Tracker().StatusText(0), "Not sent (program stopped)");
+    EXPECT_EQ(restarted.Tracker().Orders()[0].m_nLvsQuantity, 0);
+    EXPECT_NE(restarted.NoAnswerText().find("1 order was written but not sent"), std::string::npos);
 }
 
 } // namespace

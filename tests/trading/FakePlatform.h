@@ -34,6 +34,10 @@ public:
                      const std::string&) override {
         cancels.emplace_back(clOrderId, orderRecordId);
     }
+    int32_t AdoptOrder(const KnownOrder& order) override {
+        adopted.push_back(order);
+        return adoptResult == 0 ? 0 : adoptResult++;
+    }
     int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
                          const QVXOrderChange& change) override {
         replaces.push_back({clOrderId, orderRecordId, change});
@@ -60,6 +64,8 @@ public:
     };
     std::vector<Replace> replaces;
     int32_t replaceResult = 0; ///< what ReplaceOrder answers
+    std::vector<KnownOrder> adopted;
+    int32_t adoptResult = 0; ///< the record id the next AdoptOrder gives (0: unknown)
     RecordingOrders orders;
 };
 

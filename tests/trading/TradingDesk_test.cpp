@@ -81,7 +81,7 @@ TEST_F(TradingDeskTest, StartUpOnAnEmptyFolderRunsEveryStepInOrder) {
     EXPECT_EQ(d.StartupSteps(),
               (Strings{"OpenDatabase", "LoadSettings", "CurrentBasketName", "FillTifList",
                        "ReadAccounts", "LoadButtonValues", "EnableButtons", "LoadBasketList",
-                       "FillOrderList", "RegisterOrderSymbols"}));
+                       "OpenOrderJournal", "FillOrderList", "RegisterOrderSymbols"}));
     EXPECT_TRUE(d.CreatingDatabase());
     EXPECT_TRUE(std::filesystem::exists(dir / "baskets.mdb"));
     EXPECT_FALSE(d.LoadingSettings());

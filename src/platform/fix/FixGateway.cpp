@@ -230,6 +230,10 @@ int32_t FixGateway::ReplaceOrder(const std::string& clOrdID, int32_t orderRecord
     return 0;
 }
 
+int32_t FixGateway::adoptOrder(const FixOrderState& known) {
+    return m_book.adoptOrder(known);
+}
+
 void FixGateway::RegisterSymbol(const std::string& symbol) {
     if (m_settings.quotes != FixQuoteSource::Fix || symbol.empty()) {
         return;

@@ -74,6 +74,8 @@ public:
     /// An empty new id becomes "<current id>-R<n>".
     int32_t ReplaceOrder(const std::string& clOrdID, int32_t orderRecordId,
                          const QVXOrderChange& change);
+    /// An order of an earlier run into the book without sending it; its record id.
+    int32_t adoptOrder(const FixOrderState& known);
     /// Market data for a symbol while it is registered (again after every logon).
     void RegisterSymbol(const std::string& symbol);
     void DeregisterSymbol(const std::string& symbol);

@@ -130,6 +130,22 @@ void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& me
     m_memos[clOrdID] = memo;
 }
 
+int32_t FixOrderBook::adoptOrder(const FixOrderState& known) {
+    const int32_t id = addOrder(known);
+    std::lock_guard lock(m_mutex);
+    FixOrderState& s = m_orders[static_cast<size_t>(id - 1)];
+    s.cum = known.cum;
+    s.avgPx = known.avgPx;
+    s.leaves = known.leaves;
+    if (known.currentClOrdID != known.clOrdID) {
+        s.currentClOrdID = known.currentClOrdID;
+        m_byClOrdID[known.currentClOrdID] = id;
+    }
+    // Nothing of it is on the wire now: it holds no slot of the sending window.
+    m_awaiting.erase(s.clOrdID);
+    return id;
+}
+
 int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     std::lock_guard lock(m_mutex);
     FixOrderState s;

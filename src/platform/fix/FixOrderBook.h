@@ -93,6 +93,9 @@ public:
     /// account, side, symbol, destination, TIF, memo, price type, price, max floor and
     /// quantity are ignored.
     int32_t addOrder(const FixOrderState& order);
+    /// An order of an earlier run, with what was known of it then; its record id. It is not
+    /// sent: reports about it (resent by the counterparty) update it.
+    int32_t adoptOrder(const FixOrderState& known);
     /// A cancel request for a known order; false when the record is unknown.
     bool addCancel(int32_t recordId, const std::string& cancelClOrdID);
     /// A replace request for a known order: from now on `newClOrdID` names it. False when

@@ -47,6 +47,27 @@ void FixPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordI
     m_gateway.CancelOrder(clOrderId, orderRecordId);
 }
 
+int32_t FixPlatform::AdoptOrder(const KnownOrder& order) {
+    FixOrderState known;
+    const OrderTicket& t = order.ticket;
+    known.clOrdID = t.clOrderID;
+    known.currentClOrdID = order.currentClOrderId.empty() ? t.clOrderID : order.currentClOrderId;
+    known.account = t.account;
+    known.side = t.side;
+    known.symbol = t.symbol;
+    known.destination = t.destination;
+    known.tif = t.tif;
+    known.memo = t.memo;
+    known.priceType = t.priceType;
+    known.lmtPrice = t.lmtPrice;
+    known.maxFloor = t.maxFloor;
+    known.quantity = t.quantity;
+    known.cum = order.cum;
+    known.avgPx = order.avgPx;
+    known.leaves = order.leaves;
+    return m_gateway.adoptOrder(known);
+}
+
 int32_t FixPlatform::ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
                                   const QVXOrderChange& change) {
     return m_gateway.ReplaceOrder(clOrderId, orderRecordId, change);

@@ -31,6 +31,9 @@ public:
     std::unique_ptr<QVXOrder> CreateOrder() override;
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
                      const std::string& fourth) override;
+    /// Into the gateway's book, unsent: the broker's reports about it (resent after the
+    /// logon) update it as any order.
+    int32_t AdoptOrder(const KnownOrder& order) override;
     /// An OrderCancelReplaceRequest through the gateway (see FixGateway::ReplaceOrder).
     int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
                          const QVXOrderChange& change) override;

@@ -99,6 +99,16 @@ SimOrderBook::Order& SimOrderBook::Accept(const OrderTicket& ticket, size_t inst
     return accepted;
 }
 
+int32_t SimOrderBook::adopt(const std::string& clOrderId, int64_t nowUs) {
+    for (Order& o : m_orders) {
+        if (o.knows(clOrderId)) {
+            Publish(o, nowUs);
+            return o.recordId;
+        }
+    }
+    return 0;
+}
+
 void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
     if (m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
         QVXRejectStruct reject;

@@ -39,6 +39,9 @@ public:
     int32_t replace(const std::string& clOrderId, int32_t recordId, const QVXOrderChange& change,
                     int64_t nowUs);
 
+    /// The record id of the order that carried `clOrderId`, after reporting its state again;
+    /// 0 when the book has no such order.
+    int32_t adopt(const std::string& clOrderId, int64_t nowUs);
     /// The symbol of instrument `i` has just moved: its working orders get their chance.
     void onTick(size_t instrument, int64_t nowUs);
 

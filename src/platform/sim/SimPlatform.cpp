@@ -94,6 +94,11 @@ void SimPlatform::CancelOrder(const std::string& clOrderId, int32_t orderRecordI
     }
 }
 
+int32_t SimPlatform::AdoptOrder(const KnownOrder& order) {
+    std::lock_guard lock(m_mutex);
+    return m_book.adopt(order.ticket.clOrderID, m_nowUs);
+}
+
 int32_t SimPlatform::ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
                                   const QVXOrderChange& change) {
     std::lock_guard lock(m_mutex);

@@ -39,6 +39,8 @@ public:
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
                      const std::string& fourth) override;
     /// Changes an open order in place (see SimOrderBook::replace); -16 while offline.
+    /// The order if the simulated broker still holds it (its state is reported again).
+    int32_t AdoptOrder(const KnownOrder& order) override;
     int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
                          const QVXOrderChange& change) override;
     void RegisterSymbol(const std::string& symbol, const std::string& exchange) override;

@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -44,13 +45,16 @@ public:
     OrderLedger(const OrderLedger&) = delete;
     OrderLedger& operator=(const OrderLedger&) = delete;
 
-    /// A basket send begins; `overrides` names the limits the trader chose to override.
-    void SendBegins(int16_t basketSeq, std::string_view basketName, std::string_view overrides);
-    /// The order is complete and about to be handed to the platform.
-    void Written(const QVXOrder& order, int16_t basketSeq);
-    /// SubmitOrder answered: a record id (> 0) or a refusal (< 0).
-    void Submitted(std::string_view clOrderId, int32_t result);
-    /// What tracking now knows of an order (after an update, reject or warning).
+    /// A basket send with these orders is about to leave: the send and every order are
+    /// written and committed before the first is handed to the platform. `overrides` names
+    /// the limits the trader chose to override. SqliteError when they cannot be written (a
+    /// client order id already used today included): then nothing may leave.
+    void SendBegins(int16_t basketSeq, std::string_view basketName,
+                    std::span<const QVXOrder* const> orders, std::string_view overrides = {});
+    /// SubmitOrder refused the order: it never left.
+    void Refused(std::string_view clOrderId, int32_t result);
+    /// What tracking now knows of an order (when handed off, after an update, reject or
+    /// warning).
     void Save(const TrackedOrder& order);
     /// Audit rows of the platform's events, as they arrive.
     void Reported(const QVXOrderStruct& update);
@@ -67,6 +71,8 @@ public:
 private:
     struct Statements;
     void Begin();
+    void Event(std::string_view kind, std::string_view clOrderId, int32_t recordId,
+               const QVXOrderStruct* update, int32_t reason, std::string_view text);
     std::string Today() const;
     std::string Now() const;
 

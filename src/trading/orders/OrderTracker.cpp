@@ -273,6 +273,27 @@ void OrderTracker::ZeroLeaves(size_t orderIndex) {
     MarkChanged(static_cast<uint32_t>(orderIndex));
 }
 
+std::optional<size_t> OrderTracker::PositionOf(int32_t orderRecordId) const {
+    const auto found = m_byRecordId.find(orderRecordId);
+    return found == m_byRecordId.end() ? std::nullopt : std::optional<size_t>(found->second);
+}
+
+std::optional<size_t> OrderTracker::PositionOf(const std::string& clOrderId) const {
+    const auto found = m_byClOrderId.find(clOrderId);
+    return found == m_byClOrderId.end() || found->second.empty()
+               ? std::nullopt
+               : std::optional<size_t>(found->second.front());
+}
+
+void OrderTracker::EndWithNote(size_t orderIndex, std::string note) {
+    const auto position = static_cast<uint32_t>(orderIndex);
+    m_notes.at(orderIndex) = std::move(note);
+    m_orders[orderIndex].m_nLvsQuantity = 0;
+    m_answers.Answered(position);
+    MarkChanged(position);
+    m_ordersChanged = true;
+}
+
 void OrderTracker::MarkChanged(uint32_t position) {
     if (!m_isChanged[position]) {
         m_isChanged[position] = true;

@@ -13,6 +13,7 @@
 #include <deque>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -94,6 +95,12 @@ public:
 
     /// All basket orders seen, in order of first appearance.
     const std::deque<OrderUpdate>& Orders() const { return m_orders; }
+    /// Position of the order with this record id, or of the first order sent under this
+    /// client order id.
+    std::optional<size_t> PositionOf(int32_t orderRecordId) const;
+    std::optional<size_t> PositionOf(const std::string& clOrderId) const;
+    /// Puts a note on an order (shown as its status) and counts it as answered and done.
+    void EndWithNote(size_t orderIndex, std::string note);
     /// The first order with this platform order record id, or null.
     const OrderUpdate* FindOrder(int32_t orderRecordId) const;
     /// The client order id of order `orderIndex` as last reported (a replace changes it;
