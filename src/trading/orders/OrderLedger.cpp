@@ -1,8 +1,14 @@
 #include "trading/orders/OrderLedger.h"
 
 #include "common/Formats.h"
+#include "platform/TicketOrder.h"
 
+#include <chrono>
 #include <cstdio>
+#include <string>
+#include <unordered_map>
+
+#include <sqlite3.h>
 
 namespace wicker {
 
@@ -10,12 +16,11 @@ namespace {
 
 constexpr std::string_view kSchema = R"(
 CREATE TABLE IF NOT EXISTS sends(
-    day TEXT NOT NULL, basketSeq INTEGER NOT NULL, basketName TEXT, sentAt TEXT,
-    overrides TEXT, PRIMARY KEY(day, basketSeq));
+    id INTEGER PRIMARY KEY, day TEXT NOT NULL, basketSeq INTEGER NOT NULL, basketName TEXT,
+    sentAt TEXT, overrides TEXT, orders TEXT, results TEXT, handedAt TEXT,
+    UNIQUE(day, basketSeq));
 CREATE TABLE IF NOT EXISTS orders(
-    id INTEGER PRIMARY KEY, day TEXT NOT NULL, clOrdId TEXT NOT NULL, basketSeq INTEGER,
-    handOff INTEGER NOT NULL, submitResult INTEGER, maxFloor INTEGER, writtenAt TEXT,
-    account TEXT, action TEXT, destination TEXT, exchClOrdId TEXT, exchOrderId TEXT,
+    id INTEGER PRIMARY KEY, day TEXT NOT NULL, clOrdId TEXT NOT NULL, account TEXT, action TEXT, destination TEXT, exchClOrdId TEXT, exchOrderId TEXT,
     logMessage TEXT, orderTime TEXT, priceTypeText TEXT, side TEXT, tif TEXT, updateTime TEXT,
     avgPx REAL, lastPx REAL, lmtPrice REAL, seqNum INTEGER, cum INTEGER, display INTEGER,
     leaves INTEGER, recordId INTEGER, status INTEGER, priceType INTEGER, quantity INTEGER,
@@ -130,31 +135,117 @@ TrackedOrder ReadState(const SqliteStatement& s, int first, std::string clOrderI
     return t;
 }
 
+// A send's orders as text: one record per order, fields apart. The separators are control
+// characters no order field holds; one that did would be escaped, never lost.
+constexpr char kFieldEnd = '\x1f';
+constexpr char kRecordEnd = '\x1e';
+constexpr char kEscape = '\x1b';
+
+void AppendField(std::string& text, std::string_view field) {
+    for (const char c : field) {
+        if (c == kFieldEnd || c == kRecordEnd || c == kEscape) {
+            text += kEscape;
+        }
+        text += c;
+    }
+    text += kFieldEnd;
+}
+
+/// The fields of one record, escapes undone.
+std::vector<std::string> Fields(std::string_view record) {
+    std::vector<std::string> fields(1);
+    for (size_t i = 0; i < record.size(); ++i) {
+        if (record[i] == kEscape && i + 1 < record.size()) {
+            fields.back() += record[++i];
+        } else if (record[i] == kFieldEnd) {
+            fields.emplace_back();
+        } else {
+            fields.back() += record[i];
+        }
+    }
+    return fields;
+}
+
+/// The records of a text, split at unescaped record ends (escapes kept for Fields).
+std::vector<std::string> Split(std::string_view text, char end) {
+    std::vector<std::string> records;
+    std::string current;
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] == kEscape && i + 1 < text.size()) {
+            current += text[i];
+            current += text[++i];
+        } else if (text[i] == end) {
+            records.push_back(std::move(current));
+            current.clear();
+        } else {
+            current += text[i];
+        }
+    }
+    return records;
+}
+
+void AppendOrder(std::string& text, const QVXOrder& o) {
+    for (const std::string& field :
+         {o.ClOrderID(), o.Account(), o.Side(), o.Symbol(), std::to_string(o.Quantity()),
+          std::to_string(o.PriceType()), o.Tif(), o.Destination(), std::to_string(o.MaxFloor()),
+          o.Memo()}) {
+        AppendField(text, field);
+    }
+    // The limit price exactly, as it went out.
+    char price[32];
+    std::snprintf(price, sizeof price, "%.17g", o.LmtPrice());
+    AppendField(text, price);
+    text += kRecordEnd;
+}
+
+/// An order of a send's record as it was handed off (or about to be).
+LedgerOrder ReadOrder(std::string_view record, int32_t recordId, const std::string& handedAt) {
+    const std::vector<std::string> f = Fields(record);
+    if (f.size() < 11) {
+        throw SqliteError("The order journal holds a send it cannot read.");
+    }
+    TicketOrder order([](const OrderTicket&) { return 0; });
+    order.setClOrderID(f[0]);
+    order.setAccount(f[1]);
+    order.setSide(f[2]);
+    order.setSymbol(f[3]);
+    order.setQuantity(static_cast<int32_t>(std::stol(f[4])));
+    order.setPriceType(static_cast<int32_t>(std::stol(f[5])));
+    order.setTif(f[6]);
+    order.setDestination(f[7]);
+    order.setMaxFloor(static_cast<int32_t>(std::stol(f[8])));
+    order.setMemo(f[9]);
+    order.setLmtPrice(std::stod(f[10]));
+    LedgerOrder o;
+    o.maxFloor = order.MaxFloor();
+    o.tracked.state = HandedOffRecord(order, recordId, handedAt);
+    o.tracked.currentClOrderId = order.ClOrderID();
+    o.tracked.seenAt = handedAt;
+    o.tracked.answer = AnswerWatch::State::Pending;
+    return o;
+}
+
 } // namespace
 
 struct OrderLedger::Statements {
     explicit Statements(SqliteFile& f)
         : begin(f, "BEGIN"), commit(f, "COMMIT"),
-          send(f, "INSERT INTO sends(day, basketSeq, basketName, sentAt, overrides) "
-                  "VALUES(?1, ?2, ?3, ?4, ?5)"),
-          written(f, "INSERT INTO orders(day, clOrdId, basketSeq, handOff, maxFloor, writtenAt, " +
-                         std::string(kStateColumns) + ") VALUES(?1, ?2, ?3, 0, ?4, ?5, " +
-                         Placeholders(6, kStateCount) + ")"),
-          refused(f, "UPDATE orders SET handOff = 2, submitResult = ?3, leaves = 0 "
-                     "WHERE day = ?1 AND clOrdId = ?2"),
-          save(f, "INSERT INTO orders(day, clOrdId, basketSeq, handOff, " +
-                      std::string(kStateColumns) + ") VALUES(?1, ?2, NULL, 1, " +
-                      Placeholders(3, kStateCount) + ") ON CONFLICT(day, clOrdId) DO UPDATE SET " +
-                      "handOff = CASE WHEN handOff = 0 THEN 1 ELSE handOff END, " + StateUpdates()),
+          send(f, "INSERT INTO sends(day, basketSeq, basketName, sentAt, overrides, orders) "
+                  "VALUES(?1, ?2, ?3, ?4, ?5, ?6)"),
+          sendEnds(f, "UPDATE sends SET results = ?3, handedAt = ?4 "
+                      "WHERE day = ?1 AND basketSeq = ?2"),
+          save(f, "INSERT INTO orders(day, clOrdId, " + std::string(kStateColumns) +
+                      ") VALUES(?1, ?2, " + Placeholders(3, kStateCount) +
+                      ") ON CONFLICT(day, clOrdId) DO UPDATE SET " + StateUpdates()),
           event(f, "INSERT INTO events(day, at, kind, clOrdId, recordId, status, quantity, leaves, "
                    "cum, avgPx, lastPx, reason, text) "
                    "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)"),
-          today(f, "SELECT clOrdId, handOff, submitResult, maxFloor, " +
-                       std::string(kStateColumns) +
-                       " FROM orders WHERE day = ?1 AND handOff IN (0, 1) ORDER BY id"),
+          sends(f, "SELECT orders, results, handedAt FROM sends WHERE day = ?1 ORDER BY id"),
+          states(f, "SELECT clOrdId, " + std::string(kStateColumns) +
+                        " FROM orders WHERE day = ?1 ORDER BY id"),
           highest(f, "SELECT max(basketSeq) FROM sends WHERE day = ?1") {}
 
-    SqliteStatement begin, commit, send, written, refused, save, event, today, highest;
+    SqliteStatement begin, commit, send, sendEnds, save, event, sends, states, highest;
 };
 
 OrderLedger::OrderLedger(const std::filesystem::path& file, const Clock& clock)
@@ -162,11 +253,34 @@ OrderLedger::OrderLedger(const std::filesystem::path& file, const Clock& clock)
     m_file.exec("PRAGMA journal_mode=WAL");
     // A committed send survives the program's death; a power cut may lose the last commits.
     m_file.exec("PRAGMA synchronous=NORMAL");
+    m_file.exec("PRAGMA wal_autocheckpoint=0");
     m_file.exec(kSchema);
     m_stmts = std::make_unique<Statements>(m_file);
+    m_checkpointer = std::thread([this, path = file] {
+        try {
+            SqliteFile copier(path);
+            std::unique_lock lock(m_checkpointMutex);
+            while (!m_checkpointWake.wait_for(lock, std::chrono::seconds(1),
+                                              [this] { return m_stopping; })) {
+                lock.unlock();
+                // Passive: it never waits for the writer, and a busy moment is tried again.
+                sqlite3_wal_checkpoint_v2(copier.handle(), nullptr, SQLITE_CHECKPOINT_PASSIVE,
+                                          nullptr, nullptr);
+                lock.lock();
+            }
+        } catch (const SqliteError&) {
+            // The log then grows until the next start copies it: nothing is lost.
+        }
+    });
 }
 
 OrderLedger::~OrderLedger() {
+    {
+        std::lock_guard lock(m_checkpointMutex);
+        m_stopping = true;
+    }
+    m_checkpointWake.notify_all();
+    m_checkpointer.join();
     try {
         Flush();
     } catch (const SqliteError&) {
@@ -202,35 +316,16 @@ void OrderLedger::Flush() {
 
 void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
                              std::span<const QVXOrder* const> orders, std::string_view overrides) {
+    // One record for the whole send: thousands of orders cost one row, not thousands.
+    std::string text;
+    text.reserve(orders.size() * 96);
+    for (const QVXOrder* o : orders) {
+        AppendOrder(text, *o);
+    }
     Begin();
-    const std::string day = Today();
-    const std::string now = Now();
     try {
-        m_stmts->send.bind(1, day).bind(2, int64_t{basketSeq}).bind(3, basketName);
-        m_stmts->send.bind(4, now).bind(5, overrides).run();
-        TrackedOrder t;
-        t.seenAt = FormatTime12(m_clock.localNow());
-        t.answer = AnswerWatch::State::Pending;
-        for (const QVXOrder* order : orders) {
-            QVXOrderStruct& r = t.state;
-            r.Account = order->Account();
-            r.Action = "Pending New";
-            r.Destination = order->Destination();
-            r.Side = order->Side().substr(0, 1);
-            r.Tif = order->Tif();
-            r.LmtPrice = order->LmtPrice();
-            r.LvsQuantity = order->Quantity();
-            r.PriceTypeCode = order->PriceType();
-            r.Quantity = order->Quantity();
-            r.Memo = order->Memo();
-            r.Symbol = order->Symbol();
-            t.currentClOrderId = order->ClOrderID();
-            SqliteStatement& s = m_stmts->written;
-            s.bind(1, day).bind(2, order->ClOrderID()).bind(3, int64_t{basketSeq});
-            s.bind(4, int64_t{order->MaxFloor()}).bind(5, now);
-            BindState(s, 6, t);
-            s.run();
-        }
+        m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
+        m_stmts->send.bind(4, Now()).bind(5, overrides).bind(6, text).run();
         Flush();
     } catch (const SqliteError&) {
         m_inTransaction = false;
@@ -239,9 +334,17 @@ void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
     }
 }
 
-void OrderLedger::Refused(std::string_view clOrderId, int32_t result) {
+void OrderLedger::SendEnds(int16_t basketSeq, const std::vector<int32_t>& results,
+                           std::string_view handedAt) {
+    std::string text;
+    text.reserve(results.size() * 7);
+    for (const int32_t result : results) {
+        text += std::to_string(result);
+        text += kRecordEnd;
+    }
     Begin();
-    m_stmts->refused.bind(1, Today()).bind(2, clOrderId).bind(3, int64_t{result}).run();
+    m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, text);
+    m_stmts->sendEnds.bind(4, handedAt).run();
 }
 
 void OrderLedger::Save(const TrackedOrder& order) {
@@ -279,16 +382,49 @@ void OrderLedger::Warned(const QVXOrderWarning& warning) {
 }
 
 std::vector<LedgerOrder> OrderLedger::TodaysOrders() {
+    // What reports made of orders, by the id they were sent with.
+    std::unordered_map<std::string, TrackedOrder> reported;
+    std::vector<std::string> reportOrder;
+    SqliteStatement& states = m_stmts->states;
+    states.bind(1, Today());
+    while (states.next()) {
+        std::string id = states.text(0);
+        reportOrder.push_back(id);
+        reported.emplace(id, ReadState(states, 1, id));
+    }
     std::vector<LedgerOrder> orders;
-    SqliteStatement& s = m_stmts->today;
-    s.bind(1, Today());
-    while (s.next()) {
-        LedgerOrder o;
-        o.handOff = s.integer(1) == 0 ? HandOffState::Written : HandOffState::Taken;
-        o.submitResult = static_cast<int32_t>(s.integer(2));
-        o.maxFloor = static_cast<int32_t>(s.integer(3));
-        o.tracked = ReadState(s, 4, s.text(0));
-        orders.push_back(std::move(o));
+    SqliteStatement& sends = m_stmts->sends;
+    sends.bind(1, Today());
+    while (sends.next()) {
+        const std::vector<std::string> results = Split(sends.text(1), kRecordEnd);
+        const std::string handedAt = sends.text(2);
+        size_t i = 0;
+        for (const std::string& record : Split(sends.text(0), kRecordEnd)) {
+            const bool answered = i < results.size();
+            const int32_t result = answered ? static_cast<int32_t>(std::stol(results[i])) : 0;
+            ++i;
+            if (result < 0) {
+                continue; // refused: it never left
+            }
+            LedgerOrder o = ReadOrder(record, result, handedAt);
+            o.handOff = answered ? HandOffState::Taken : HandOffState::Written;
+            if (const auto found = reported.find(o.tracked.state.ClOrderID);
+                found != reported.end()) {
+                o.tracked = std::move(found->second);
+                reported.erase(found);
+            }
+            orders.push_back(std::move(o));
+        }
+    }
+    // Orders sent by other means that the platform reported: after the sends, as found.
+    for (const std::string& id : reportOrder) {
+        if (const auto found = reported.find(id); found != reported.end()) {
+            LedgerOrder o;
+            o.tracked = std::move(found->second);
+            o.handOff = HandOffState::Taken;
+            orders.push_back(std::move(o));
+            reported.erase(found);
+        }
     }
     return orders;
 }

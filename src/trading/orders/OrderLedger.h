@@ -5,22 +5,24 @@
 #include "storage/SqliteFile.h"
 #include "trading/orders/OrderTracker.h"
 
+#include <condition_variable>
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 namespace wicker {
 
 /// How far an order of the ledger got on its way to the broker.
 enum class HandOffState : int {
-    Written = 0, ///< written, then the program stopped before the platform answered SubmitOrder
+    Written = 0, ///< written, then the program stopped before its send was over
     Taken = 1,   ///< the platform took it (or reported it: an order sent by other means)
-    Refused = 2, ///< SubmitOrder refused it; it never left
 };
 
 /// An order of today as the ledger kept it.
@@ -32,11 +34,12 @@ struct LedgerOrder {
 };
 
 /// The day's orders on disk (orders.db in the data folder, SQLite in WAL mode), so that a
-/// restart or a crash loses none of them: each order is written before it is handed to the
-/// platform, every change of what tracking knows of it as it is applied, and every report,
-/// reject and warning as an audit row. Writes wait in one transaction until Flush (once per
-/// send and per drain of the platform's events). Earlier days stay in the file as the audit
-/// trail; only today's orders are read back.
+/// restart or a crash loses none of them: a send's orders are written as one record and
+/// committed before the first is handed to the platform, the platform's answers to it when
+/// the send is over, what tracking knows of an order each time a report changes it, and
+/// every report, reject and warning as an audit row. Writes after a send wait in one
+/// transaction until Flush (once per drain of the platform's events). Earlier days stay in
+/// the file as the audit trail; only today's orders are read back.
 class OrderLedger {
 public:
     /// Opens or creates the file; SqliteError when it cannot be used (it is then left as it is).
@@ -51,10 +54,11 @@ public:
     /// client order id already used today included): then nothing may leave.
     void SendBegins(int16_t basketSeq, std::string_view basketName,
                     std::span<const QVXOrder* const> orders, std::string_view overrides = {});
-    /// SubmitOrder refused the order: it never left.
-    void Refused(std::string_view clOrderId, int32_t result);
-    /// What tracking now knows of an order (when handed off, after an update, reject or
-    /// warning).
+    /// The send is over: what SubmitOrder answered for each of its orders, in order (a
+    /// record id, or a refusal below 0), and when the first was tracked ("hh:mm:ss AM/PM").
+    void SendEnds(int16_t basketSeq, const std::vector<int32_t>& results,
+                  std::string_view handedAt);
+    /// What tracking now knows of an order, after a report, reject or warning changed it.
     void Save(const TrackedOrder& order);
     /// Audit rows of the platform's events, as they arrive.
     void Reported(const QVXOrderStruct& update);
@@ -80,6 +84,12 @@ private:
     SqliteFile m_file;
     std::unique_ptr<Statements> m_stmts;
     bool m_inTransaction = false;
+    // Copies the write-ahead log into the file once a second on its own connection, so the
+    // disk syncs a copy needs never fall on a send.
+    std::mutex m_checkpointMutex;
+    std::condition_variable m_checkpointWake;
+    bool m_stopping = false;
+    std::thread m_checkpointer;
 };
 
 } // namespace wicker

@@ -55,6 +55,8 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
                           "sent: orders sent now would not survive a restart. Start Wicker again "
                           "once its data folder can be written.");
     }
+    m_results.clear();
+    m_handedAt.clear();
     if (m_ledger == nullptr) {
         return;
     }
@@ -68,18 +70,27 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
 }
 
 void OrderRecords::Submitted(const QVXOrder& order, int32_t result) {
+    m_results.push_back(result);
+    // A refusal is in the send's summary; nothing of it reached the broker.
     if (result > 0) {
+        const size_t before = m_tracker.Orders().size();
         m_tracker.OnOrderHandedOff(order, result);
-    } else if (m_ledger != nullptr) {
-        try {
-            m_ledger->Refused(order.ClOrderID(), result);
-        } catch (const SqliteError& e) {
-            LedgerFailed(e);
+        if (m_handedAt.empty() && m_tracker.Orders().size() > before) {
+            m_handedAt = m_tracker.SeenAt(before);
         }
     }
 }
 
-void OrderRecords::SendEnds(int16_t) {
+void OrderRecords::SendEnds(int16_t basketSeq) {
+    if (m_ledger != nullptr) {
+        try {
+            m_ledger->SendEnds(basketSeq, m_results, m_handedAt);
+        } catch (const SqliteError& e) {
+            LedgerFailed(e);
+        }
+    }
+    m_results.clear();
+    m_handedAt.clear();
     SaveChanges();
 }
 
@@ -168,7 +179,14 @@ RestoreReport OrderRecords::RestoreToday(Platform& platform) {
     }
     // Orders the platform does not follow get record ids of their own, below any it gives.
     int32_t ownRecordId = 0;
-    for (LedgerOrder& o : m_ledger->TodaysOrders()) {
+    std::vector<LedgerOrder> today;
+    try {
+        today = m_ledger->TodaysOrders();
+    } catch (const std::exception& e) {
+        LedgerFailed(e);
+        return report;
+    }
+    for (LedgerOrder& o : today) {
         TrackedOrder& t = o.tracked;
         const bool open = IsOpen(o);
         const int32_t recordId = open ? platform.AdoptOrder(KnownOrderOf(o)) : 0;

@@ -8,7 +8,9 @@
 
 #include <memory>
 #include <optional>
+#include <string>
 #include <unordered_set>
+#include <vector>
 
 namespace wicker {
 
@@ -64,7 +66,9 @@ private:
     std::unique_ptr<OrderLedger> m_ledger;
     std::unordered_set<std::string> m_unsentSinceRestart; ///< client order ids
     size_t m_notSent = 0;
-    bool m_failed = false; ///< the ledger failed: nothing may be sent until a restart
+    std::vector<int32_t> m_results; ///< SubmitOrder's answers of the send under way
+    std::string m_handedAt;         ///< when its first order was tracked
+    bool m_failed = false;          ///< the ledger failed: nothing may be sent until a restart
 };
 
 } // namespace wicker

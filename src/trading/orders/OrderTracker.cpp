@@ -42,7 +42,8 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     return UpdateOutcome::Added;
 }
 
-void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
+QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
+                               std::string orderTime) {
     QVXOrderStruct r;
     r.Account = order.Account();
     r.Action = "Pending New";
@@ -50,7 +51,7 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
     // "BUY" leaves as it was sent; every report gives the one-letter code.
     r.Side = order.Side().substr(0, 1);
     r.Tif = order.Tif();
-    r.OrderTime = FormatTime12(m_clock.localNow());
+    r.OrderTime = std::move(orderTime);
     r.LmtPrice = order.LmtPrice();
     r.Display = order.MaxFloor();
     r.LvsQuantity = order.Quantity();
@@ -63,8 +64,17 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
     r.Memo = order.Memo();
     r.ClOrderID = order.ClOrderID();
     r.Symbol = order.Symbol();
+    return r;
+}
+
+void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
+    const QVXOrderStruct r =
+        HandedOffRecord(order, orderRecordId, FormatTime12(m_clock.localNow()));
     if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
-        m_answers.Expect(m_byRecordId.at(orderRecordId), m_clock.now());
+        const uint32_t position = m_byRecordId.at(orderRecordId);
+        m_answers.Expect(position, m_clock.now());
+        m_isChanged[position] = false;
+        m_changed.pop_back();
     }
 }
 

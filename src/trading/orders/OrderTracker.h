@@ -30,6 +30,10 @@ struct TrackedOrder {
     AnswerWatch::State answer = AnswerWatch::State::Answered;
 };
 
+/// The record of an order handed to the platform under `orderRecordId` before any answer:
+/// "Pending New", open for its whole quantity.
+QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId, std::string orderTime);
+
 /// Follows every basket order through the platform's order events: one OrderUpdate per
 /// order in order of first appearance, the reject queue, the orders-changed flag, and the
 /// per-basket totals of lvBaskets rebuilt by the one-second tick. All calls come from the
@@ -48,8 +52,11 @@ public:
 
     /// An order of a basket send was handed to the platform, which took it under
     /// `orderRecordId`: it is tracked from now on, "Pending New" and open for its whole
-    /// quantity until the broker's first report. An order of no basket is not tracked.
+    /// quantity until the broker's first report. An order of no basket is not tracked. The
+    /// hand-off does not count as a change (TakeChangedOrders): the send's own record has it.
     void OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId);
+    /// When the order at `orderIndex` was first tracked, "hh:mm:ss AM/PM".
+    const std::string& SeenAt(size_t orderIndex) const { return m_seenAt.at(orderIndex); }
     /// How long an order may wait for the broker's first report before it shows "No answer".
     void setNoAnswerAfter(std::chrono::milliseconds limit) { m_noAnswerAfter = limit; }
     /// Orders flagged "No answer" and not answered since.
