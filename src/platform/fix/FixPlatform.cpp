@@ -72,6 +72,32 @@ void FixPlatform::onOrderReject(const FixOrderReject& reject) {
     m_events.push(RejectStructOf(reject));
 }
 
+void FixPlatform::onOrderWarning(const FixOrderWarning& warning) {
+    m_events.push(QVXOrderWarning{warning.recordId, warning.clOrdID, warning.symbol, warning.text});
+}
+
+int32_t FixPlatform::AdoptOrder(const std::string& clOrdID, const std::string& account,
+                                const std::string& side, const std::string& symbol,
+                                const std::string& destination, const std::string& tif,
+                                const std::string& memo, int32_t priceType, double lmtPrice,
+                                int32_t quantity, int32_t cum, double avgPx, int32_t leaves) {
+    FixOrderState o;
+    o.clOrdID = clOrdID;
+    o.account = account;
+    o.side = side;
+    o.symbol = symbol;
+    o.destination = destination;
+    o.tif = tif;
+    o.memo = memo;
+    o.priceType = priceType;
+    o.lmtPrice = lmtPrice;
+    o.quantity = quantity;
+    o.cum = cum;
+    o.avgPx = avgPx;
+    o.leaves = leaves;
+    return m_gateway.adoptOrder(o);
+}
+
 void FixPlatform::onQuote(const FixQuoteFields& quote) {
     if (quote.last && *quote.last > 0) {
         std::lock_guard lock(m_priceMutex);

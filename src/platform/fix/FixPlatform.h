@@ -39,10 +39,20 @@ public:
 
     bool isLoggedOn() const { return m_gateway.isLoggedOn(); }
 
+    /// An order of an earlier run (from the order journal) back in the book without
+    /// sending it; the broker is asked its status at every logon. Its record id, or 0 when
+    /// the ClOrdID is empty or known already.
+    int32_t AdoptOrder(const std::string& clOrdID, const std::string& account,
+                       const std::string& side, const std::string& symbol,
+                       const std::string& destination, const std::string& tif,
+                       const std::string& memo, int32_t priceType, double lmtPrice,
+                       int32_t quantity, int32_t cum, double avgPx, int32_t leaves);
+
 private:
     // FixGatewayEvents, on the gateway's threads: straight into the queue.
     void onOrderUpdate(const FixOrderState& order) override;
     void onOrderReject(const FixOrderReject& reject) override;
+    void onOrderWarning(const FixOrderWarning& warning) override;
     void onQuote(const FixQuoteFields& quote) override;
     void onSessionStatus(bool loggedOn, const std::string& text) override;
 

@@ -50,8 +50,14 @@ public:
         FIX::MsgSeqNum seq;
         header.getFieldIfSet(type);
         header.getFieldIfSet(seq);
+        // Orders are known by their ClOrdID, market data requests by their MDReqID.
         FIX::ClOrdID clOrdID;
-        message.getFieldIfSet(clOrdID);
+        if (!message.getFieldIfSet(clOrdID)) {
+            FIX::MDReqID mdReqID;
+            if (message.getFieldIfSet(mdReqID)) {
+                clOrdID.setValue(mdReqID.getValue());
+            }
+        }
         FIX::PossDupFlag possDup;
         if (header.getFieldIfSet(possDup) && possDup.getValue()) {
             Guard([&] {

@@ -17,7 +17,8 @@ public:
     /// An application message, or a session-level Reject (35=3).
     virtual void onMessage(const FixMessage& message) = 0;
     /// An application message is about to go on the wire with this sequence number (called
-    /// on the sending thread, inside QuickFIX: keep it short and call nothing back).
+    /// with its ClOrdID, or a market data request's MDReqID; called on the sending thread,
+    /// inside QuickFIX: keep it short and call nothing back).
     virtual void onSending(const std::string& msgType, int msgSeqNum,
                            const std::string& clOrdID) = 0;
     /// An application message that the counterparty asked to have resent: it is never sent
