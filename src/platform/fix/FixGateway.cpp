@@ -110,6 +110,45 @@ bool FixGateway::isLoggedOn() const {
     return m_engine && m_engine->isLoggedOn();
 }
 
+std::string FixGateway::downReason() const {
+    std::lock_guard lock(m_causeMutex);
+    return m_cause;
+}
+
+void FixGateway::onSessionEvent(const std::string& text) {
+    const auto has = [&](const char* s) { return text.find(s) != std::string::npos; };
+    std::string cause;
+    if (has("Connection failed")) {
+        cause = "the connection to " + m_settings.host + ":" + std::to_string(m_settings.port) +
+                " failed (nothing listens there, or it refuses us)";
+    } else if (has("MsgSeqNum too low")) {
+        cause = text.substr(text.find("MsgSeqNum too low")) +
+                "; the counterparty started its sequence numbers again: set FixResetOnLogon=1 "
+                "in basket.ini section \"Platform\" (or reset the session with the broker)";
+    } else if (text.rfind("Logout", 0) == 0 || text.rfind("Reject sent", 0) == 0 ||
+               text.rfind("Timed out", 0) == 0) {
+        cause = text;
+    } else {
+        return;
+    }
+    bool tell = false;
+    {
+        std::lock_guard lock(m_causeMutex);
+        // A sequence-number problem explains the logout that follows it: keep it.
+        if (m_cause.find("MsgSeqNum") == std::string::npos || has("MsgSeqNum")) {
+            m_cause = cause;
+        }
+        if (has("Connection failed") && !m_failedConnecting) {
+            m_failedConnecting = true; // once, not at every retry
+            tell = true;
+        }
+    }
+    if (tell) {
+        m_events.onSessionStatus(false, "FIX session " + m_engine->sessionName() +
+                                            " not connected: " + cause + ".");
+    }
+}
+
 void FixGateway::setPreTradeCheck(std::function<int32_t(const OrderTicket&)> check) {
     m_preTradeCheck = std::move(check);
 }
@@ -302,10 +341,15 @@ void FixGateway::RegisterSymbol(const std::string& symbol) {
 void FixGateway::DeregisterSymbol(const std::string& symbol) {
     {
         std::lock_guard lock(m_symbolMutex);
-        if (m_symbols.erase(symbol) == 0 || !m_subscribing) {
+        if (m_symbols.erase(symbol) == 0 || !m_subscribing || m_quotesRefused) {
             return;
         }
-        enqueueQuoteRequest(MarketDataRequest(symbol, false));
+        FixMessage request = MarketDataRequest(symbol, false);
+        std::lock_guard quoteLock(m_quoteMutex);
+        if (m_pacer.withdraw(*request.find(262))) {
+            return; // never asked for: nothing to end
+        }
+        m_pacer.push(std::move(request));
     }
     drain();
 }
@@ -488,6 +532,11 @@ void FixGateway::onLogon() {
         m_online = true;
         askStatus(m_book.askStatusOfOpenOrders());
     }
+    {
+        std::lock_guard lock(m_causeMutex);
+        m_cause.clear();
+        m_failedConnecting = false;
+    }
     m_events.onSessionStatus(true, "FIX session " + m_engine->sessionName() + " logged on.");
     {
         // Subscriptions live as long as the connection: all of them again, once.
@@ -520,8 +569,10 @@ void FixGateway::onLogout() {
     }
     // Orders still waiting for the window never left: they are refused, not sent late.
     refuseUnsent(dropped);
+    const std::string cause = downReason();
     m_events.onSessionStatus(false, "FIX session " + (m_engine ? m_engine->sessionName() : "") +
-                                        " disconnected.");
+                                        " disconnected" + (cause.empty() ? "" : ": " + cause) +
+                                        ".");
 }
 
 void FixGateway::onMessage(const FixMessage& message) {

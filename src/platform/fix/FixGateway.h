@@ -58,6 +58,9 @@ public:
     /// Logs out and stops (may take seconds).
     void stop();
     bool isLoggedOn() const;
+    /// Why the session went down or cannot come up, in words for the trader ("" when it
+    /// never failed), with the setting that fixes it when there is one.
+    std::string downReason() const;
 
     /// The checks the platform makes of every order besides its fields (destination not
     /// enabled -7, exposure limit -8, ...): 0 to let it pass, else the refusal. Set it on
@@ -96,6 +99,7 @@ private:
     void onSending(const std::string& msgType, int msgSeqNum, const std::string& clOrdID) override;
     void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                           const std::string& clOrdID) override;
+    void onSessionEvent(const std::string& text) override;
 
     /// Queues a cancel or replace behind the orders waiting for the window.
     void enqueue(FixMessage message);
@@ -148,6 +152,10 @@ private:
     std::set<std::string> m_symbols;
     bool m_subscribing = false;   ///< logged on, and the registered symbols were asked for
     bool m_quotesRefused = false; ///< the counterparty refuses market data this session
+
+    mutable std::mutex m_causeMutex;
+    std::string m_cause;       ///< the latest event that explains a disconnect
+    bool m_failedConnecting = false; ///< a failed connect was reported since the last logon
 
     mutable std::mutex m_quoteMutex; // the pacer; taken alone or after m_sendMutex
     MarketDataPacer m_pacer;

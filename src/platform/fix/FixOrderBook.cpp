@@ -369,21 +369,26 @@ FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
     return {};
 }
 
-bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID, const FixMessage& m,
-                            bool& repeatWithOtherNumbers) {
+bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
+                            const FixMessage& m) {
     // "0" is what some brokers put in status reports, which carry no fill.
     if (execID.empty() || execID == "0") {
         return false;
     }
-    // A counterparty that restarts numbers its ExecIDs from 1 again, so an ExecID is only
-    // a repeat for the same order.
-    const std::optional<int32_t> cum = ParseFixQuantity(Value(m, TagCumQty));
+    // A counterparty that restarts numbers its ExecIDs from 1 again: an ExecID repeats
+    // only for the same order and the same CumQty. One that states another CumQty is a
+    // new report (CumQty is authoritative; an overfill still gives its warning).
+    const int32_t cum = ParseFixQuantity(Value(m, TagCumQty)).value_or(-1);
     const auto [it, inserted] =
-        m_execIDs.try_emplace(std::to_string(o.recordId) + "|" + execID, cum.value_or(-1));
-    if (!inserted && cum && it->second != *cum) {
-        repeatWithOtherNumbers = true;
+        m_execIDs.try_emplace(std::to_string(o.recordId) + "|" + execID, cum);
+    if (inserted) {
+        return false;
     }
-    return !inserted;
+    if (cum < 0 || it->second == cum) {
+        return true;
+    }
+    it->second = cum;
+    return false;
 }
 
 void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text,
@@ -431,20 +436,12 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
             return out;
         }
     }
-    bool conflicting = false;
-    if (found != nullptr && isRepeat(*found, execID, m, conflicting)) {
-        if (conflicting) {
-            // Either a broken resend or a fill under a reused id: the totals stay as they
-            // were, and the trader is told to check them with the broker.
-            out.events.emplace_back(FixOrderWarning{found->recordId, found->clOrdID, found->symbol,
-                                                    "A report repeats ExecID " + execID +
-                                                        " with other quantities: ignored."});
-        }
+    if (found != nullptr && isRepeat(*found, execID, m)) {
         return out;
     }
     FixOrderState& o = found != nullptr ? *found : createFromReport(m);
     if (found == nullptr) {
-        isRepeat(o, execID, m, conflicting);
+        isRepeat(o, execID, m);
     }
     if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && IsRejected(m) &&
         ReasonOf(m, TagOrdRejReason) == UnknownOrderReason) {

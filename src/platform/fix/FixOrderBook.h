@@ -89,8 +89,8 @@ inline constexpr int32_t OfflineRejectReason = -16;
 /// The orders of one FIX session, keyed by ClOrdID, OrderID and local record id, and the
 /// interpretation of every report about them. Reports are trusted only as far as they
 /// parse: a malformed one changes nothing but gives a warning, a repeated ExecID of the
-/// same order is applied once (ExecIDs of different orders, or of a counterparty that
-/// numbers from 1 again after its restart, are distinct), an unknown ClOrdID in Wicker's
+/// same order and CumQty is applied once (ExecIDs of different orders, or of a counterparty
+/// that numbers from 1 again after its restart, are distinct), an unknown ClOrdID in Wicker's
 /// format becomes a new order (one sent before the program started) while any other gives
 /// a warning, CumQty, LeavesQty and AvgPx are taken as the counterparty states them (a
 /// fill beyond the order's quantity with a warning). Thread-safe.
@@ -153,10 +153,8 @@ private:
     void refuse(const std::string& clOrdID, int32_t reason, std::string text, FixBookOutcome& out);
     /// The broker does not know this order (asked about its status): it is final.
     void unknownToBroker(FixOrderState& o, int32_t reason, std::string text, FixBookOutcome& out);
-    /// The report's ExecID was seen for this order before (and then whether it stated other
-    /// quantities).
-    bool isRepeat(const FixOrderState& o, const std::string& execID, const FixMessage& m,
-                  bool& repeatWithOtherNumbers);
+    /// The report's ExecID was seen for this order before, with the same CumQty.
+    bool isRepeat(const FixOrderState& o, const std::string& execID, const FixMessage& m);
     void answer(const std::string& clOrdID, FixBookOutcome& out);
 
     int m_memoTag;

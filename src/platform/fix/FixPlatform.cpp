@@ -5,6 +5,14 @@
 #include "platform/fix/FixPlatformRecords.h"
 
 namespace wicker {
+namespace {
+
+std::string NotLoggedOn(const FixGateway& gateway) {
+    const std::string why = gateway.downReason();
+    return ", not logged on" + (why.empty() ? "" : " (" + why + ")");
+}
+
+} // namespace
 
 FixPlatform::FixPlatform(FixPlatformSettings settings, PreTradeLimits limits,
                          std::filesystem::path folder, const Clock& clock)
@@ -24,7 +32,7 @@ std::string FixPlatform::DisplayName() const {
 std::string FixPlatform::Details() const {
     return std::string("QuickFIX ") + WICKER_QUICKFIX_VERSION + ", " +
            BeginStringOf(m_settings.version) + " " + m_settings.senderCompID + " -> " +
-           m_settings.targetCompID + (isLoggedOn() ? ", logged on" : ", not logged on");
+           m_settings.targetCompID + (isLoggedOn() ? ", logged on" : NotLoggedOn(m_gateway));
 }
 
 Result<void> FixPlatform::Start() {

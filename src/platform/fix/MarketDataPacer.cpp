@@ -19,6 +19,18 @@ void MarketDataPacer::push(FixMessage request) {
     m_waiting.push_back(std::move(request));
 }
 
+bool MarketDataPacer::withdraw(const std::string& mdReqID) {
+    const auto it = std::find_if(m_waiting.begin(), m_waiting.end(), [&](const FixMessage& m) {
+        const std::string* id = m.find(TagMDReqID);
+        return id != nullptr && *id == mdReqID && !IsUnsubscribe(m);
+    });
+    if (it == m_waiting.end()) {
+        return false;
+    }
+    m_waiting.erase(it);
+    return true;
+}
+
 std::optional<FixMessage> MarketDataPacer::next(TimePoint now) {
     expire(now);
     if (m_waiting.empty()) {

@@ -25,6 +25,9 @@ public:
 
     /// Queues a MarketDataRequest (known by its MDReqID(262)).
     void push(FixMessage request);
+    /// Takes back a subscription that has not gone out yet; false when there is none (it
+    /// went out, and needs an unsubscribe).
+    bool withdraw(const std::string& mdReqID);
     /// The next request that may go now; slots of requests unanswered for longer than the
     /// timeout are freed first.
     std::optional<FixMessage> next(TimePoint now);

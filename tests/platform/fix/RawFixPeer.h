@@ -12,6 +12,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <vector>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -41,6 +42,17 @@ inline std::string FixFrame(std::string_view body, std::string_view beginString 
 }
 
 /// "52=" value for now.
+/// The value of `tag` in a framed message, "" when absent.
+inline std::string FieldOf(std::string_view message, int tag) {
+    const std::string key = "\x01" + std::to_string(tag) + "=";
+    const size_t at = message.find(key);
+    if (at == std::string_view::npos) {
+        return "";
+    }
+    const size_t from = at + key.size();
+    return std::string(message.substr(from, message.find('\x01', from) - from));
+}
+
 inline std::string FixNow() {
     const std::time_t t = std::time(nullptr);
     std::tm tm{};
@@ -133,6 +145,30 @@ public:
             m_in.append(buf, static_cast<size_t>(n));
         }
         return m_in;
+    }
+
+    /// Every complete message received so far of this MsgType, in order.
+    std::vector<std::string> received(std::string_view msgType) const {
+        std::vector<std::string> out;
+        const std::string marker = "\x01" "35=" + std::string(msgType) + "\x01";
+        size_t start = m_in.find("8=FIX");
+        while (start != std::string::npos) {
+            const size_t end = m_in.find("\x01" "10=", start);
+            if (end == std::string::npos) {
+                break;
+            }
+            const std::string msg = m_in.substr(start, end - start + 1);
+            if (msg.find(marker) != std::string::npos) {
+                out.push_back(msg);
+            }
+            start = m_in.find("8=FIX", end);
+        }
+        return out;
+    }
+    /// Reads for `limit` and returns the messages of this type received by then.
+    std::vector<std::string> collect(std::string_view msgType, std::chrono::milliseconds limit) {
+        readUntil("\x01" "NEVER=", limit);
+        return received(msgType);
     }
 
     void closeClient() {
