@@ -125,8 +125,9 @@ void FixGateway::onSessionEvent(const std::string& text) {
         cause = text.substr(text.find("MsgSeqNum too low")) +
                 "; the counterparty started its sequence numbers again: set FixResetOnLogon=1 "
                 "in basket.ini section \"Platform\" (or reset the session with the broker)";
-    } else if (text.rfind("Logout", 0) == 0 || text.rfind("Reject sent", 0) == 0 ||
-               text.rfind("Timed out", 0) == 0) {
+    } else if (const size_t at = text.find(" Rejected: "); at != std::string::npos) {
+        cause = "a message of the counterparty was refused (" + text.substr(at + 11) + ")";
+    } else if (text.rfind("Logout", 0) == 0 || text.rfind("Timed out", 0) == 0) {
         cause = text;
     } else {
         return;
@@ -134,9 +135,11 @@ void FixGateway::onSessionEvent(const std::string& text) {
     bool tell = false;
     {
         std::lock_guard lock(m_causeMutex);
-        // A sequence-number problem explains the logout that follows it: keep it.
-        if (m_cause.find("MsgSeqNum") == std::string::npos || has("MsgSeqNum")) {
+        // The first cause explains what follows it (our logout, its timeout) until the
+        // disconnect is reported.
+        if (!m_causeHeld) {
             m_cause = cause;
+            m_causeHeld = !has("Connection failed");
         }
         if (has("Connection failed") && !m_failedConnecting) {
             m_failedConnecting = true; // once, not at every retry
@@ -535,6 +538,7 @@ void FixGateway::onLogon() {
     {
         std::lock_guard lock(m_causeMutex);
         m_cause.clear();
+        m_causeHeld = false;
         m_failedConnecting = false;
     }
     m_events.onSessionStatus(true, "FIX session " + m_engine->sessionName() + " logged on.");
@@ -569,7 +573,12 @@ void FixGateway::onLogout() {
     }
     // Orders still waiting for the window never left: they are refused, not sent late.
     refuseUnsent(dropped);
-    const std::string cause = downReason();
+    std::string cause;
+    {
+        std::lock_guard lock(m_causeMutex);
+        cause = m_cause;
+        m_causeHeld = false; // reported: the next attempt may have a cause of its own
+    }
     m_events.onSessionStatus(false, "FIX session " + (m_engine ? m_engine->sessionName() : "") +
                                         " disconnected" + (cause.empty() ? "" : ": " + cause) +
                                         ".");

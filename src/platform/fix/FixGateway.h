@@ -154,7 +154,8 @@ private:
     bool m_quotesRefused = false; ///< the counterparty refuses market data this session
 
     mutable std::mutex m_causeMutex;
-    std::string m_cause;       ///< the latest event that explains a disconnect
+    std::string m_cause;             ///< the latest event that explains a disconnect
+    bool m_causeHeld = false;        ///< m_cause explains the disconnect to come
     bool m_failedConnecting = false; ///< a failed connect was reported since the last logon
 
     mutable std::mutex m_quoteMutex; // the pacer; taken alone or after m_sendMutex

@@ -118,16 +118,10 @@ public:
         if (!message.getHeader().getFieldIfSet(type)) {
             return;
         }
+        // Rejects we send are in the log's events ("Message 2 Rejected: CompID problem").
         const std::string text = TextOf(message);
         if (type.getValue() == FIX::MsgType_Logout && !text.empty()) {
             Guard([&] { m_listener.onSessionEvent("Logout sent: " + text); });
-        } else if (type.getValue() == FIX::MsgType_Reject) {
-            FIX::SessionRejectReason reason;
-            const std::string why = !text.empty() ? text
-                                    : message.getFieldIfSet(reason)
-                                        ? "SessionRejectReason " + std::to_string(reason.getValue())
-                                        : std::string("no reason given");
-            Guard([&] { m_listener.onSessionEvent("Reject sent: " + why); });
         }
     }
     void toApp(FIX::Message& message, const FIX::SessionID&) throw(FIX::DoNotSend) override {

@@ -26,9 +26,9 @@ public:
     virtual void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                                   const std::string& clOrdID) = 0;
     /// What the session went through, in the engine's words: "Connection failed", a
-    /// Logout's text (received: "Logout received: <text>"; sent: "Logout sent: <text>"), a
-    /// Reject sent ("Reject sent: <text>"), timeouts. For telling the trader why a session
-    /// is down; by default ignored.
+    /// Logout's text (received: "Logout received: <text>"; sent: "Logout sent: <text>"),
+    /// messages rejected ("Message 2 Rejected: CompID problem"), timeouts. For telling the trader
+    /// why a session is down; by default ignored.
     virtual void onSessionEvent(const std::string& text) { (void)text; }
 };
 
