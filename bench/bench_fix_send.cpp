@@ -54,6 +54,10 @@ public:
         std::lock_guard lock(m_mutex);
         ++m_rejects;
     }
+    void onOrderWarning(const FixOrderWarning&) override {
+        std::lock_guard lock(m_mutex);
+        ++m_rejects; // the benchmark's exchange sends none: counted as a failure
+    }
     void onQuote(const FixQuoteFields&) override {}
     void onSessionStatus(bool, const std::string&) override {}
 

@@ -166,6 +166,8 @@ void ExchangeServer::onMessage(int session, const FixMessage& m) {
         replaceOrder(session, m);
     } else if (m.msgType == "V") {
         marketData(session, m);
+    } else if (m.msgType == "H") {
+        orderStatus(session, m);
     } else {
         rejectMessage(session, m, 3, "Message type " + m.msgType + " is not supported here.");
     }
@@ -321,6 +323,18 @@ void ExchangeServer::replaceOrder(int session, const FixMessage& m) {
             onFill(e.key, e.shares, e.price);
         }
     }
+}
+
+void ExchangeServer::orderStatus(int session, const FixMessage& m) {
+    const std::string clOrdID = ValueOf(m, 11);
+    const auto it = m_byClOrdID.find({session, clOrdID});
+    if (it == m_byClOrdID.end()) {
+        FixMessage unknown = UnknownOrderStatusOf(clOrdID, ValueOf(m, 54), ValueOf(m, 55),
+                                                  nextExecID(), versionOf(session), now());
+        m_acceptor->send(session, unknown);
+        return;
+    }
+    report(it->second, ExecKind::Status);
 }
 
 void ExchangeServer::marketData(int session, const FixMessage& m) {

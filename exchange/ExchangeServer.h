@@ -56,6 +56,8 @@ private:
     void cancelOrder(int session, const FixMessage& m);
     void replaceOrder(int session, const FixMessage& m);
     void marketData(int session, const FixMessage& m);
+    /// OrderStatusRequest(H): a status report of the order, or of an unknown one.
+    void orderStatus(int session, const FixMessage& m);
     void rejectMessage(int session, const FixMessage& m, int reason, const std::string& text);
     void report(int64_t key, ExecKind kind, int32_t lastShares = 0, double lastPx = 0,
                 int ordRejReason = 0, const std::string& text = "");

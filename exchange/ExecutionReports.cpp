@@ -35,6 +35,8 @@ std::string ExecTypeOf(ExecKind kind, const ExchangeOrder& o, FixVersion version
         return "8";
     case ExecKind::Expired:
         return "C";
+    case ExecKind::Status:
+        return version == FixVersion::Fix44 ? "I" : o.ordStatus;
     }
     return "0";
 }
@@ -57,7 +59,7 @@ FixMessage ExecutionReportOf(const ExchangeOrder& o, ExecKind kind, const std::s
     m.add(14, std::to_string(o.cum));
     m.add(17, execID);
     if (version == FixVersion::Fix42) {
-        m.add(20, "0");
+        m.add(20, kind == ExecKind::Status ? "3" : "0");
     }
     if (kind == ExecKind::Fill) {
         m.add(31, FormatFixPrice(lastPx));
@@ -92,6 +94,30 @@ FixMessage ExecutionReportOf(const ExchangeOrder& o, ExecKind kind, const std::s
     }
     m.add(150, ExecTypeOf(kind, o, version));
     m.add(151, std::to_string(o.leaves));
+    return m;
+}
+
+FixMessage UnknownOrderStatusOf(const std::string& clOrdID, const std::string& side,
+                                const std::string& symbol, const std::string& execID,
+                                FixVersion version, const std::string& transactTime) {
+    FixMessage m;
+    m.msgType = "8";
+    m.add(6, "0");
+    m.add(11, clOrdID);
+    m.add(14, "0");
+    m.add(17, execID);
+    if (version == FixVersion::Fix42) {
+        m.add(20, "3");
+    }
+    m.add(37, "NONE");
+    m.add(39, "8");
+    m.add(54, side);
+    m.add(55, symbol);
+    m.add(58, "Unknown order.");
+    m.add(60, transactTime);
+    m.add(103, "5");
+    m.add(150, version == FixVersion::Fix44 ? "I" : "8");
+    m.add(151, "0");
     return m;
 }
 

@@ -22,7 +22,8 @@ struct ExchangeOrder {
 };
 
 /// What happened to an order, as ExecType(150).
-enum class ExecKind { New, Fill, Canceled, Replaced, Rejected, Expired };
+/// Status answers an OrderStatusRequest (ExecType I in 4.4, ExecTransType 3 in 4.2).
+enum class ExecKind { New, Fill, Canceled, Replaced, Rejected, Expired, Status };
 
 /// An ExecutionReport of the order's current state. A fill carries LastShares/LastPx; a
 /// reject its OrdRejReason and text. FIX 4.2 adds ExecTransType and reports fills as
@@ -32,6 +33,12 @@ FixMessage ExecutionReportOf(const ExchangeOrder& order, ExecKind kind, const st
                              FixVersion version, const std::string& transactTime,
                              int32_t lastShares = 0, double lastPx = 0, int ordRejReason = 0,
                              const std::string& text = "");
+
+/// The answer to an OrderStatusRequest for an order the exchange does not know: a
+/// rejected status report with OrdRejReason 5 (unknown order).
+FixMessage UnknownOrderStatusOf(const std::string& clOrdID, const std::string& side,
+                                const std::string& symbol, const std::string& execID,
+                                FixVersion version, const std::string& transactTime);
 
 /// CxlRejResponseTo(434): what was refused.
 inline constexpr int CxlRejToCancel = 1;

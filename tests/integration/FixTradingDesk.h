@@ -28,6 +28,10 @@ public:
         m_queue.emplace_back(reject);
         m_rejects.push_back(reject);
     }
+    void onOrderWarning(const FixOrderWarning& w) override {
+        std::lock_guard lock(m_mutex);
+        m_warnings.push_back(w);
+    }
     void onQuote(const FixQuoteFields&) override {}
     void onSessionStatus(bool, const std::string&) override {}
 
@@ -65,6 +69,7 @@ private:
     mutable std::mutex m_mutex;
     std::deque<std::variant<FixOrderState, FixOrderReject>> m_queue;
     std::vector<FixOrderReject> m_rejects;
+    std::vector<FixOrderWarning> m_warnings; // kept for a debugger; the peers send none
     size_t m_updateCount = 0;
 };
 

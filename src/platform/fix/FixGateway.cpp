@@ -1,6 +1,7 @@
 #include "platform/fix/FixGateway.h"
 
 #include "common/Text.h"
+#include "platform/fix/FixNumbers.h"
 
 #include <variant>
 
@@ -30,13 +31,25 @@ bool IsOrderFlow(const std::string& msgType) {
     return msgType == "D" || msgType == "F" || msgType == "G";
 }
 
+// Market data requests waiting for their first answer at once, and how long one may wait
+// before its slot is given up.
+constexpr size_t QuoteRequestsInFlight = 50;
+constexpr std::chrono::seconds QuoteRequestTimeout{10};
+// A send window full for this long is news for the trader.
+constexpr std::chrono::seconds StallWarningAfter{5};
+// How often the sender looks at the clock while nothing happens.
+constexpr std::chrono::milliseconds SenderTick{500};
+// MDReqRejReason(281) 0: the one symbol is unknown; the others refuse the whole feed.
+constexpr const char* UnknownSymbolRefusal = "0";
+
 } // namespace
 
 FixGateway::FixGateway(FixPlatformSettings settings, std::filesystem::path folder,
                        const Clock& clock, FixGatewayEvents& events)
     : m_settings(std::move(settings)), m_folder(std::move(folder)), m_clock(clock),
       m_events(events), m_book(m_settings.memoTag),
-      m_window(static_cast<size_t>(m_settings.sendWindow)) {
+      m_window(static_cast<size_t>(m_settings.sendWindow)),
+      m_pacer(QuoteRequestsInFlight, QuoteRequestTimeout) {
     m_profile.version = m_settings.version;
     m_profile.handlInst = m_settings.handlInst;
     m_profile.memoTag = m_settings.memoTag;
@@ -80,6 +93,13 @@ void FixGateway::stop() {
         }
         m_sendWake.notify_one();
         m_sender.join();
+        std::vector<FixMessage> dropped;
+        {
+            std::lock_guard lock(m_sendMutex);
+            m_online = false;
+            dropped = m_window.reset();
+        }
+        refuseUnsent(dropped);
     }
     if (m_engine) {
         m_engine->stop();
@@ -88,6 +108,48 @@ void FixGateway::stop() {
 
 bool FixGateway::isLoggedOn() const {
     return m_engine && m_engine->isLoggedOn();
+}
+
+std::string FixGateway::downReason() const {
+    std::lock_guard lock(m_causeMutex);
+    return m_cause;
+}
+
+void FixGateway::onSessionEvent(const std::string& text) {
+    const auto has = [&](const char* s) { return text.find(s) != std::string::npos; };
+    std::string cause;
+    if (has("Connection failed")) {
+        cause = "the connection to " + m_settings.host + ":" + std::to_string(m_settings.port) +
+                " failed (nothing listens there, or it refuses us)";
+    } else if (has("MsgSeqNum too low")) {
+        cause = text.substr(text.find("MsgSeqNum too low")) +
+                "; the counterparty started its sequence numbers again: set FixResetOnLogon=1 "
+                "in basket.ini section \"Platform\" (or reset the session with the broker)";
+    } else if (const size_t at = text.find(" Rejected: "); at != std::string::npos) {
+        cause = "a message of the counterparty was refused (" + text.substr(at + 11) + ")";
+    } else if (text.rfind("Logout", 0) == 0 || text.rfind("Timed out", 0) == 0) {
+        cause = text;
+    } else {
+        return;
+    }
+    bool tell = false;
+    {
+        std::lock_guard lock(m_causeMutex);
+        // The first cause explains what follows it (our logout, its timeout) until the
+        // disconnect is reported.
+        if (!m_causeHeld) {
+            m_cause = cause;
+            m_causeHeld = !has("Connection failed");
+        }
+        if (has("Connection failed") && !m_failedConnecting) {
+            m_failedConnecting = true; // once, not at every retry
+            tell = true;
+        }
+    }
+    if (tell) {
+        m_events.onSessionStatus(false, "FIX session " + m_engine->sessionName() +
+                                            " not connected: " + cause + ".");
+    }
 }
 
 void FixGateway::setPreTradeCheck(std::function<int32_t(const OrderTicket&)> check) {
@@ -122,7 +184,14 @@ int32_t FixGateway::SubmitOrder(const OrderTicket& ticket) {
     const int32_t recordId = m_book.addOrder(order);
     bool wake = false;
     {
-        std::lock_guard lock(m_sendMutex);
+        std::unique_lock lock(m_sendMutex);
+        if (!m_online) {
+            // The session dropped since the check above: refused where the trader sees it,
+            // never left waiting for a later logon.
+            lock.unlock();
+            publish(m_book.notSent(ticket.clOrderID));
+            return recordId;
+        }
         if (m_journal) {
             m_journal->append(ticket.clOrderID, ticket.memo);
             m_journalDirty = true;
@@ -231,7 +300,31 @@ int32_t FixGateway::ReplaceOrder(const std::string& clOrdID, int32_t orderRecord
 }
 
 int32_t FixGateway::adoptOrder(const FixOrderState& known) {
-    return m_book.adoptOrder(known);
+    const int32_t recordId = m_book.adoptOrder(known);
+    if (recordId <= 0) {
+        return recordId;
+    }
+    bool wake = false;
+    {
+        std::lock_guard lock(m_sendMutex);
+        if (m_online) {
+            askStatus({*m_book.find(recordId)});
+            wake = true;
+        }
+    }
+    if (wake) {
+        m_sendWake.notify_one();
+    }
+    return recordId;
+}
+
+void FixGateway::askStatus(const std::vector<FixOrderState>& orders) {
+    for (const FixOrderState& o : orders) {
+        if (std::optional<FixMessage> request =
+                BuildOrderStatusRequest(o.clOrdID, o.orderID, o.side, o.symbol)) {
+            m_statusRequests.push_back(std::move(*request));
+        }
+    }
 }
 
 void FixGateway::RegisterSymbol(const std::string& symbol) {
@@ -243,7 +336,7 @@ void FixGateway::RegisterSymbol(const std::string& symbol) {
         if (!m_symbols.insert(symbol).second || !m_subscribing) {
             return; // known already, or asked for with all the others at the next logon
         }
-        enqueue(MarketDataRequest(symbol, true));
+        enqueueQuoteRequest(MarketDataRequest(symbol, true));
     }
     drain();
 }
@@ -251,10 +344,15 @@ void FixGateway::RegisterSymbol(const std::string& symbol) {
 void FixGateway::DeregisterSymbol(const std::string& symbol) {
     {
         std::lock_guard lock(m_symbolMutex);
-        if (m_symbols.erase(symbol) == 0 || !m_subscribing) {
+        if (m_symbols.erase(symbol) == 0 || !m_subscribing || m_quotesRefused) {
             return;
         }
-        enqueue(MarketDataRequest(symbol, false));
+        FixMessage request = MarketDataRequest(symbol, false);
+        std::lock_guard quoteLock(m_quoteMutex);
+        if (m_pacer.withdraw(*request.find(262))) {
+            return; // never asked for: nothing to end
+        }
+        m_pacer.push(std::move(request));
     }
     drain();
 }
@@ -264,29 +362,78 @@ void FixGateway::enqueue(FixMessage message) {
     m_window.push(std::move(message));
 }
 
+void FixGateway::enqueueQuoteRequest(FixMessage request) {
+    if (m_quotesRefused) {
+        return; // asked once this session and refused: no retry storm
+    }
+    std::lock_guard lock(m_quoteMutex);
+    m_pacer.push(std::move(request));
+}
+
+bool FixGateway::sendable() const {
+    if (m_window.ready() || !m_statusRequests.empty()) {
+        return true;
+    }
+    std::lock_guard lock(m_quoteMutex);
+    return m_pacer.ready(std::chrono::steady_clock::now());
+}
+
 void FixGateway::drain() {
     // A sender woken while the window is full would only go back to sleep: a burst of
     // thousands of orders must not cost a context switch each.
     bool ready = false;
     {
         std::lock_guard lock(m_sendMutex);
-        ready = m_window.ready();
+        ready = sendable();
     }
     if (ready) {
         m_sendWake.notify_one();
     }
 }
 
+std::optional<std::string> FixGateway::checkStall(std::chrono::steady_clock::time_point now) {
+    const bool full = m_window.waiting() > 0 && m_window.outstanding() >= m_window.limit();
+    if (!full) {
+        m_fullSince.reset();
+        if (m_stallReported) {
+            m_stallReported = false;
+            return "Orders are going out again.";
+        }
+        return std::nullopt;
+    }
+    if (!m_fullSince) {
+        m_fullSince = now;
+    }
+    if (m_stallReported || now - *m_fullSince < StallWarningAfter) {
+        return std::nullopt;
+    }
+    m_stallReported = true;
+    return std::to_string(m_window.waiting()) + " orders are waiting to be sent: the broker has " +
+           "not answered the last " + std::to_string(m_window.outstanding()) +
+           " orders sent (FixSendWindow).";
+}
+
 void FixGateway::sendLoop() {
     std::unique_lock lock(m_sendMutex);
     for (;;) {
-        m_sendWake.wait(lock, [&] { return m_stopping || m_window.ready(); });
+        m_sendWake.wait_for(lock, SenderTick, [&] { return m_stopping || sendable(); });
         if (m_stopping) {
             return;
         }
-        std::vector<FixMessage> batch;
+        const auto now = std::chrono::steady_clock::now();
+        std::vector<FixMessage> batch = std::move(m_statusRequests);
+        m_statusRequests.clear();
         while (std::optional<FixMessage> next = m_window.next()) {
             batch.push_back(std::move(*next));
+        }
+        {
+            std::lock_guard quoteLock(m_quoteMutex);
+            while (std::optional<FixMessage> next = m_pacer.next(now)) {
+                batch.push_back(std::move(*next));
+            }
+        }
+        if (std::optional<std::string> stall = checkStall(now)) {
+            m_events.onSessionStatus(isLoggedOn(), *stall);
         }
         // The memos of these orders reach the journal before the orders leave.
         if (m_journalDirty && m_journal) {
@@ -310,16 +457,44 @@ void FixGateway::sendOne(FixMessage& message) {
         return;
     }
     // The session went down under our feet: nothing was sent or numbered.
-    const std::string* id = message.find(11);
-    if (id == nullptr) {
-        id = message.find(262);
-    }
-    if (id != nullptr) {
+    if (const std::string* id = message.find(11); id != nullptr && IsOrderFlow(message.msgType)) {
         answered({*id});
-        if (IsOrderFlow(message.msgType)) {
+        publish(m_book.notSent(*id));
+    } else if (const std::string* req = message.find(262)) {
+        std::lock_guard lock(m_quoteMutex);
+        m_pacer.answered(*req);
+    }
+}
+
+void FixGateway::refuseUnsent(const std::vector<FixMessage>& dropped) {
+    for (const FixMessage& m : dropped) {
+        if (const std::string* id = m.find(11); id != nullptr && IsOrderFlow(m.msgType)) {
             publish(m_book.notSent(*id));
         }
     }
+}
+
+void FixGateway::quotesRefused(const std::string& mdReqID, const FixMessage& refusal) {
+    const std::string* reason = refusal.find(281);
+    const std::string* text = refusal.find(58);
+    const std::string why = text != nullptr && !text->empty() ? " (" + *text + ")" : "";
+    if (refusal.msgType == "Y" && reason != nullptr && *reason == UnknownSymbolRefusal) {
+        const std::string symbol = mdReqID.rfind("Q-", 0) == 0 ? mdReqID.substr(2) : mdReqID;
+        m_events.onSessionStatus(isLoggedOn(), "No quotes for " + symbol + why + ".");
+        return;
+    }
+    {
+        std::lock_guard lock(m_symbolMutex);
+        if (m_quotesRefused) {
+            return;
+        }
+        m_quotesRefused = true;
+        std::lock_guard quoteLock(m_quoteMutex);
+        m_pacer.reset();
+    }
+    m_events.onSessionStatus(isLoggedOn(),
+                             "Quotes unavailable: the counterparty refuses market data" + why +
+                                 "; orders still go out.");
 }
 
 void FixGateway::answered(const std::vector<std::string>& ids) {
@@ -344,20 +519,36 @@ void FixGateway::publish(const FixBookOutcome& outcome) {
     for (const FixBookEvent& e : outcome.events) {
         if (const FixOrderState* order = std::get_if<FixOrderState>(&e)) {
             m_events.onOrderUpdate(*order);
+        } else if (const FixOrderReject* reject = std::get_if<FixOrderReject>(&e)) {
+            m_events.onOrderReject(*reject);
         } else {
-            m_events.onOrderReject(std::get<FixOrderReject>(e));
+            m_events.onOrderWarning(std::get<FixOrderWarning>(e));
         }
     }
 }
 
 void FixGateway::onLogon() {
+    {
+        // Orders that may have changed while the session was down, or that never got an
+        // answer, are asked about before anything else goes out.
+        std::lock_guard lock(m_sendMutex);
+        m_online = true;
+        askStatus(m_book.askStatusOfOpenOrders());
+    }
+    {
+        std::lock_guard lock(m_causeMutex);
+        m_cause.clear();
+        m_causeHeld = false;
+        m_failedConnecting = false;
+    }
     m_events.onSessionStatus(true, "FIX session " + m_engine->sessionName() + " logged on.");
     {
         // Subscriptions live as long as the connection: all of them again, once.
         std::lock_guard lock(m_symbolMutex);
         m_subscribing = true;
+        m_quotesRefused = false;
         for (const std::string& s : m_symbols) {
-            enqueue(MarketDataRequest(s, true));
+            enqueueQuoteRequest(MarketDataRequest(s, true));
         }
     }
     drain();
@@ -368,23 +559,51 @@ void FixGateway::onLogout() {
         std::lock_guard lock(m_symbolMutex);
         m_subscribing = false;
     }
+    {
+        std::lock_guard lock(m_quoteMutex);
+        m_pacer.reset();
+    }
     std::vector<FixMessage> dropped;
     {
         std::lock_guard lock(m_sendMutex);
+        m_online = false;
         dropped = m_window.reset();
+        m_fullSince.reset();
+        m_stallReported = false;
     }
     // Orders still waiting for the window never left: they are refused, not sent late.
-    for (const FixMessage& m : dropped) {
-        if (const std::string* id = m.find(11); id != nullptr && IsOrderFlow(m.msgType)) {
-            publish(m_book.notSent(*id));
-        }
+    refuseUnsent(dropped);
+    std::string cause;
+    {
+        std::lock_guard lock(m_causeMutex);
+        cause = m_cause;
+        m_causeHeld = false; // reported: the next attempt may have a cause of its own
     }
     m_events.onSessionStatus(false, "FIX session " + (m_engine ? m_engine->sessionName() : "") +
-                                        " disconnected.");
+                                        " disconnected" + (cause.empty() ? "" : ": " + cause) +
+                                        ".");
 }
 
 void FixGateway::onMessage(const FixMessage& message) {
     const std::string& type = message.msgType;
+    if (type == "3") {
+        // A session Reject of a market data request ends its slot and, like 35=Y, says
+        // this counterparty gives no quotes.
+        std::optional<std::string> mdReqID;
+        if (const std::string* ref = message.find(45)) {
+            if (const std::optional<int32_t> seq = ParseFixInt(*ref)) {
+                std::lock_guard lock(m_quoteMutex);
+                mdReqID = m_pacer.bySeqNum(*seq);
+                if (mdReqID) {
+                    m_pacer.answered(*mdReqID);
+                }
+            }
+        }
+        if (mdReqID) {
+            quotesRefused(*mdReqID, message);
+            return;
+        }
+    }
     if (type == "8" || type == "9" || type == "3" || type == "j") {
         const FixBookOutcome outcome = m_book.apply(message);
         if (!outcome.answered.empty()) {
@@ -396,7 +615,15 @@ void FixGateway::onMessage(const FixMessage& message) {
     if (type == "W" || type == "X" || type == "Y") {
         if (type != "X") {
             if (const std::string* req = message.find(262)) {
-                answered({*req});
+                {
+                    std::lock_guard lock(m_quoteMutex);
+                    m_pacer.answered(*req);
+                }
+                drain();
+                if (type == "Y") {
+                    quotesRefused(*req, message);
+                    return;
+                }
             }
         }
         for (const FixQuoteFields& q : ParseMarketData(message)) {
@@ -408,12 +635,18 @@ void FixGateway::onMessage(const FixMessage& message) {
 void FixGateway::onSending(const std::string& msgType, int msgSeqNum, const std::string& clOrdID) {
     if (IsOrderFlow(msgType)) {
         m_book.noteSent(msgSeqNum, clOrdID);
+    } else if (msgType == "V") {
+        std::lock_guard lock(m_quoteMutex);
+        m_pacer.sent(clOrdID, msgSeqNum);
     }
 }
 
 void FixGateway::onStaleNotResent(const std::string& msgType, int, const std::string& clOrdID) {
     if (IsOrderFlow(msgType)) {
         publish(m_book.notSent(clOrdID));
+    } else if (msgType == "V") {
+        std::lock_guard lock(m_quoteMutex); // gap-filled: its answer will never come
+        m_pacer.answered(clOrdID);
     }
 }
 

@@ -6,6 +6,7 @@
 #include "platform/fix/FixMarketData.h"
 #include "platform/fix/FixOrderBook.h"
 #include "platform/fix/FixPlatformSettings.h"
+#include "platform/fix/MarketDataPacer.h"
 #include "platform/fix/MemoJournal.h"
 #include "platform/fix/NewOrderSingle.h"
 #include "platform/fix/SendWindow.h"
@@ -33,6 +34,8 @@ public:
     virtual ~FixGatewayEvents() = default;
     virtual void onOrderUpdate(const FixOrderState& order) = 0;
     virtual void onOrderReject(const FixOrderReject& reject) = 0;
+    /// A report about an order that could not be taken as it stands.
+    virtual void onOrderWarning(const FixOrderWarning& warning) = 0;
     virtual void onQuote(const FixQuoteFields& quote) = 0;
     /// Logon, logout and disconnect, with a line for the status bar.
     virtual void onSessionStatus(bool loggedOn, const std::string& text) = 0;
@@ -55,6 +58,9 @@ public:
     /// Logs out and stops (may take seconds).
     void stop();
     bool isLoggedOn() const;
+    /// Why the session went down or cannot come up, in words for the trader ("" when it
+    /// never failed), with the setting that fixes it when there is one.
+    std::string downReason() const;
 
     /// The checks the platform makes of every order besides its fields (destination not
     /// enabled -7, exposure limit -8, ...): 0 to let it pass, else the refusal. Set it on
@@ -74,7 +80,9 @@ public:
     /// An empty new id becomes "<current id>-R<n>".
     int32_t ReplaceOrder(const std::string& clOrdID, int32_t orderRecordId,
                          const QVXOrderChange& change);
-    /// An order of an earlier run into the book without sending it; its record id.
+    /// Puts an order of an earlier run into the book without sending it (see
+    /// FixOrderBook::adoptOrder); its status is asked at every logon like that of any open
+    /// order, at once when logged on now. Returns its record id, 0 when it is known already.
     int32_t adoptOrder(const FixOrderState& known);
     /// Market data for a symbol while it is registered (again after every logon).
     void RegisterSymbol(const std::string& symbol);
@@ -91,10 +99,24 @@ private:
     void onSending(const std::string& msgType, int msgSeqNum, const std::string& clOrdID) override;
     void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                           const std::string& clOrdID) override;
+    void onSessionEvent(const std::string& text) override;
 
+    /// Queues a cancel or replace behind the orders waiting for the window.
     void enqueue(FixMessage message);
-    /// Wakes the sender: it puts on the wire what the window lets through.
+    /// Queues a market data request for its own pacing (m_symbolMutex held).
+    void enqueueQuoteRequest(FixMessage request);
+    /// Wakes the sender: it puts on the wire what the window and the pacer let through.
     void drain();
+    bool sendable() const; // m_sendMutex held
+    /// Tells the trader once when orders have waited for a full window for seconds, and
+    /// again when they flow (m_sendMutex held; returns the status line to show, if any).
+    std::optional<std::string> checkStall(std::chrono::steady_clock::time_point now);
+    /// A refusal of market data: the symbol's, or the whole session's.
+    void quotesRefused(const std::string& mdReqID, const FixMessage& refusal);
+    /// Queues an OrderStatusRequest for each open order (m_sendMutex held).
+    void askStatus(const std::vector<FixOrderState>& orders);
+    /// Orders that will never leave are refused where the trader sees them.
+    void refuseUnsent(const std::vector<FixMessage>& dropped);
     /// The sender thread: one thread sends, so orders go out in the order they were
     /// submitted while the network thread keeps reading reports, and no lock is held
     /// while QuickFIX sends.
@@ -115,8 +137,12 @@ private:
 
     std::mutex m_sendMutex; // window, sender state, cancel numbering, journal
     std::condition_variable m_sendWake;
-    SendWindow m_window;
+    SendWindow m_window;                      // orders, cancels and replaces only
+    bool m_online = false;                    ///< logged on as far as queuing orders goes
+    std::vector<FixMessage> m_statusRequests; ///< OrderStatusRequests to send, unpaced
     bool m_stopping = false;
+    std::optional<std::chrono::steady_clock::time_point> m_fullSince;
+    bool m_stallReported = false;
     bool m_journalDirty = false;
     int m_cancelCount = 0;
     int m_replaceCount = 0;
@@ -124,7 +150,16 @@ private:
 
     std::mutex m_symbolMutex; // taken before m_sendMutex, never after
     std::set<std::string> m_symbols;
-    bool m_subscribing = false; ///< logged on, and the registered symbols were asked for
+    bool m_subscribing = false;   ///< logged on, and the registered symbols were asked for
+    bool m_quotesRefused = false; ///< the counterparty refuses market data this session
+
+    mutable std::mutex m_causeMutex;
+    std::string m_cause;             ///< the latest event that explains a disconnect
+    bool m_causeHeld = false;        ///< m_cause explains the disconnect to come
+    bool m_failedConnecting = false; ///< a failed connect was reported since the last logon
+
+    mutable std::mutex m_quoteMutex; // the pacer; taken alone or after m_sendMutex
+    MarketDataPacer m_pacer;
 };
 
 } // namespace wicker

@@ -3,6 +3,7 @@
 #include "platform/OrderTicket.h"
 #include "platform/fix/FixNumbers.h"
 #include "platform/fix/FixOrderMapping.h"
+#include "platform/fix/FixRejectReasons.h"
 
 #include <algorithm>
 #include <array>
@@ -29,12 +30,14 @@ constexpr int TagSymbol = 55;
 constexpr int TagText = 58;
 constexpr int TagTimeInForce = 59;
 constexpr int TagTransactTime = 60;
+constexpr int TagExecTransType = 20;
 constexpr int TagExDestination = 100;
 constexpr int TagCxlRejReason = 102;
 constexpr int TagOrdRejReason = 103;
 constexpr int TagExecType = 150;
 constexpr int TagLeavesQty = 151;
 constexpr int TagSessionRejectReason = 373;
+constexpr int TagRefMsgType = 372;
 constexpr int TagBusinessRejectRefID = 379;
 constexpr int TagBusinessRejectReason = 380;
 
@@ -44,45 +47,88 @@ const std::string& Value(const FixMessage& m, int tag) {
     return v != nullptr ? *v : empty;
 }
 
-// The numbers of a report, each present or not; `valid` is false when one is present
-// but not a number of its kind (the whole report is then ignored).
+// The numbers of a report, each present or not; `problem` names the first one that is
+// present but not a number of its kind, or negative (the whole report is then ignored).
 struct ReportNumbers {
-    bool valid = true;
+    std::string problem;
     std::optional<int32_t> quantity, leaves, cum, lastShares;
     std::optional<double> avgPx, lastPx, price;
 };
 
 template <class T, class Parse>
-void Read(const FixMessage& m, int tag, std::optional<T>& into, bool& valid, Parse parse) {
-    if (const std::string* text = m.find(tag)) {
-        into = parse(*text);
-        if (!into) {
-            valid = false;
-        }
+void Read(const FixMessage& m, int tag, const char* name, std::optional<T>& into,
+          std::string& problem, Parse parse) {
+    const std::string* text = m.find(tag);
+    if (text == nullptr) {
+        return;
+    }
+    into = parse(*text);
+    if (problem.empty() && (!into || *into < 0)) {
+        problem = std::string(into ? "negative " : "unreadable ") + name + " " +
+                  std::to_string(tag) + "=" + *text;
     }
 }
 
 ReportNumbers NumbersOf(const FixMessage& m) {
     ReportNumbers n;
-    Read(m, TagOrderQty, n.quantity, n.valid, ParseFixQuantity);
-    Read(m, TagLeavesQty, n.leaves, n.valid, ParseFixQuantity);
-    Read(m, TagCumQty, n.cum, n.valid, ParseFixQuantity);
-    Read(m, TagLastShares, n.lastShares, n.valid, ParseFixQuantity);
-    Read(m, TagAvgPx, n.avgPx, n.valid, ParseFixDecimal);
-    Read(m, TagLastPx, n.lastPx, n.valid, ParseFixDecimal);
-    Read(m, TagPrice, n.price, n.valid, ParseFixDecimal);
-    for (const auto* q : {&n.quantity, &n.leaves, &n.cum, &n.lastShares}) {
-        if (q->has_value() && **q < 0) {
-            n.valid = false;
-        }
-    }
-    for (const auto* p : {&n.avgPx, &n.lastPx}) {
-        if (p->has_value() && **p < 0) {
-            n.valid = false;
-        }
+    Read(m, TagOrderQty, "OrderQty", n.quantity, n.problem, ParseFixQuantity);
+    Read(m, TagLeavesQty, "LeavesQty", n.leaves, n.problem, ParseFixQuantity);
+    Read(m, TagCumQty, "CumQty", n.cum, n.problem, ParseFixQuantity);
+    Read(m, TagLastShares, "LastShares", n.lastShares, n.problem, ParseFixQuantity);
+    Read(m, TagAvgPx, "AvgPx", n.avgPx, n.problem, ParseFixDecimal);
+    Read(m, TagLastPx, "LastPx", n.lastPx, n.problem, ParseFixDecimal);
+    std::string priceProblem; // a negative limit price is a price, only unreadable is not
+    Read(m, TagPrice, "Price", n.price, priceProblem, ParseFixDecimal);
+    if (n.problem.empty() && !n.price && m.find(TagPrice) != nullptr) {
+        n.problem = priceProblem;
     }
     return n;
 }
+
+// Wicker's own ClOrdIDs: <account>-<yyyymmdd>-<send>-<order>, maybe with a suffix.
+bool LooksLikeOurs(std::string_view id) {
+    size_t pos = 0;
+    while ((pos = id.find('-', pos)) != std::string_view::npos) {
+        const std::string_view rest = id.substr(pos + 1);
+        const auto digits = [](std::string_view t) {
+            return std::find_if(t.begin(), t.end(), [](char c) { return c < '0' || c > '9'; });
+        };
+        if (rest.size() > 9 && digits(rest) == rest.begin() + 8 && rest[8] == '-' &&
+            rest.size() > 9 && rest[9] >= '0' && rest[9] <= '9') {
+            return pos > 0;
+        }
+        ++pos;
+    }
+    return false;
+}
+
+// The reject line's words: the counterparty's Text(58), else the meaning of its code.
+std::string RejectTextOf(const FixMessage& m, FixReasonTag tag) {
+    const std::string* text = m.find(TagText);
+    if (text != nullptr && !text->empty()) {
+        return *text;
+    }
+    const std::string* code = m.find(static_cast<int>(tag));
+    if (code == nullptr) {
+        return "";
+    }
+    const std::optional<int32_t> n = ParseFixQuantity(*code);
+    return n ? FixReasonText(tag, *n) : "Reason " + *code;
+}
+
+bool IsStatusReport(const FixMessage& m) {
+    const std::string* execType = m.find(TagExecType);
+    const std::string* transType = m.find(TagExecTransType);
+    return (execType != nullptr && *execType == "I") || (transType != nullptr && *transType == "3");
+}
+
+bool IsFinal(std::string_view ordStatus) {
+    return ordStatus == "2" || ordStatus == "3" || ordStatus == "4" || ordStatus == "8" ||
+           ordStatus == "C";
+}
+
+constexpr int32_t UnknownOrderReason = 5; // OrdRejReason(103) 5: unknown order
+const char* const UnknownToBroker = "Unknown to broker";
 
 int32_t ReasonOf(const FixMessage& m, int tag) {
     const std::string* text = m.find(tag);
@@ -130,22 +176,6 @@ void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& me
     m_memos[clOrdID] = memo;
 }
 
-int32_t FixOrderBook::adoptOrder(const FixOrderState& known) {
-    const int32_t id = addOrder(known);
-    std::lock_guard lock(m_mutex);
-    FixOrderState& s = m_orders[static_cast<size_t>(id - 1)];
-    s.cum = known.cum;
-    s.avgPx = known.avgPx;
-    s.leaves = known.leaves;
-    if (known.currentClOrdID != known.clOrdID) {
-        s.currentClOrdID = known.currentClOrdID;
-        m_byClOrdID[known.currentClOrdID] = id;
-    }
-    // Nothing of it is on the wire now: it holds no slot of the sending window.
-    m_awaiting.erase(s.clOrdID);
-    return id;
-}
-
 int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     std::lock_guard lock(m_mutex);
     FixOrderState s;
@@ -172,6 +202,43 @@ int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     m_awaiting.insert(s.clOrdID);
     m_orders.push_back(std::move(s));
     return id;
+}
+
+int32_t FixOrderBook::adoptOrder(const FixOrderState& known) {
+    if (known.clOrdID.empty() || findByClOrdID(known.clOrdID)) {
+        return 0;
+    }
+    const int32_t id = addOrder(known);
+    std::lock_guard lock(m_mutex);
+    FixOrderState& o = m_orders[static_cast<size_t>(id - 1)];
+    m_awaiting.erase(o.clOrdID); // nothing was sent now: no answer is awaited
+    o.orderID = known.orderID;
+    if (!o.orderID.empty()) {
+        m_byOrderID[o.orderID] = id;
+    }
+    o.cum = known.cum;
+    o.avgPx = known.avgPx;
+    o.leaves = known.leaves;
+    // A replace gave it the id the broker knows it by now.
+    if (!known.currentClOrdID.empty() && known.currentClOrdID != known.clOrdID) {
+        o.currentClOrdID = known.currentClOrdID;
+        m_byClOrdID[known.currentClOrdID] = id;
+    }
+    o.ordStatus = known.ordStatus.empty() ? (o.cum > 0 ? "1" : "0") : known.ordStatus;
+    o.status = OrdStatusText(o.ordStatus);
+    return id;
+}
+
+std::vector<FixOrderState> FixOrderBook::askStatusOfOpenOrders() {
+    std::lock_guard lock(m_mutex);
+    std::vector<FixOrderState> open;
+    for (const FixOrderState& o : m_orders) {
+        if (!IsFinal(o.ordStatus)) {
+            m_statusAsked.insert(o.recordId);
+            open.push_back(o);
+        }
+    }
+    return open;
 }
 
 bool FixOrderBook::addCancel(int32_t recordId, const std::string& cancelClOrdID) {
@@ -307,28 +374,94 @@ FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
     return {};
 }
 
+bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
+                            const FixMessage& m) {
+    // "0" is what some brokers put in status reports, which carry no fill.
+    if (execID.empty() || execID == "0") {
+        return false;
+    }
+    // A counterparty that restarts numbers its ExecIDs from 1 again: an ExecID repeats
+    // only for the same order and the same CumQty. One that states another CumQty is a
+    // new report (CumQty is authoritative; an overfill still gives its warning).
+    const int32_t cum = ParseFixQuantity(Value(m, TagCumQty)).value_or(-1);
+    const auto [it, inserted] =
+        m_execIDs.try_emplace(std::to_string(o.recordId) + "|" + execID, cum);
+    if (inserted) {
+        return false;
+    }
+    if (cum < 0 || it->second == cum) {
+        return true;
+    }
+    it->second = cum;
+    return false;
+}
+
+void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text,
+                                   FixBookOutcome& out) {
+    m_statusAsked.erase(o.recordId);
+    o.leaves = 0;
+    o.ordStatus = "8";
+    o.status = UnknownToBroker;
+    o.text = text.empty() ? UnknownToBroker : std::move(text);
+    ++o.updates;
+    out.events.emplace_back(o);
+    out.events.emplace_back(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
+                                           reason,
+                                           std::string(UnknownToBroker) + " (" + o.text + ")"});
+}
+
 FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     const std::string& clOrdID = Value(m, TagClOrdID);
     const std::string& orderID = Value(m, TagOrderID);
     const std::string& execID = Value(m, TagExecID);
+    FixBookOutcome out;
     if (clOrdID.empty() && orderID.empty()) {
-        return {};
+        out.events.emplace_back(FixOrderWarning{0, "", Value(m, TagSymbol),
+                                                "An execution report names no order: ignored."});
+        return out;
     }
     const ReportNumbers n = NumbersOf(m);
-    if (!n.valid) {
-        return {};
-    }
-    // "0" is what some brokers put in status reports, which carry no fill.
-    if (!execID.empty() && execID != "0" && !m_execIDs.insert(execID).second) {
-        return {};
-    }
     FixOrderState* found = lookupReport(m);
+    if (!n.problem.empty()) {
+        out.events.emplace_back(FixOrderWarning{
+            found != nullptr ? found->recordId : 0, found != nullptr ? found->clOrdID : clOrdID,
+            found != nullptr ? found->symbol : Value(m, TagSymbol),
+            "An execution report with " + n.problem + " was ignored."});
+        return out;
+    }
+    if (found == nullptr) {
+        const std::string& orig = Value(m, TagOrigClOrdID);
+        const std::string& id = orig.empty() ? clOrdID : orig;
+        const bool memoEchoed = m_memoTag > 0 && !Value(m, m_memoTag).empty();
+        if (m_memos.count(id) == 0 && m_memos.count(clOrdID) == 0 && !memoEchoed &&
+            !LooksLikeOurs(id)) {
+            out.events.emplace_back(FixOrderWarning{
+                0, id.empty() ? orderID : id, Value(m, TagSymbol),
+                "An execution report for an order that is not Wicker's was ignored."});
+            return out;
+        }
+    }
+    if (found != nullptr && isRepeat(*found, execID, m)) {
+        return out;
+    }
     FixOrderState& o = found != nullptr ? *found : createFromReport(m);
+    if (found == nullptr) {
+        isRepeat(o, execID, m);
+    }
+    if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && IsRejected(m) &&
+        ReasonOf(m, TagOrdRejReason) == UnknownOrderReason) {
+        unknownToBroker(o, UnknownOrderReason, Value(m, TagText), out);
+        return out;
+    }
+    const bool statusReport = IsStatusReport(m);
+    if (statusReport) {
+        m_statusAsked.erase(o.recordId);
+    }
     const bool replaceAnswer = found != nullptr && !clOrdID.empty() && o.pendingReplace == clOrdID;
     if (replaceAnswer && IsRejected(m)) {
-        FixBookOutcome out;
         answer(clOrdID, out);
-        refuseReplace(o, clOrdID, ReasonOf(m, TagOrdRejReason), Value(m, TagText), out);
+        refuseReplace(o, clOrdID, ReasonOf(m, TagOrdRejReason),
+                      RejectTextOf(m, FixReasonTag::OrdRejReason), out);
         return out;
     }
     const std::string& execType = Value(m, TagExecType);
@@ -358,8 +491,9 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     if (n.avgPx) {
         o.avgPx = *n.avgPx;
     }
-    o.lastShares = n.lastShares.value_or(0);
-    o.lastPx = n.lastPx.value_or(0);
+    // A status report restates the order; its LastShares is no new fill.
+    o.lastShares = statusReport ? 0 : n.lastShares.value_or(0);
+    o.lastPx = statusReport ? 0 : n.lastPx.value_or(0);
     if (found == nullptr) {
         o.lmtPrice = n.price.value_or(0);
         o.tif = Value(m, TagTimeInForce);
@@ -392,15 +526,21 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     o.transactTime = Value(m, TagTransactTime);
     ++o.updates;
 
-    FixBookOutcome out;
     answer(clOrdID, out);
     if (IsRejected(m)) {
         o.leaves = 0; // a rejected order is not open, whatever LeavesQty says
         out.events.emplace_back(o);
         out.events.emplace_back(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
-                                               ReasonOf(m, TagOrdRejReason), o.text});
+                                               ReasonOf(m, TagOrdRejReason),
+                                               RejectTextOf(m, FixReasonTag::OrdRejReason)});
     } else {
         out.events.emplace_back(o);
+    }
+    if (o.quantity > 0 && o.cum > o.quantity) {
+        out.events.emplace_back(FixOrderWarning{o.recordId, o.clOrdID, o.symbol,
+                                                "The broker reports " + std::to_string(o.cum) +
+                                                    " filled of an order for " +
+                                                    std::to_string(o.quantity) + " (overfill)."});
     }
     return out;
 }
@@ -412,11 +552,19 @@ FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
     answer(clOrdID, out);
     FixOrderState* o = lookupReport(m);
     const int32_t reason = ReasonOf(m, TagCxlRejReason);
+    const std::string text = RejectTextOf(m, FixReasonTag::CxlRejReason);
     if (o == nullptr) {
         const std::string& id = orig.empty() ? clOrdID : orig;
         if (!id.empty()) {
-            out.events.emplace_back(FixOrderReject{0, id, "", "", 0, reason, Value(m, TagText)});
+            out.events.emplace_back(FixOrderReject{0, id, "", "", 0, reason, text});
         }
+        return out;
+    }
+    // A refusal that names the order itself (not a cancel or replace of it) answers the
+    // status request made at logon: the broker does not know the order.
+    if (m_statusAsked.count(o->recordId) > 0 && !clOrdID.empty() && clOrdID == o->clOrdID &&
+        m_cancelIDs.count(clOrdID) == 0 && o->pendingReplace != clOrdID) {
+        unknownToBroker(*o, reason, text, out);
         return out;
     }
     if (const std::string* s = m.find(TagOrdStatus); s != nullptr && !s->empty()) {
@@ -424,19 +572,30 @@ FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
         o->status = OrdStatusText(*s);
     }
     if (!clOrdID.empty() && o->pendingReplace == clOrdID) {
-        refuseReplace(*o, clOrdID, reason, Value(m, TagText), out);
+        refuseReplace(*o, clOrdID, reason, text, out);
         return out;
     }
     // The cancel failed: the order stands as last reported (the screen zeroed its open
     // quantity when it asked for the cancel).
-    out.events.emplace_back(FixOrderReject{o->recordId, o->clOrdID, o->side, o->symbol, o->quantity,
-                                           reason, Value(m, TagText)});
+    out.events.emplace_back(
+        FixOrderReject{o->recordId, o->clOrdID, o->side, o->symbol, o->quantity, reason, text});
     out.events.emplace_back(*o);
     return out;
 }
 
 FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
     std::string clOrdID;
+    const FixReasonTag tag = reasonTag == TagBusinessRejectReason
+                                 ? FixReasonTag::BusinessRejectReason
+                                 : FixReasonTag::SessionRejectReason;
+    if (reasonTag == TagBusinessRejectReason && Value(m, TagRefMsgType) == "H") {
+        FixOrderState* o = lookup(Value(m, TagBusinessRejectRefID));
+        FixBookOutcome out;
+        if (o != nullptr && m_statusAsked.count(o->recordId) > 0) {
+            unknownToBroker(*o, ReasonOf(m, reasonTag), RejectTextOf(m, tag), out);
+        }
+        return out;
+    }
     if (reasonTag == TagBusinessRejectReason && lookup(Value(m, TagBusinessRejectRefID))) {
         clOrdID = Value(m, TagBusinessRejectRefID);
     } else if (const std::optional<int32_t> seq = ParseFixInt(Value(m, TagRefSeqNum))) {
@@ -450,7 +609,7 @@ FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
         return out; // about a message that was not an order or a cancel
     }
     answer(clOrdID, out);
-    refuse(clOrdID, ReasonOf(m, reasonTag), Value(m, TagText), out);
+    refuse(clOrdID, ReasonOf(m, reasonTag), RejectTextOf(m, tag), out);
     return out;
 }
 

@@ -65,7 +65,16 @@ struct FixOrderReject {
     std::string text;
 };
 
-using FixBookEvent = std::variant<FixOrderState, FixOrderReject>;
+/// A report about an order that Wicker could not take as it stands (unreadable, an
+/// overfill, an order that is not Wicker's): the trader is told, nothing is dropped quietly.
+struct FixOrderWarning {
+    int32_t recordId = 0; ///< 0 when the report names no order of the book
+    std::string clOrdID;
+    std::string symbol;
+    std::string text;
+};
+
+using FixBookEvent = std::variant<FixOrderState, FixOrderReject, FixOrderWarning>;
 
 /// What one received message did to the book: events for the screen, in order, and the
 /// ClOrdIDs whose first answer this was (they leave the sending window).
@@ -79,9 +88,12 @@ inline constexpr int32_t OfflineRejectReason = -16;
 
 /// The orders of one FIX session, keyed by ClOrdID, OrderID and local record id, and the
 /// interpretation of every report about them. Reports are trusted only as far as they
-/// parse: a malformed one changes nothing, a repeated ExecID is applied once, an unknown
-/// ClOrdID becomes a new order (one sent before the program started), CumQty and AvgPx
-/// are taken as the counterparty states them. Thread-safe.
+/// parse: a malformed one changes nothing but gives a warning, a repeated ExecID of the
+/// same order and CumQty is applied once (ExecIDs of different orders, or of a counterparty
+/// that numbers from 1 again after its restart, are distinct), an unknown ClOrdID in Wicker's
+/// format becomes a new order (one sent before the program started) while any other gives
+/// a warning, CumQty, LeavesQty and AvgPx are taken as the counterparty states them (a
+/// fill beyond the order's quantity with a warning). Thread-safe.
 class FixOrderBook {
 public:
     /// Memo tag of reports that carry the memo back (0: none); the local memo wins.
@@ -93,9 +105,14 @@ public:
     /// account, side, symbol, destination, TIF, memo, price type, price, max floor and
     /// quantity are ignored.
     int32_t addOrder(const FixOrderState& order);
-    /// An order of an earlier run, with what was known of it then; its record id. It is not
-    /// sent: reports about it (resent by the counterparty) update it.
+    /// An order of an earlier run, taken as it was last known (quantities, average price,
+    /// OrdStatus when set) without sending anything; returns its record id, in the same
+    /// sequence as new orders. 0 when the ClOrdID is empty or already in the book.
     int32_t adoptOrder(const FixOrderState& known);
+    /// The orders that are not final (not filled, cancelled, rejected, expired, done):
+    /// each is marked as asked about, so that a refusal naming it means the broker does
+    /// not know it.
+    std::vector<FixOrderState> askStatusOfOpenOrders();
     /// A cancel request for a known order; false when the record is unknown.
     bool addCancel(int32_t recordId, const std::string& cancelClOrdID);
     /// A replace request for a known order: from now on `newClOrdID` names it. False when
@@ -134,6 +151,10 @@ private:
     // A request that failed before the counterparty acted on it: a new order dies, a
     // cancel leaves its order as it was.
     void refuse(const std::string& clOrdID, int32_t reason, std::string text, FixBookOutcome& out);
+    /// The broker does not know this order (asked about its status): it is final.
+    void unknownToBroker(FixOrderState& o, int32_t reason, std::string text, FixBookOutcome& out);
+    /// The report's ExecID was seen for this order before, with the same CumQty.
+    bool isRepeat(const FixOrderState& o, const std::string& execID, const FixMessage& m);
     void answer(const std::string& clOrdID, FixBookOutcome& out);
 
     int m_memoTag;
@@ -146,7 +167,8 @@ private:
     mutable std::mutex m_seqMutex;
     std::unordered_map<int, std::string> m_clOrdIDBySeq;
     std::unordered_map<std::string, std::string> m_memos;
-    std::unordered_set<std::string> m_execIDs;
+    std::unordered_map<std::string, int32_t> m_execIDs; // "<record>|<ExecID>" -> CumQty
+    std::unordered_set<int32_t> m_statusAsked;          // record ids asked about at logon
     std::unordered_set<std::string> m_cancelIDs;
     std::unordered_map<std::string, FixOrderChange> m_replaces; // by the replacing ClOrdID
     std::unordered_set<std::string> m_awaiting;                 // sent, no answer yet

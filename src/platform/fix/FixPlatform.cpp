@@ -5,6 +5,14 @@
 #include "platform/fix/FixPlatformRecords.h"
 
 namespace wicker {
+namespace {
+
+std::string NotLoggedOn(const FixGateway& gateway) {
+    const std::string why = gateway.downReason();
+    return ", not logged on" + (why.empty() ? "" : " (" + why + ")");
+}
+
+} // namespace
 
 FixPlatform::FixPlatform(FixPlatformSettings settings, PreTradeLimits limits,
                          std::filesystem::path folder, const Clock& clock)
@@ -24,7 +32,7 @@ std::string FixPlatform::DisplayName() const {
 std::string FixPlatform::Details() const {
     return std::string("QuickFIX ") + WICKER_QUICKFIX_VERSION + ", " +
            BeginStringOf(m_settings.version) + " " + m_settings.senderCompID + " -> " +
-           m_settings.targetCompID + (isLoggedOn() ? ", logged on" : ", not logged on");
+           m_settings.targetCompID + (isLoggedOn() ? ", logged on" : NotLoggedOn(m_gateway));
 }
 
 Result<void> FixPlatform::Start() {
@@ -91,6 +99,10 @@ void FixPlatform::onOrderUpdate(const FixOrderState& order) {
 
 void FixPlatform::onOrderReject(const FixOrderReject& reject) {
     m_events.push(RejectStructOf(reject));
+}
+
+void FixPlatform::onOrderWarning(const FixOrderWarning& warning) {
+    m_events.push(QVXOrderWarning{warning.recordId, warning.clOrdID, warning.symbol, warning.text});
 }
 
 void FixPlatform::onQuote(const FixQuoteFields& quote) {

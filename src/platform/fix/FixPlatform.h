@@ -31,8 +31,8 @@ public:
     std::unique_ptr<QVXOrder> CreateOrder() override;
     void CancelOrder(const std::string& clOrderId, int32_t orderRecordId, const std::string& third,
                      const std::string& fourth) override;
-    /// Into the gateway's book, unsent: the broker's reports about it (resent after the
-    /// logon) update it as any order.
+    /// Into the gateway's book without sending it; the broker is asked its status at every
+    /// logon (at once when logged on). 0 when its client order id is known already.
     int32_t AdoptOrder(const KnownOrder& order) override;
     /// An OrderCancelReplaceRequest through the gateway (see FixGateway::ReplaceOrder).
     int32_t ReplaceOrder(const std::string& clOrderId, int32_t orderRecordId,
@@ -46,6 +46,7 @@ private:
     // FixGatewayEvents, on the gateway's threads: straight into the queue.
     void onOrderUpdate(const FixOrderState& order) override;
     void onOrderReject(const FixOrderReject& reject) override;
+    void onOrderWarning(const FixOrderWarning& warning) override;
     void onQuote(const FixQuoteFields& quote) override;
     void onSessionStatus(bool loggedOn, const std::string& text) override;
 

@@ -142,4 +142,23 @@ std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
     return m;
 }
 
+std::optional<FixMessage> BuildOrderStatusRequest(const std::string& clOrdID,
+                                                  const std::string& orderID,
+                                                  const std::string& side,
+                                                  const std::string& symbol) {
+    const std::optional<std::string> fixSide = side == "M" ? "3" : FixSideOf(side);
+    if (!fixSide || clOrdID.empty()) {
+        return std::nullopt;
+    }
+    FixMessage m;
+    m.msgType = "H";
+    m.add(11, clOrdID);
+    if (!orderID.empty()) {
+        m.add(37, orderID);
+    }
+    m.add(54, *fixSide);
+    m.add(55, symbol);
+    return m;
+}
+
 } // namespace wicker

@@ -34,6 +34,12 @@ std::optional<FixMessage> BuildCancelRequest(const std::string& cancelClOrdID,
                                              const std::string& orderID, const std::string& side,
                                              const std::string& symbol, int32_t quantity,
                                              const Clock& clock);
+/// OrderStatusRequest(H) for an order known by its ClOrdID (and OrderID when the broker
+/// gave one); nothing when its side or id is not known.
+std::optional<FixMessage> BuildOrderStatusRequest(const std::string& clOrdID,
+                                                  const std::string& orderID,
+                                                  const std::string& side,
+                                                  const std::string& symbol);
 /// OrderCancelReplaceRequest(G): `ticket` is the order as it is to stand, its clOrderID the
 /// replacing id; the replaced order is named by OrigClOrdID(41) (its latest accepted id) and
 /// OrderID(37) when the broker gave one. Every order field goes out again, mapped as for a

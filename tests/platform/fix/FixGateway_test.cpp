@@ -253,6 +253,7 @@ TEST_F(FixGatewayTest, RegisteredSymbolsAreAskedForAgainAfterAReconnect) {
     ASSERT_TRUE(g.start().ok());
     ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 1; }, 15s));
     g.RegisterSymbol("MSFT");
+    ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 2; }, 15s));
     g.DeregisterSymbol("MSFT");
     ASSERT_TRUE(peer->waitFor([&] { return peer->received().size() == 3; }, 15s));
 

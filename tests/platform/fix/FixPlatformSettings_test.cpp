@@ -79,7 +79,7 @@ TEST(FixPlatformSettings, UnusableValuesNameTheirKey) {
         {"FixPort", "0"},          {"FixPort", "70000"},     {"FixPort", "abc"},
         {"FixPort", "5001.5"},     {"FixHeartBtInt", "-1"},  {"FixVersion", "4.3"},
         {"FixVersion", "FIX.5.0"}, {"FixResetOnLogon", "Y"}, {"FixHandlInst", "4"},
-        {"FixQuotes", "sim"},     {"FixSendWindow", "0"},   {"FixMemoTag", "-58"},
+        {"FixQuotes", "sim"},      {"FixSendWindow", "0"},   {"FixMemoTag", "-58"},
         {"FixTifNOW", "IOC"},      {"FixTifOS", "59="},      {"FixTifCHXP", "x=1"},
     };
     for (const Row& r : rows) {

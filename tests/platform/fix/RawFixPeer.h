@@ -14,6 +14,7 @@
 #include <string_view>
 #include <sys/socket.h>
 #include <unistd.h>
+#include <vector>
 
 namespace wicker::test {
 
@@ -41,6 +42,17 @@ inline std::string FixFrame(std::string_view body, std::string_view beginString 
 }
 
 /// "52=" value for now.
+/// The value of `tag` in a framed message, "" when absent.
+inline std::string FieldOf(std::string_view message, int tag) {
+    const std::string key = "\x01" + std::to_string(tag) + "=";
+    const size_t at = message.find(key);
+    if (at == std::string_view::npos) {
+        return "";
+    }
+    const size_t from = at + key.size();
+    return std::string(message.substr(from, message.find('\x01', from) - from));
+}
+
 inline std::string FixNow() {
     const std::time_t t = std::time(nullptr);
     std::tm tm{};
@@ -78,17 +90,35 @@ public:
 
     /// Waits for a connection and its Logon, and answers it (our MsgSeqNum 1).
     bool acceptLogon(std::chrono::milliseconds limit) {
-        closeClient();
-        pollfd p{m_listen, POLLIN, 0};
-        if (::poll(&p, 1, static_cast<int>(limit.count())) != 1) {
-            return false;
-        }
-        m_client = ::accept(m_listen, nullptr, nullptr);
-        if (m_client < 0 || readUntil("35=A", limit).empty()) {
-            return false;
-        }
+        const auto deadline = std::chrono::steady_clock::now() + limit;
+        // A connection that closes before its logon (an earlier client going away) is
+        // skipped.
+        do {
+            closeClient();
+            const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(
+                deadline - std::chrono::steady_clock::now());
+            pollfd p{m_listen, POLLIN, 0};
+            if (left.count() <= 0 || ::poll(&p, 1, static_cast<int>(left.count())) != 1) {
+                return false;
+            }
+            m_client = ::accept(m_listen, nullptr, nullptr);
+        } while (m_client < 0 || readUntil("35=A", limit).empty());
         m_seq = 1;
         return write(FixFrame("35=A|34=1|49=EXCH|56=WICKER|52=" + FixNow() + "|98=0|108=30"));
+    }
+
+    /// Closes the connection and every one still waiting to be accepted (of a client
+    /// that is gone).
+    void dropPending() {
+        closeClient();
+        pollfd p{m_listen, POLLIN, 0};
+        while (::poll(&p, 1, 0) == 1) {
+            const int fd = ::accept(m_listen, nullptr, nullptr);
+            if (fd < 0) {
+                break;
+            }
+            ::close(fd);
+        }
     }
 
     /// Sends a message of ours with the next sequence number; `body` starts after the
@@ -133,6 +163,36 @@ public:
             m_in.append(buf, static_cast<size_t>(n));
         }
         return m_in;
+    }
+
+    /// Every complete message received so far of this MsgType, in order.
+    std::vector<std::string> received(std::string_view msgType) const {
+        std::vector<std::string> out;
+        const std::string marker = "\x01"
+                                   "35=" +
+                                   std::string(msgType) + "\x01";
+        size_t start = m_in.find("8=FIX");
+        while (start != std::string::npos) {
+            const size_t end = m_in.find("\x01"
+                                         "10=",
+                                         start);
+            if (end == std::string::npos) {
+                break;
+            }
+            const std::string msg = m_in.substr(start, end - start + 1);
+            if (msg.find(marker) != std::string::npos) {
+                out.push_back(msg);
+            }
+            start = m_in.find("8=FIX", end);
+        }
+        return out;
+    }
+    /// Reads for `limit` and returns the messages of this type received by then.
+    std::vector<std::string> collect(std::string_view msgType, std::chrono::milliseconds limit) {
+        readUntil("\x01"
+                  "NEVER=",
+                  limit);
+        return received(msgType);
     }
 
     void closeClient() {

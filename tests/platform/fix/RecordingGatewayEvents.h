@@ -21,6 +21,10 @@ public:
         std::lock_guard lock(m_mutex);
         m_rejects.push_back(reject);
     }
+    void onOrderWarning(const FixOrderWarning& warning) override {
+        std::lock_guard lock(m_mutex);
+        m_warnings.push_back(warning);
+    }
     void onQuote(const FixQuoteFields& quote) override {
         std::lock_guard lock(m_mutex);
         m_quotes.push_back(quote);
@@ -37,6 +41,10 @@ public:
     std::vector<FixOrderReject> rejects() const {
         std::lock_guard lock(m_mutex);
         return m_rejects;
+    }
+    std::vector<FixOrderWarning> warnings() const {
+        std::lock_guard lock(m_mutex);
+        return m_warnings;
     }
     std::vector<FixQuoteFields> quotes() const {
         std::lock_guard lock(m_mutex);
@@ -68,6 +76,7 @@ private:
     mutable std::mutex m_mutex;
     std::vector<FixOrderState> m_updates;
     std::vector<FixOrderReject> m_rejects;
+    std::vector<FixOrderWarning> m_warnings;
     std::vector<FixQuoteFields> m_quotes;
     std::vector<std::pair<bool, std::string>> m_status;
 };

@@ -18,6 +18,76 @@
 namespace wicker {
 namespace {
 
+// A log that also tells the listener of the session's events (connection failures,
+// timeouts), and writes to the file log when there is one.
+class ListeningLog : public FIX::Log {
+public:
+    ListeningLog(FIX::Log* inner, FixSessionListener& listener)
+        : m_inner(inner), m_listener(listener) {}
+    FIX::Log* inner() const { return m_inner; }
+    void clear() override {
+        if (m_inner) {
+            m_inner->clear();
+        }
+    }
+    void backup() override {
+        if (m_inner) {
+            m_inner->backup();
+        }
+    }
+    void onIncoming(const std::string& s) override {
+        if (m_inner) {
+            m_inner->onIncoming(s);
+        }
+    }
+    void onOutgoing(const std::string& s) override {
+        if (m_inner) {
+            m_inner->onOutgoing(s);
+        }
+    }
+    void onEvent(const std::string& s) override {
+        if (m_inner) {
+            m_inner->onEvent(s);
+        }
+        try {
+            m_listener.onSessionEvent(s);
+        } catch (...) {
+        }
+    }
+
+private:
+    FIX::Log* m_inner;
+    FixSessionListener& m_listener;
+};
+
+class ListeningLogFactory : public FIX::LogFactory {
+public:
+    ListeningLogFactory(FIX::LogFactory* inner, FixSessionListener& listener)
+        : m_inner(inner), m_listener(listener) {}
+    FIX::Log* create() override { return wrap(m_inner ? m_inner->create() : nullptr); }
+    FIX::Log* create(const FIX::SessionID& id) override {
+        return wrap(m_inner ? m_inner->create(id) : nullptr);
+    }
+    void destroy(FIX::Log* log) override {
+        ListeningLog* l = static_cast<ListeningLog*>(log);
+        if (m_inner && l->inner()) {
+            m_inner->destroy(l->inner());
+        }
+        delete l;
+    }
+
+private:
+    FIX::Log* wrap(FIX::Log* inner) { return new ListeningLog(inner, m_listener); }
+    FIX::LogFactory* m_inner;
+    FixSessionListener& m_listener;
+};
+
+// Text(58) of an admin message, or "".
+std::string TextOf(const FIX::Message& message) {
+    FIX::Text text;
+    return message.getFieldIfSet(text) ? text.getValue() : std::string();
+}
+
 bool HasSetting(const FIX::SessionSettings& s, const FIX::SessionID& id, const char* key) {
     return s.has(id) && s.get(id).has(key);
 }
@@ -43,15 +113,31 @@ public:
         m_loggedOn.store(false);
         Guard([&] { m_listener.onLogout(); });
     }
-    void toAdmin(FIX::Message&, const FIX::SessionID&) override {}
+    void toAdmin(FIX::Message& message, const FIX::SessionID&) override {
+        FIX::MsgType type;
+        if (!message.getHeader().getFieldIfSet(type)) {
+            return;
+        }
+        // Rejects we send are in the log's events ("Message 2 Rejected: CompID problem").
+        const std::string text = TextOf(message);
+        if (type.getValue() == FIX::MsgType_Logout && !text.empty()) {
+            Guard([&] { m_listener.onSessionEvent("Logout sent: " + text); });
+        }
+    }
     void toApp(FIX::Message& message, const FIX::SessionID&) throw(FIX::DoNotSend) override {
         const FIX::Header& header = message.getHeader();
         FIX::MsgType type;
         FIX::MsgSeqNum seq;
         header.getFieldIfSet(type);
         header.getFieldIfSet(seq);
+        // Orders are known by their ClOrdID, market data requests by their MDReqID.
         FIX::ClOrdID clOrdID;
-        message.getFieldIfSet(clOrdID);
+        if (!message.getFieldIfSet(clOrdID)) {
+            FIX::MDReqID mdReqID;
+            if (message.getFieldIfSet(mdReqID)) {
+                clOrdID.setValue(mdReqID.getValue());
+            }
+        }
         FIX::PossDupFlag possDup;
         if (header.getFieldIfSet(possDup) && possDup.getValue()) {
             Guard([&] {
@@ -72,6 +158,11 @@ public:
         FIX::MsgType type;
         if (message.getHeader().getFieldIfSet(type) && type.getValue() == FIX::MsgType_Reject) {
             Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+        } else if (type.getValue() == FIX::MsgType_Logout) {
+            const std::string text = TextOf(message);
+            Guard([&] {
+                m_listener.onSessionEvent("Logout received" + (text.empty() ? "" : ": " + text));
+            });
         }
     }
     void fromApp(const FIX::Message& message,
@@ -97,15 +188,17 @@ private:
 } // namespace
 
 struct FixInitiator::Impl {
-    Impl(const FixSessionConfig& c, FixSessionListener& listener)
-        : config(c), application(listener) {}
+    Impl(const FixSessionConfig& c, FixSessionListener& l)
+        : config(c), listener(l), application(l) {}
 
     FixSessionConfig config;
+    FixSessionListener& listener;
     InitiatorApplication application;
     FIX::SessionSettings settings;
     FIX::SessionID sessionID;
     std::unique_ptr<FIX::MessageStoreFactory> store;
     std::unique_ptr<FIX::LogFactory> log;
+    std::unique_ptr<FIX::LogFactory> listeningLog; // over `log`: events reach the listener
     std::unique_ptr<FIX::SocketInitiator> initiator;
     FIX::Session* session = nullptr;
     bool started = false;
@@ -142,12 +235,9 @@ void FixInitiator::start() {
         } else if (HasSetting(d.settings, d.sessionID, "FileLogPath")) {
             d.log.reset(new FIX::FileLogFactory(d.settings));
         }
-        if (d.log) {
-            d.initiator.reset(
-                new FIX::SocketInitiator(d.application, *d.store, d.settings, *d.log));
-        } else {
-            d.initiator.reset(new FIX::SocketInitiator(d.application, *d.store, d.settings));
-        }
+        d.listeningLog.reset(new ListeningLogFactory(d.log.get(), d.listener));
+        d.initiator.reset(
+            new FIX::SocketInitiator(d.application, *d.store, d.settings, *d.listeningLog));
         d.initiator->start();
         d.session = FIX::Session::lookupSession(d.sessionID);
         d.started = true;

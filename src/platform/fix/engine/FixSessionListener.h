@@ -17,13 +17,19 @@ public:
     /// An application message, or a session-level Reject (35=3).
     virtual void onMessage(const FixMessage& message) = 0;
     /// An application message is about to go on the wire with this sequence number (called
-    /// on the sending thread, inside QuickFIX: keep it short and call nothing back).
+    /// with its ClOrdID, or a market data request's MDReqID; called on the sending thread,
+    /// inside QuickFIX: keep it short and call nothing back).
     virtual void onSending(const std::string& msgType, int msgSeqNum,
                            const std::string& clOrdID) = 0;
     /// An application message that the counterparty asked to have resent: it is never sent
     /// again (a stale order must not reach the market late), a gap fill takes its place.
     virtual void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                                   const std::string& clOrdID) = 0;
+    /// What the session went through, in the engine's words: "Connection failed", a
+    /// Logout's text (received: "Logout received: <text>"; sent: "Logout sent: <text>"),
+    /// messages rejected ("Message 2 Rejected: CompID problem"), timeouts. For telling the trader
+    /// why a session is down; by default ignored.
+    virtual void onSessionEvent(const std::string& text) { (void)text; }
 };
 
 } // namespace wicker
