@@ -141,11 +141,6 @@ std::map<std::string, Tags> SentOrders(const std::filesystem::path& logFolder) {
     return sent;
 }
 
-class NullStore : public SequenceStore {
-public:
-    Result<void> SaveBasketNum(int16_t) override { return {}; }
-};
-
 const char* FixSide(std::string_view side) {
     return side == "S" ? "2" : side == "T" ? "5" : "1";
 }
@@ -193,8 +188,9 @@ protected:
         : clock(FromLocal(LocalDateTime{2024, 3, 15, 10, 0, 0, 0})), tracker(boxes, clock),
           events(tracker, [] {}), toDesk(events) {}
 
-    void StartExecutor() {
-        port = FreePort();
+    /// Starts the executor on `onPort`, or on a free port the first time.
+    void StartExecutor(int onPort = 0) {
+        port = onPort != 0 ? onPort : FreePort();
         std::ofstream cfg(dir / "executor.cfg");
         cfg << "[DEFAULT]\nConnectionType=acceptor\nSocketAcceptPort=" << port
             << "\nSocketReuseAddress=Y\nStartTime=00:00:00\nEndTime=00:00:00\n"
@@ -222,6 +218,54 @@ protected:
         return false;
     }
 
+    void Connect() {
+        FixPlatformSettings s;
+        s.port = port;
+        s.targetCompID = "EXEC";
+        s.version = GetParam();
+        s.reconnectInterval = 1;
+        platform = std::make_unique<FixPlatform>(s, PreTradeLimits{}, dir / "wicker", clock);
+        ASSERT_TRUE(platform->Start().ok());
+        ASSERT_TRUE(PumpUntil([&] { return platform->isLoggedOn(); }));
+        execution = std::make_unique<BasketExecution>(*platform, sequence, store, boxes, clock);
+    }
+    /// One click of button `b` on `lines` lines S<b>.<n>, quantity 100 each.
+    void Click(int b, int lines) {
+        const Quotes q;
+        std::vector<ExecutionLine> list;
+        for (int n = 0; n < lines; ++n) {
+            ExecutionLine l;
+            l.checked = true;
+            l.symbol = "S" + std::to_string(b) + (lines > 1 ? "." + std::to_string(n) : "");
+            l.bid = q.bid;
+            l.ask = q.ask;
+            l.last = q.last;
+            l.price = q.line;
+            l.quantity = std::to_string(lines > 1 ? 100 : 100 * (b + 1));
+            l.destination = "NASDAQ";
+            l.modifier = "0";
+            l.tif = "DAY";
+            list.push_back(l);
+        }
+        const ExecuteReport r = execution->cmdExecuteBasket_Click(
+            b, list, ExecutionInputs{"acct01", "1", "Exec"}, ExecutionSettings{});
+        EXPECT_EQ(r.ordersSubmitted, lines) << "button " << b;
+        EXPECT_TRUE(r.submitErrors.empty()) << "button " << b;
+    }
+    bool RowFilled(int16_t send) {
+        for (const OrderRow& row : tracker.Rows()) {
+            if (row.m_nBasketNum == send) {
+                return row.m_nTotalQty > 0 && row.m_nFilledQty == row.m_nTotalQty;
+            }
+        }
+        return false;
+    }
+
+    class NullStore : public SequenceStore {
+    public:
+        Result<void> SaveBasketNum(int16_t) override { return {}; }
+    };
+
     test::TempDir dir;
     int port = 0;
     std::unique_ptr<ExecutorProcess> executor;
@@ -231,6 +275,9 @@ protected:
     TradingEvents events;
     ToDesk toDesk;
     std::unique_ptr<FixPlatform> platform;
+    SendSequence sequence{1, 1};
+    NullStore store;
+    std::unique_ptr<BasketExecution> execution;
 };
 
 TEST_P(QuickFixExecutor, AllButtonsGoOutWithTheirTagsFillsReachTheTotalsRefusalsShowTheirReason) {
@@ -239,36 +286,10 @@ TEST_P(QuickFixExecutor, AllButtonsGoOutWithTheirTagsFillsReachTheTotalsRefusals
     ASSERT_EQ(listening.size(), 1u) << "the executor did not start: see executor-screen.log";
     EXPECT_EQ(listening[0], "0100007F" + listening[0].substr(8)) << "listening beyond loopback";
 
-    FixPlatformSettings s;
-    s.port = port;
-    s.targetCompID = "EXEC";
-    s.version = GetParam();
-    s.reconnectInterval = 1;
-    platform = std::make_unique<FixPlatform>(s, PreTradeLimits{}, dir / "wicker", clock);
-    ASSERT_TRUE(platform->Start().ok());
-    ASSERT_TRUE(PumpUntil([&] { return platform->isLoggedOn(); }));
-
-    SendSequence sequence{1, 1};
-    NullStore store;
-    BasketExecution execution(*platform, sequence, store, boxes, clock);
-    const Quotes q;
+    Connect();
     int limits = 0;
     for (int b = 0; b < ExecuteButtonCount; ++b) {
-        ExecutionLine l;
-        l.checked = true;
-        l.symbol = "S" + std::to_string(b);
-        l.bid = q.bid;
-        l.ask = q.ask;
-        l.last = q.last;
-        l.price = q.line;
-        l.quantity = std::to_string(100 * (b + 1));
-        l.destination = "NASDAQ";
-        l.modifier = "0";
-        l.tif = "DAY";
-        const ExecuteReport r = execution.cmdExecuteBasket_Click(
-            b, std::vector{l}, ExecutionInputs{"acct01", "1", "Exec"}, ExecutionSettings{});
-        EXPECT_EQ(r.ordersSubmitted, 1) << "button " << b;
-        EXPECT_TRUE(r.submitErrors.empty()) << "button " << b;
+        Click(b, 1);
         limits += ExecuteButtonRuleFor(b)->kind == ButtonKind::Limit;
     }
     const size_t refused = ExecuteButtonCount - limits;
@@ -335,6 +356,25 @@ TEST_P(QuickFixExecutor, AllButtonsGoOutWithTheirTagsFillsReachTheTotalsRefusals
         EXPECT_NE(tracker.PendingRejects()[i].find(" - " + r.ReasonText), std::string::npos)
             << tracker.PendingRejects()[i];
     }
+}
+
+// The executor numbers its ExecIDs from 1 again when it restarts: the second run's fills are
+// new fills of other orders, not duplicates of the first run's.
+// Disabled until fills are told apart by order and ExecID, not by ExecID alone: today the
+// second run's fills never reach the totals.
+TEST_P(QuickFixExecutor, DISABLED_FillsAfterTheExecutorRestartsReachTheTotals) {
+    StartExecutor();
+    Connect();
+    Click(0, 3); // BUY BID: ExecIDs 1..3
+    ASSERT_TRUE(PumpUntil([&] { return RowFilled(1); }));
+    executor.reset();
+    ASSERT_TRUE(PumpUntil([&] { return !platform->isLoggedOn(); }));
+    StartExecutor(port);
+    ASSERT_TRUE(PumpUntil([&] { return platform->isLoggedOn(); }));
+    Click(4, 3); // SELL BID: ExecIDs 1..3 again
+    EXPECT_TRUE(PumpUntil([&] { return RowFilled(2); }));
+    EXPECT_TRUE(RowFilled(1));
+    EXPECT_TRUE(toDesk.rejects.empty());
 }
 
 INSTANTIATE_TEST_SUITE_P(Versions, QuickFixExecutor,
