@@ -75,7 +75,7 @@ public:
             const int out = open(log.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
             dup2(out, 1);
             dup2(out, 2);
-            setenv("LD_PRELOAD", LOOPBACK_BIND_SHIM, 1);
+            setenv("LD_PRELOAD", LOOPBACK_BIND_PRELOAD, 1);
             execl(QUICKFIX_EXECUTOR_PROGRAM, QUICKFIX_EXECUTOR_PROGRAM, config.c_str(), nullptr);
             _exit(127);
         }
