@@ -25,6 +25,12 @@ using test::SimRecorder;
 constexpr int32_t Clip = 100;
 const char* const Halted = "HALT";
 
+std::string Lower(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
 /// The simulator on a virtual clock: a wait moves the market on until the events satisfy it.
 class SimSide {
 public:
@@ -261,10 +267,7 @@ TYPED_TEST(PlatformContract, HaltedSymbolIsRejectedOnceWithItsReason) {
     EXPECT_EQ(r.Symbol, Halted);
     EXPECT_EQ(r.Side, "B");
     EXPECT_EQ(r.Quantity, 200);
-    std::string reason = r.ReasonText;
-    std::transform(reason.begin(), reason.end(), reason.begin(),
-                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    EXPECT_NE(reason.find("halted"), std::string::npos) << r.ReasonText;
+    EXPECT_NE(Lower(r.ReasonText).find("halted"), std::string::npos) << r.ReasonText;
     EXPECT_EQ(this->last("H-1").OrderStatus, QVXOrderStatus::Rejected);
     EXPECT_EQ(this->last("H-1").CumExecQuantity, 0);
     // Refused before it leaves: the same codes on both.
@@ -322,6 +325,27 @@ TYPED_TEST(PlatformContract, CounterpartyRestartKeepsEarlierFillsAndCountsNewOne
     }
     EXPECT_EQ(this->last("X-2").OrderStatus, QVXOrderStatus::Cancelled);
     EXPECT_EQ(this->last("X-2").CumExecQuantity, 0);
+}
+
+TYPED_TEST(PlatformContract, CancelOrReplaceTooLateLeavesTheFillsAlone) {
+    ASSERT_GE(this->send(this->Market("L-1", 2 * Clip)), 0);
+    ASSERT_TRUE(this->side.waitFor([&] { return this->hasStatus("L-1", QVXOrderStatus::Filled); }));
+    const int32_t record = this->recordOf("L-1");
+    EXPECT_EQ(this->side.platform().ReplaceOrder("L-1", record, {"L-1-R1", 500, 5, 1.5}),
+              kReplaceOrderNotOpen);
+    this->side.platform().CancelOrder("L-1", record, "", "");
+    ASSERT_GE(this->send(this->Market("L-2", Clip)), 0); // a marker: later events follow it
+    ASSERT_TRUE(this->side.waitFor([&] { return this->hasStatus("L-2", QVXOrderStatus::Filled); }));
+    EXPECT_EQ(this->last("L-1").OrderStatus, QVXOrderStatus::Filled);
+    EXPECT_EQ(this->last("L-1").CumExecQuantity, 2 * Clip);
+    this->expectConsistent("L-1");
+    // The trader is told the cancel came too late, once, the same way on both.
+    ASSERT_EQ(this->side.events().rejects.size(), 1u);
+    const QVXRejectStruct& r = this->side.events().rejects[0];
+    EXPECT_EQ(r.ClOrderID, "L-1");
+    EXPECT_EQ(r.RejectReason, 0);
+    EXPECT_NE(Lower(r.ReasonText).find("too late"), std::string::npos) << r.ReasonText;
+    EXPECT_EQ(this->side.events().of(record).back().OrderStatus, QVXOrderStatus::Filled);
 }
 
 } // namespace
