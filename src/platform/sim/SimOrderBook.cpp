@@ -217,7 +217,20 @@ void SimOrderBook::cancel(const std::string& clOrderId, int32_t recordId, int64_
         return;
     }
     Order& o = m_orders[static_cast<size_t>(recordId - 1)];
-    if (!o.working() || (!clOrderId.empty() && !o.knows(clOrderId))) {
+    if (!clOrderId.empty() && !o.knows(clOrderId)) {
+        return;
+    }
+    if (!o.working()) {
+        // As a broker answers a cancel that comes too late: the trader learns it did not
+        // happen, the order's fills stay as they are.
+        QVXRejectStruct reject;
+        reject.ClOrderID = clOrderId.empty() ? o.ticket.clOrderID : clOrderId;
+        reject.Side = o.side;
+        reject.Quantity = o.ticket.quantity;
+        reject.Symbol = o.ticket.symbol;
+        reject.RejectReason = kSimRejectTooLateToCancel;
+        reject.ReasonText = "Too late to cancel";
+        m_events.push(std::move(reject));
         return;
     }
     o.lastFill = "Cancelled by request";

@@ -27,8 +27,8 @@ public:
 
     /// The order's record id (> 0) when accepted, else the negative refusal code.
     int32_t submit(const OrderTicket& ticket, int64_t nowUs);
-    /// Cancels an open order; a done or unknown order, or a client order id that does not
-    /// belong to the record id, is left alone.
+    /// Cancels an open order. A done order gets a reject "Too late to cancel"; an unknown
+    /// order, or a client order id that does not belong to the record id, is left alone.
     void cancel(const std::string& clOrderId, int32_t recordId, int64_t nowUs);
     /// Changes an open order in place: new quantity (fills kept, leaves recomputed), price
     /// type and limit, then treats it as arriving again (a limit that now crosses fills at

@@ -20,5 +20,7 @@ struct SimSettings {
 
 /// Reason code of the reject an order for a halted symbol gets.
 inline constexpr int32_t kSimRejectHalted = 1;
+/// Reason code of the reject a cancel of a done order gets (FIX's CxlRejReason "too late").
+inline constexpr int32_t kSimRejectTooLateToCancel = 0;
 
 } // namespace wicker
