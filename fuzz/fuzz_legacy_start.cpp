@@ -63,7 +63,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     }
     // A list that names other files of the folder (the database itself is one) may
     // import their lines too; only lists that stay among the four are checked line by line.
-    if (parts[1].find_first_of("/\\") != std::string::npos || parts[1].find("..") != std::string::npos) {
+    if (parts[1].find_first_of("/\\") != std::string::npos ||
+        parts[1].find("..") != std::string::npos) {
         return 0;
     }
     const auto a = LinesOf(folder / "Baskets" / "a.txt");

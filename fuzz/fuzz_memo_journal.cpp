@@ -28,7 +28,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const size_t cut = bytes.rfind('\x1e');
     const std::string file = bytes.substr(0, cut);
-    const std::string tail = cut == std::string::npos ? "FUZZ-1\tBasket-1-/bskt" : bytes.substr(cut + 1);
+    const std::string tail =
+        cut == std::string::npos ? "FUZZ-1\tBasket-1-/bskt" : bytes.substr(cut + 1);
     const size_t tab = tail.find('\t');
     const std::string id = "ID" + tail.substr(0, tab);
     const std::string memo = tab == std::string::npos ? "" : tail.substr(tab + 1);
