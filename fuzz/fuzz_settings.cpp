@@ -21,8 +21,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     using namespace wicker;
     const std::string bytes(reinterpret_cast<const char*>(data), size);
     const size_t cut = bytes.find('\x1e');
-    const auto folder = fuzz::FreshFolder("settings");
-    std::ofstream(folder / "basket.ini", std::ios::binary) << bytes.substr(0, cut);
+    // The database stays from run to run (making it is most of a start); the settings
+    // files are the input's alone.
+    static const auto folder = fuzz::FreshFolder("settings");
+    std::filesystem::remove(folder / "$QvxLast.ini");
+    std::ofstream(folder / "basket.ini", std::ios::binary | std::ios::trunc)
+        << bytes.substr(0, cut);
     if (cut != std::string::npos) {
         std::ofstream(folder / "$QvxLast.ini", std::ios::binary) << bytes.substr(cut + 1);
     }
