@@ -1,12 +1,12 @@
 // libFuzzer harness for the Jet-dialect adapter: any statement text must either
 // translate or be refused with DbError, and a translated one must run or be refused
 // by the engine, never crash. Build: see fuzz/README.md.
+#include "storage/Database.h"
+#include "storage/JetSql.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
-
-#include "storage/Database.h"
-#include "storage/JetSql.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string sql(reinterpret_cast<const char*>(data), size);

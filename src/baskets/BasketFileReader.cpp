@@ -3,6 +3,8 @@
 #include "common/RuntimeError.h"
 #include "common/Text.h"
 
+#include <stdexcept>
+#include <string>
 #include <system_error>
 
 namespace wicker {
@@ -18,13 +20,15 @@ void ToUtf8(std::string& field) {
 
 } // namespace
 
-BasketFileReader::BasketFileReader(const std::filesystem::path& path, size_t maxFieldBytes)
-    : m_buffer(kBufferBytes), m_scanner(maxFieldBytes) {
+BasketFileReader::BasketFileReader(const std::filesystem::path& path, size_t maxFieldBytes,
+                                   uint64_t maxFileBytes)
+    : m_buffer(kBufferBytes), m_maxFileBytes(maxFileBytes), m_scanner(maxFieldBytes) {
     std::error_code ec;
     if (!std::filesystem::exists(path, ec)) {
         throw RuntimeError(err::FileNotFound, err::FileNotFoundText);
     }
-    if (std::filesystem::is_directory(path, ec)) {
+    // A folder, device or pipe is no basket file, and /dev/zero would never end.
+    if (!std::filesystem::is_regular_file(path, ec)) {
         throw RuntimeError(kPathFileAccess, kPathFileAccessText);
     }
     m_in.open(path, std::ios::binary);
@@ -42,6 +46,11 @@ bool BasketFileReader::fill() {
     m_in.read(m_buffer.data(), static_cast<std::streamsize>(m_buffer.size()));
     if (m_in.bad()) {
         throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+    }
+    if (m_bytesRead + static_cast<uint64_t>(m_in.gcount()) > m_maxFileBytes) {
+        throw std::runtime_error("The file is larger than " +
+                                 std::to_string(m_maxFileBytes / (1024 * 1024)) +
+                                 " MB; no basket file is that large.");
     }
     m_pos = 0;
     m_end = static_cast<size_t>(m_in.gcount());

@@ -25,12 +25,18 @@ public:
     /// Longest field kept; no column of a basket line is anywhere near this long.
     static constexpr size_t kMaxFieldBytes = 1024;
 
-    /// Opens the file: RuntimeError 53 "File not found" when it is missing, 75
-    /// "Path/File access error" when it cannot be read.
-    explicit BasketFileReader(const std::filesystem::path& path,
-                              size_t maxFieldBytes = kMaxFieldBytes);
+    /// Largest file read: several times the biggest basket anyone keeps, and a stop for
+    /// a file that never ends.
+    static constexpr uint64_t kMaxFileBytes = 256u * 1024u * 1024u;
 
-    /// Next line; false at the end of the file. RuntimeError 75 on a read failure.
+    /// Opens the file: RuntimeError 53 "File not found" when it is missing, 75
+    /// "Path/File access error" when it cannot be read or is no regular file.
+    explicit BasketFileReader(const std::filesystem::path& path,
+                              size_t maxFieldBytes = kMaxFieldBytes,
+                              uint64_t maxFileBytes = kMaxFileBytes);
+
+    /// Next line; false at the end of the file. RuntimeError 75 on a read failure; an
+    /// error that names the limit once more than `maxFileBytes` would be read.
     bool next(BasketFileLine& out);
 
     uint64_t bytesRead() const { return m_bytesRead; }
@@ -45,6 +51,7 @@ private:
     size_t m_end = 0;
     uint64_t m_bytesRead = 0;
     uint64_t m_totalBytes = 0;
+    uint64_t m_maxFileBytes = kMaxFileBytes;
     uint64_t m_lineNumber = 0;
     BasketLineScanner m_scanner;
 };

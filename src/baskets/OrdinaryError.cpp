@@ -20,6 +20,10 @@ int ErrorNumber(const std::exception& error) {
 
 std::string OrdinaryErrorText(const std::exception& error) {
     const int number = ErrorNumber(error);
+    // Number 0 is no error a trader can look up: such an error says what it is itself.
+    if (number == 0) {
+        return error.what();
+    }
     std::string shown = std::to_string(number);
     if (number < 0) {
         char hex[16];

@@ -32,10 +32,12 @@ std::filesystem::path ResolveAppFolder(const AppFolderInputs& in) {
         (Exists(in.executableDir / "basket.ini") || Exists(in.executableDir / "baskets.mdb"))) {
         return in.executableDir;
     }
-    if (auto xdg = NonEmpty(env("XDG_DATA_HOME"))) {
+    // A relative XDG_DATA_HOME or HOME is invalid and would move the data with the working
+    // folder: it is ignored, as the desktop's own programs ignore it.
+    if (auto xdg = NonEmpty(env("XDG_DATA_HOME")); xdg && xdg->is_absolute()) {
         return *xdg / "wicker";
     }
-    if (auto home = NonEmpty(env("HOME"))) {
+    if (auto home = NonEmpty(env("HOME")); home && home->is_absolute()) {
         return *home / ".local" / "share" / "wicker";
     }
     // No home at all (a bare service account): the working folder is the only choice left.

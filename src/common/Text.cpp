@@ -64,6 +64,12 @@ int32_t DecodeUtf8(std::string_view s, size_t& i) {
         cp = (cp << 6) | (b & 0x3Fu);
     }
     i += static_cast<size_t>(len);
+    // An overlong form would smuggle a control such as a line feed or NUL past every
+    // check on the text; a surrogate or a value past U+10FFFF is no character at all.
+    static constexpr uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};
+    if (cp < kSmallest[len] || (cp >= 0xD800 && cp <= 0xDFFF) || cp > 0x10FFFF) {
+        return -1;
+    }
     return static_cast<int32_t>(cp);
 }
 

@@ -6,6 +6,7 @@
 #include "storage/JetSql.h"
 #include "storage/TextFile.h"
 
+#include <stdexcept>
 #include <system_error>
 
 namespace wicker {
@@ -93,10 +94,10 @@ void UpgradeStep(Database& db, const char* schemaSql, const std::string& version
 }
 
 std::string Describe(const std::exception& e) {
-    if (const auto* r = dynamic_cast<const RuntimeError*>(&e)) {
+    if (const auto* r = dynamic_cast<const RuntimeError*>(&e); r && r->number() != 0) {
         return std::to_string(r->number()) + " " + r->description();
     }
-    if (const auto* d = dynamic_cast<const DbError*>(&e)) {
+    if (const auto* d = dynamic_cast<const DbError*>(&e); d && d->number() != 0) {
         return std::to_string(d->number()) + " " + d->what();
     }
     return e.what();
@@ -160,12 +161,11 @@ void ImportLegacyAccounts(Database& db, const std::filesystem::path& appFolder,
         if (e.number() == err::FileNotFound) {
             boxes.show("Account file does not exist.", 0, "");
         } else {
-            boxes.show(std::to_string(e.number()) + " " + e.description(), 0,
-                       "Error loading file.");
+            boxes.show(Describe(e), 0, "Error loading file.");
         }
     } catch (const DbError& e) {
         if (e.number() != kUnspecifiedFailure) {
-            boxes.show(std::to_string(e.number()) + " " + e.what(), 0, "Error loading file.");
+            boxes.show(Describe(e), 0, "Error loading file.");
         }
     }
 }
@@ -184,6 +184,12 @@ void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder) {
         Recordset rs = db.OpenRecordset(
             "SELECT intBasketNum FROM tblBaskets WHERE strBasketName = '" + SqlText(f[0]) + "'");
         const int16_t basketNum = rs.Field("intBasketNum").toInt();
+        // The list is only a text file: it must not reach devices or other people's files.
+        if (const auto named = folder / f[2];
+            std::filesystem::exists(named) && !IsFileInside(named, appFolder)) {
+            throw std::runtime_error("The basket file \"" + f[2] + "\" of basket " + f[0] +
+                                     " is not a file inside " + appFolder.string() + ".");
+        }
         for (const auto& row : ReadTextLines(folder / f[2])) {
             const auto r = Split(row, ",");
             if (r.size() != 3) {

@@ -6,6 +6,8 @@
 #include <iterator>
 #include <memory>
 #include <random>
+#include <string>
+#include <string_view>
 #include <system_error>
 
 #if __has_include(<unistd.h>)
@@ -37,6 +39,23 @@ struct FileCloser {
 };
 using FilePtr = std::unique_ptr<std::FILE, FileCloser>;
 
+std::string TempFilePrefix(const fs::path& target) {
+    return "." + target.filename().string() + ".";
+}
+
+// Whether a name is one TempFile makes for the target: prefix, eight hex digits, ".tmp".
+bool IsTempFileName(const std::string& name, const std::string& prefix) {
+    constexpr size_t kTagLength = 8;
+    constexpr std::string_view kSuffix = ".tmp";
+    if (name.size() != prefix.size() + kTagLength + kSuffix.size() ||
+        name.compare(0, prefix.size(), prefix) != 0 ||
+        name.compare(prefix.size() + kTagLength, kSuffix.size(), kSuffix) != 0) {
+        return false;
+    }
+    const std::string tag = name.substr(prefix.size(), kTagLength);
+    return tag.find_first_not_of("0123456789abcdef") == std::string::npos;
+}
+
 // A new file next to the target, removed again unless it was renamed into place.
 class TempFile {
 public:
@@ -45,7 +64,7 @@ public:
         for (int attempt = 0; attempt < 16 && !m_file; ++attempt) {
             char tag[16];
             std::snprintf(tag, sizeof tag, "%08x", static_cast<unsigned>(random()));
-            m_path = target.parent_path() / ("." + target.filename().string() + "." + tag + ".tmp");
+            m_path = target.parent_path() / (TempFilePrefix(target) + tag + ".tmp");
             // "x": fail rather than reuse a file someone else made.
             m_file.reset(std::fopen(m_path.c_str(), "wbx"));
         }
@@ -171,6 +190,22 @@ Result<void> WriteIniFile(const fs::path& path, const IniDocument& document) {
     } catch (const std::exception& e) { // no random source, no memory: the old file stays
         return Failed(path, e.what());
     }
+}
+
+int RemoveLeftoverTempFiles(const fs::path& path) {
+    const fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
+    const std::string prefix = TempFilePrefix(path);
+    int removed = 0;
+    std::error_code ec;
+    for (fs::directory_iterator it(folder, ec), end; !ec && it != end; it.increment(ec)) {
+        const fs::path& found = it->path();
+        std::error_code statError;
+        if (IsTempFileName(found.filename().string(), prefix) && it->is_regular_file(statError) &&
+            fs::remove(found, statError)) {
+            ++removed;
+        }
+    }
+    return removed;
 }
 
 } // namespace wicker

@@ -31,4 +31,9 @@ IniFileContent ReadIniFile(const std::filesystem::path& path);
 /// and stays a link. The folder must exist.
 Result<void> WriteIniFile(const std::filesystem::path& path, const IniDocument& document);
 
+/// Removes the new files that writes of `path` left behind when the program was killed
+/// between making one and renaming it into place (".basket.ini.1a2b3c4d.tmp"). Meant for
+/// the start, before anything writes the file; returns how many were removed.
+int RemoveLeftoverTempFiles(const std::filesystem::path& path);
+
 } // namespace wicker

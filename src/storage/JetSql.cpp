@@ -265,10 +265,15 @@ std::string JetColumnDef(std::string_view column, std::string_view jetType) {
         const size_t close = type.find(')', p);
         const std::string inner =
             type.substr(p + 1, close == std::string::npos ? std::string::npos : close - p - 1);
-        if (!IsNumberLiteral(inner)) {
+        // A text size is a whole number of characters up to 255, as the engine it stands
+        // in for allowed; anything else would break the CHECK built from it.
+        const std::string digits = Trim(inner);
+        if (digits.empty() || digits.size() > 3 ||
+            digits.find_first_not_of("0123456789") != std::string::npos || std::stoi(digits) < 1 ||
+            std::stoi(digits) > 255) {
             Refuse("Bad size in column type " + std::string(jetType));
         }
-        size = std::stoi(inner);
+        size = std::stoi(digits);
         type = Trim(type.substr(0, p));
     }
     const std::string numeric = " CHECK(typeof(" + q + ") IN ('integer','real','null'))";

@@ -207,6 +207,15 @@ void ReadDisplay(Reader& r, const fs::path& appFolder, Settings& s) {
     r.int32(keys::kReserve, keys::kQuantity, "100", s.reserveQuantity);
     r.flag(keys::kReserve, keys::kEnabled, "0", s.reserveEnabled);
     r.int16(keys::kDecimals, keys::kNumDecimals, "2", s.numDecimals);
+    // Read once here for every screen: a price never shows more than 8 decimals, and a
+    // hand-edited value past that must not reach any formatting.
+    if (s.numDecimals < kMinNumDecimals || s.numDecimals > kMaxNumDecimals) {
+        s.problems.push_back("The number of decimals " + std::to_string(s.numDecimals) + " in " +
+                             SettingsFile(appFolder).string() + " is not between " +
+                             std::to_string(kMinNumDecimals) + " and " +
+                             std::to_string(kMaxNumDecimals) + "; prices show 2 decimals.");
+        s.numDecimals = 2;
+    }
     r.int16(keys::kOrders, keys::kNoAnswerSeconds, "10", s.noAnswerSeconds);
     if (s.noAnswerSeconds < 1 || s.noAnswerSeconds > 3600) {
         s.problems.push_back("[Orders] NoAnswerSeconds must be 1 to 3600; 10 is used.");
@@ -289,6 +298,8 @@ Settings LoadSettings(const fs::path& appFolder, const Clock& clock,
     s.volThreshold = r.text(keys::kGeneral, keys::kVolThreshold, "");
 
     ini.setPath(SettingsFile(appFolder));
+    // Left by a write that a kill or power cut interrupted; the file itself is whole.
+    RemoveLeftoverTempFiles(ini.Path());
     if (const IniFileContent file = ReadIniFile(ini.Path());
         file.state == IniFileContent::State::Unreadable) {
         s.problems.push_back(file.error + " The default settings are used.");

@@ -25,6 +25,9 @@ template <class T> using ByBasketName = std::map<std::string, T, BasketNameLess>
 inline constexpr std::string_view kDefaultItemsPositions =
     "1,2,3,4,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,";
 inline constexpr std::string_view kDefaultInfoPositions = "1,2,3,4,5,6,7,8,9,10,11,12,13";
+/// The decimals a price may be shown with; "NumDecimals" outside them reads as 2.
+inline constexpr int16_t kMinNumDecimals = 0;
+inline constexpr int16_t kMaxNumDecimals = 8;
 
 /// Every key of basket.ini (and the two of $QvxLast.ini), as loaded at start-up. Each
 /// member starts at the value the program uses when the key is missing or unusable.
@@ -61,7 +64,7 @@ struct Settings {
     bool basketInfoShowAll = false;
     int32_t reserveQuantity = 100;
     bool reserveEnabled = false;
-    int16_t numDecimals = 2;
+    int16_t numDecimals = 2; ///< always kMinNumDecimals ... kMaxNumDecimals
     /// Seconds an order may wait for the broker's first report before it shows "No answer"
     /// (1 to 3600).
     int16_t noAnswerSeconds = 10;

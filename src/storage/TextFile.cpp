@@ -15,16 +15,28 @@ const char* const kPathFileAccessText = "Path/File access error";
 
 } // namespace
 
-std::vector<std::string> ReadTextLines(const std::filesystem::path& path) {
+std::vector<std::string> ReadTextLines(const std::filesystem::path& path, std::uintmax_t maxBytes) {
     std::error_code ec;
     if (!std::filesystem::exists(path, ec)) {
         throw RuntimeError(err::FileNotFound, err::FileNotFoundText);
     }
-    std::ifstream in(path, std::ios::binary);
-    if (!in || std::filesystem::is_directory(path, ec)) {
+    // A device or pipe never ends (/dev/zero would fill the memory): regular files only.
+    if (!std::filesystem::is_regular_file(path, ec)) {
         throw RuntimeError(kPathFileAccess, kPathFileAccessText);
     }
-    const std::string bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    std::ifstream in(path, std::ios::binary);
+    if (!in) {
+        throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+    }
+    // Read in chunks and stop past the limit, so a file that grows meanwhile is caught too.
+    std::string bytes;
+    char chunk[64 * 1024];
+    while (in.read(chunk, sizeof chunk) || in.gcount() > 0) {
+        bytes.append(chunk, static_cast<size_t>(in.gcount()));
+        if (bytes.size() > maxBytes) {
+            throw RuntimeError(kPathFileAccess, kPathFileAccessText);
+        }
+    }
     if (in.bad()) {
         throw RuntimeError(kPathFileAccess, kPathFileAccessText);
     }
@@ -44,6 +56,20 @@ std::vector<std::string> ReadTextLines(const std::filesystem::path& path) {
         start = next;
     }
     return lines;
+}
+
+bool IsFileInside(const std::filesystem::path& path, const std::filesystem::path& folder) {
+    std::error_code ec;
+    const auto file = std::filesystem::weakly_canonical(path, ec);
+    if (ec || !std::filesystem::is_regular_file(file, ec)) {
+        return false;
+    }
+    const auto root = std::filesystem::weakly_canonical(folder, ec);
+    if (ec) {
+        return false;
+    }
+    const auto rel = file.lexically_relative(root);
+    return !rel.empty() && *rel.begin() != "..";
 }
 
 void WriteTextLines(const std::filesystem::path& path, const std::vector<std::string>& lines) {

@@ -49,23 +49,37 @@ INSTANTIATE_TEST_SUITE_P(
                     ReadCase{"Windows1252", "\xC9TE,1\r\n", {"\xC3\x89TE|1"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
-TEST(BasketFileReaderTest, MissingFileIsFileNotFound) {
+TEST(BasketFileReaderTest, OnlyRegularFilesOpen) {
     TempDir dir;
-    try {
-        BasketFileReader reader(dir / "none.txt");
-        FAIL() << "no error";
-    } catch (const RuntimeError& e) {
-        EXPECT_EQ(e.number(), 53);
+    struct Row {
+        const char* name;
+        std::filesystem::path path;
+        int number;
+    };
+    const Row rows[] = {{"missing", dir / "none.txt", 53},
+                        {"a folder", dir.path(), 75},
+                        {"a device that never ends", "/dev/zero", 75}};
+    for (const Row& r : rows) {
+        try {
+            BasketFileReader reader(r.path);
+            ADD_FAILURE() << r.name << ": no error";
+        } catch (const RuntimeError& e) {
+            EXPECT_EQ(e.number(), r.number) << r.name;
+        }
     }
 }
 
-TEST(BasketFileReaderTest, FolderIsAnAccessError) {
+TEST(BasketFileReaderTest, StopsWithAClearErrorPastTheSizeLimit) {
     TempDir dir;
+    WriteFile(dir / "b.txt", std::string(1100 * 1024, 'A') + "\r\n");
+    BasketFileReader reader(dir / "b.txt", BasketFileReader::kMaxFieldBytes, 1024 * 1024);
+    BasketFileLine line;
     try {
-        BasketFileReader reader(dir.path());
+        reader.next(line);
         FAIL() << "no error";
-    } catch (const RuntimeError& e) {
-        EXPECT_EQ(e.number(), 75);
+    } catch (const std::runtime_error& e) {
+        EXPECT_EQ(std::string(e.what()),
+                  "The file is larger than 1 MB; no basket file is that large.");
     }
 }
 

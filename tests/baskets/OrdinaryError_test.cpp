@@ -19,11 +19,11 @@ TEST(OrdinaryErrorTest, ProviderErrorShowsItsHexadecimalForm) {
               "Run-time error '-2147467259 (80004005)':\n\nBad");
 }
 
-TEST(OrdinaryErrorTest, OtherErrorsHaveNumberZeroAndACriticalBox) {
+TEST(OrdinaryErrorTest, ErrorsWithoutANumberShowTheirTextAloneInACriticalBox) {
     test::RecordingMessageBoxes boxes;
     ShowOrdinaryError(boxes, std::runtime_error("odd"));
     ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.shown()[0].text, "Run-time error '0':\n\nodd");
+    EXPECT_EQ(boxes.shown()[0].text, "odd");
     EXPECT_EQ(boxes.shown()[0].icon, MsgIcon::Critical);
 }
 

@@ -42,10 +42,16 @@ TEST(ResolveAppFolder, OrderOfPrecedence) {
     EXPECT_EQ(ResolveAppFolder(in), "/h/.local/share/wicker");
 }
 
-TEST(ResolveAppFolder, EmptyValuesAreIgnored) {
+TEST(ResolveAppFolder, EmptyAndRelativeValuesAreIgnored) {
     Env env{{{"WICKER_HOME", ""}, {"XDG_DATA_HOME", ""}, {"HOME", "/h"}}};
     AppFolderInputs in{std::filesystem::path(""), env, {}};
     EXPECT_EQ(ResolveAppFolder(in), "/h/.local/share/wicker");
+    env.vars["XDG_DATA_HOME"] = "data";
+    in.env = env;
+    EXPECT_EQ(ResolveAppFolder(in), "/h/.local/share/wicker");
+    env.vars["HOME"] = "h";
+    in.env = env;
+    EXPECT_TRUE(ResolveAppFolder(in).is_absolute());
 }
 
 } // namespace

@@ -42,5 +42,29 @@ TEST(Cp1252, RoundTripsEverythingItHas) {
     EXPECT_EQ(Cp1252ToUtf8("\x80\x99"), "€™");
 }
 
+TEST(Cp1252, RefusesOverlongAndSurrogateForms) {
+    struct Row {
+        const char* name;
+        std::string utf8;
+    };
+    const Row rows[] = {
+        {"overlong line feed", "a\xC0\x8A"
+                               "b"},
+        {"overlong NUL", "a\xC0\x80"
+                         "b"},
+        {"three-byte overlong slash", "a\xE0\x80\xAF"
+                                      "b"},
+        {"four-byte overlong", "a\xF0\x80\x80\xAF"
+                               "b"},
+        {"surrogate", "a\xED\xA0\x80"
+                      "b"},
+        {"past U+10FFFF", "a\xF4\x90\x80\x80"
+                          "b"},
+    };
+    for (const auto& r : rows) {
+        EXPECT_EQ(Utf8ToCp1252(r.utf8), "a?b") << r.name;
+    }
+}
+
 } // namespace
 } // namespace wicker

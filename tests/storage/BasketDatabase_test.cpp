@@ -208,6 +208,32 @@ TEST_F(BasketDatabaseTest, BadLegacyBasketStopsTheImportWithAMessage) {
     EXPECT_EQ(boxes.shown()[1].title, "Error loading file.");
 }
 
+TEST_F(BasketDatabaseTest, LegacyBasketFilesMustBeRegularFilesInsideTheDataFolder) {
+    const test::TempDir outside;
+    WriteFile(outside / "secret.txt", "IBM,1,NYSE");
+    struct Row {
+        const char* name;
+        std::string named;
+    };
+    const Row rows[] = {
+        {"a device", "/dev/zero"},
+        {"a file outside", (outside / "secret.txt").string()},
+        {"a way out", "../../" + outside.path().filename().string() + "/secret.txt"},
+        {"a folder", "."}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        const test::TempDir data;
+        WriteFile(data / "Baskets/basket.txt", "Bad,B," + r.named + ",1\r\n");
+        boxes.clear();
+        auto opened = OpenBasketDatabase(data.path(), boxes);
+        ASSERT_TRUE(opened);
+        EXPECT_EQ(Column(*opened.value().db, "SELECT strSym FROM tblBasketDetails", "strSym"),
+                  Strings{});
+        ASSERT_EQ(boxes.shown().size(), 2u); // the missing account file, then this
+        EXPECT_NE(boxes.shown()[1].text.find("imported only in part"), std::string::npos);
+    }
+}
+
 TEST_F(BasketDatabaseTest, SaveBasketDetailsReplacesRowsAndSkipsRefusedOnes) {
     auto s = Start();
     Database& db = *s.db;

@@ -51,6 +51,14 @@ TEST(TranslateJet, OneStatementPerCall) {
     EXPECT_NO_THROW(TranslateJet("SELECT 'a;b' FROM t"));
 }
 
+TEST(TranslateJet, MalformedTextSizesAreDatabaseErrors) {
+    for (const char* size : {".5", "99999999999", "0", "256", "-1", "1e2", "", " "}) {
+        const std::string sql = std::string("ALTER TABLE t ADD COLUMN d Text(") + size + ")";
+        EXPECT_EQ(DbErrorOf([&] { TranslateJet(sql); }), dberr::SyntaxError) << sql;
+    }
+    EXPECT_NO_THROW(TranslateJet("ALTER TABLE t ADD COLUMN d Text(255)"));
+}
+
 TEST(TranslateJet, AlterColumnBecomesARebuildRequest) {
     const auto st = TranslateJet("ALTER TABLE tblBasketDetails ALTER COLUMN intQty Double");
     ASSERT_TRUE(st.alterColumn.has_value());

@@ -171,6 +171,42 @@ TEST_F(SettingsTest, UnconvertibleValuesKeepTheirDefaults) {
     EXPECT_EQ(s.stockColumnWidths[2], 80);
 }
 
+TEST_F(SettingsTest, DecimalsOutsideWhatAPriceCanShowReadAsTwoAndAreReported) {
+    struct Row {
+        const char* value;
+        int16_t read;
+        bool reported;
+    };
+    const Row rows[] = {{"0", 0, false}, {"4", 4, false}, {"8", 8, false},
+                        {"9", 2, true},  {"-1", 2, true}, {"32767", 2, true}};
+    for (const Row& r : rows) {
+        const Settings s = Load(std::string("[Decimals]\r\nNumDecimals=") + r.value + "\r\n");
+        EXPECT_EQ(s.numDecimals, r.read) << r.value;
+        EXPECT_EQ(s.problems.size(), r.reported ? 1u : 0u) << r.value;
+    }
+}
+
+TEST_F(SettingsTest, LeftoverFilesOfAnInterruptedWriteAreRemovedAtTheStart) {
+    const Strings leftovers = {".basket.ini.0badf00d.tmp", ".basket.ini.12345678.tmp"};
+    const Strings others = {".basket.ini.tmp", ".basket.ini.1234567.tmp",
+                            ".basket.ini.ABCDEFGH.tmp", "basket.ini.12345678.tmp",
+                            ".other.ini.12345678.tmp"};
+    for (const auto& name : leftovers) {
+        test::WriteFile(dir / name, "[Decimals]\r\nNumDecimals=3\r\n");
+    }
+    for (const auto& name : others) {
+        test::WriteFile(dir / name, "x");
+    }
+    const Settings s = Load("[Decimals]\r\nNumDecimals=4\r\n");
+    EXPECT_EQ(s.numDecimals, 4);
+    for (const auto& name : leftovers) {
+        EXPECT_FALSE(fs::exists(dir / name)) << name;
+    }
+    for (const auto& name : others) {
+        EXPECT_TRUE(fs::exists(dir / name)) << name;
+    }
+}
+
 TEST_F(SettingsTest, InstallHookRunsForEveryVersionThatReadsZero) {
     test::WriteFile(file(), "[Install]\r\n4010=1\r\n4011=abc\r\n4013=0.4\r\n5010=1.5\r\n");
     Strings ran;

@@ -15,11 +15,44 @@ std::string Clean(const std::string& text) {
     return out;
 }
 
+// Cuts a last line that a crash left without its line end: the entry was never whole, and
+// the next entry appended to it would be lost inside it.
+void DropTornLine(const std::filesystem::path& file) {
+    std::error_code ec;
+    const std::uintmax_t size = std::filesystem::file_size(file, ec);
+    std::ifstream in(file, std::ios::binary);
+    if (ec || size == 0 || !in) {
+        return;
+    }
+    // The length up to and including the last line end, searched from the back.
+    std::uintmax_t keep = 0;
+    char chunk[4096];
+    for (std::uintmax_t end = size; end > 0 && keep == 0;) {
+        const std::uintmax_t from = end > sizeof chunk ? end - sizeof chunk : 0;
+        in.seekg(static_cast<std::streamoff>(from));
+        if (!in.read(chunk, static_cast<std::streamsize>(end - from))) {
+            return;
+        }
+        for (std::uintmax_t at = end - from; at > 0; --at) {
+            if (chunk[at - 1] == '\n') {
+                keep = from + at;
+                break;
+            }
+        }
+        end = from;
+    }
+    if (keep < size) {
+        in.close();
+        std::filesystem::resize_file(file, keep, ec);
+    }
+}
+
 } // namespace
 
 Result<MemoJournal> MemoJournal::Open(const std::filesystem::path& file) {
     std::error_code ec;
     std::filesystem::create_directories(file.parent_path(), ec);
+    DropTornLine(file);
     std::ofstream out(file, std::ios::binary | std::ios::app);
     if (!out) {
         return Error{"Cannot open the order memo journal " + file.string() + "."};

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <string>
 
 namespace wicker {
 namespace {
@@ -44,7 +45,8 @@ std::optional<PasteTable> ProcessInputText(std::string_view text) {
     lines.erase(std::remove(lines.begin(), lines.end(), kCr), lines.end());
 
     PasteTable table;
-    table.reserve(static_cast<size_t>(std::count(lines.begin(), lines.end(), kLf)));
+    table.reserve(std::min(static_cast<size_t>(std::count(lines.begin(), lines.end(), kLf)),
+                           kMaxPasteLines + 1));
     const std::string_view all(lines);
     size_t start = 0;
     // Only pieces ended by a line feed are kept: the piece after the last one is dropped.
@@ -54,6 +56,9 @@ std::optional<PasteTable> ProcessInputText(std::string_view text) {
             return std::nullopt;
         }
         table.push_back(std::move(*row));
+        if (table.size() > kMaxPasteLines) {
+            break; // enough to refuse the paste
+        }
         start = end + 1;
     }
     return table;
@@ -92,8 +97,19 @@ std::vector<StockLine> PastedLines(const PasteTable& table) {
     return lines;
 }
 
+std::string PasteTooLongMessage() {
+    return "The data you wish to paste has more than " + std::to_string(kMaxPasteLines) +
+           " lines. A basket holds at most " + std::to_string(kMaxPasteLines) +
+           " lines, so that the main screen can quote, calculate and send them without "
+           "stalling. Nothing was pasted; please paste the list in parts, as several baskets.";
+}
+
 bool PasteInputText(const PasteTable& table,
                     const std::function<void(std::vector<StockLine>)>& load, MessageBoxes& boxes) {
+    if (table.size() > kMaxPasteLines) {
+        boxes.show(PasteTooLongMessage(), 48, "");
+        return false;
+    }
     try {
         load(PastedLines(table));
     } catch (const std::exception&) {

@@ -24,10 +24,18 @@ using PasteTable = std::vector<PasteRow>;
 inline constexpr std::string_view PasteFormatMessage =
     "The data you wish to paste is not formatted correctly.";
 
+/// Most lines one paste loads. Every pasted line is quoted, calculated and drawn on the
+/// main screen at once; far beyond this the screen stops answering and the memory runs out.
+inline constexpr size_t kMaxPasteLines = 10000;
+
+/// Shown when a paste has more lines than kMaxPasteLines; nothing is loaded then.
+std::string PasteTooLongMessage();
+
 /// ProcessInputText: parses tab-separated lines (clipboard or dropped text) into the paste
 /// table. Refused (nullopt) when the text lacks a carriage return, a line feed or a tab, or
 /// when a kept line has no tab. The piece after the last line feed is never kept: text
 /// copied from a spreadsheet ends with a line break, and a last line without one is lost.
+/// Stops after kMaxPasteLines + 1 lines, so an oversized paste costs little memory.
 std::optional<PasteTable> ProcessInputText(std::string_view text);
 
 /// Clipboard or dropped text with every line feed preceded by a carriage return. Desktops
@@ -42,7 +50,9 @@ std::vector<StockLine> PastedLines(const PasteTable& table);
 
 /// PasteInputText: hands the pasted lines to `load`, which replaces the loaded basket by
 /// them (unsaved basket, lines, quotes, recalculation, the name "Basket"). When `load`
-/// throws, the lines it took stay and PasteFormatMessage is shown. False after an error.
+/// throws, the lines it took stay and PasteFormatMessage is shown. A table longer than
+/// kMaxPasteLines is refused with PasteTooLongMessage before anything is loaded. False
+/// after an error.
 bool PasteInputText(const PasteTable& table,
                     const std::function<void(std::vector<StockLine>)>& load, MessageBoxes& boxes);
 

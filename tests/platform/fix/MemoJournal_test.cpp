@@ -39,6 +39,14 @@ TEST(MemoJournal, BrokenAndForeignLinesAreSkipped) {
                           "A-3\tM-3-/bs"); // cut short by a crash
     EXPECT_EQ(MemoJournal::Read(file), (Entries{{"A-1", "M-1-/bskt"}, {"A-2", ""}}));
     EXPECT_TRUE(MemoJournal::Read(dir / "missing.txt").empty());
+    // The next run's first entry is not swallowed by the line the crash cut short.
+    {
+        Result<MemoJournal> j = MemoJournal::Open(file);
+        ASSERT_TRUE(j.ok());
+        j.value().append("A-4", "M-4-/bskt");
+    }
+    EXPECT_EQ(MemoJournal::Read(file),
+              (Entries{{"A-1", "M-1-/bskt"}, {"A-2", ""}, {"A-4", "M-4-/bskt"}}));
 }
 
 TEST(MemoJournal, SeparatorsInsideTextCannotSplitALine) {

@@ -1,6 +1,7 @@
 #include "platform/fix/engine/FixConvert.h"
 
 #include <memory>
+#include <string>
 
 #include <quickfix/DataDictionary.h>
 #include <quickfix/FixFields.h>
@@ -39,6 +40,15 @@ std::vector<FixField> FieldsOf(const FIX::FieldMap& map) {
     return out;
 }
 
+// A sequence number of 1 to 9 digits; 0 (no usable number) for anything else.
+int SeqNumOf(const std::string& text) {
+    if (text.empty() || text.size() > 9 ||
+        text.find_first_not_of("0123456789") != std::string::npos) {
+        return 0;
+    }
+    return std::stoi(text);
+}
+
 } // namespace
 
 FIX::Message ToQuickFix(const FixMessage& message, const std::string& beginString) {
@@ -70,9 +80,9 @@ FixMessage FromQuickFix(const FIX::Message& message) {
     if (header.getFieldIfSet(msgType)) {
         out.msgType = msgType.getValue();
     }
-    FIX::MsgSeqNum seq;
-    if (header.getFieldIfSet(seq)) {
-        out.msgSeqNum = seq.getValue();
+    // Read as text: QuickFIX's own conversion overflows on a number past int's range.
+    if (header.isSetField(FIX::FIELD::MsgSeqNum)) {
+        out.msgSeqNum = SeqNumOf(header.getField(FIX::FIELD::MsgSeqNum));
     }
     FIX::PossDupFlag possDup;
     if (header.getFieldIfSet(possDup)) {
