@@ -6,7 +6,11 @@
 #include "storage/JetSql.h"
 #include "storage/TextFile.h"
 
+#include <cerrno>
+#include <cstring>
+#include <fcntl.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace wicker {
 namespace {
@@ -102,6 +106,21 @@ std::string Describe(const std::exception& e) {
     return e.what();
 }
 
+// The finished file reaches the disk before it takes the real name.
+void SyncToDisk(const std::filesystem::path& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0 || ::fsync(fd) != 0) {
+        const int why = errno;
+        if (fd >= 0) {
+            ::close(fd);
+        }
+        throw DbError("Database " + path.string() + " could not be written to the disk (" +
+                          std::strerror(why) + ").",
+                      kUnspecifiedFailure);
+    }
+    ::close(fd);
+}
+
 } // namespace
 
 bool DatabaseFileUsable(const std::filesystem::path& path) {
@@ -121,6 +140,10 @@ void CreateBasketDatabase(const std::filesystem::path& path,
     }
     try {
         auto db = Database::Create(tmp);
+        // Nothing reads the file before it is complete, and a crash leaves only the
+        // temporary file: no disk journal, no syncs while it is built; one sync below.
+        db->ExecuteSql("PRAGMA journal_mode = MEMORY");
+        db->ExecuteSql("PRAGMA synchronous = OFF");
         Database::Transaction tx(*db);
         for (const auto& table : Schema()) {
             std::string sql = "CREATE TABLE \"" + std::string(table.name) + "\" (";
@@ -137,6 +160,7 @@ void CreateBasketDatabase(const std::filesystem::path& path,
         std::filesystem::remove(tmp, ec);
         throw;
     }
+    SyncToDisk(tmp);
     // A zero-length file under the real name is what we replace; anything else stays.
     if (DatabaseFileUsable(path)) {
         std::filesystem::remove(tmp, ec);
@@ -300,6 +324,9 @@ Result<DatabaseStartup> OpenBasketDatabase(const std::filesystem::path& appFolde
                     filling = true;
                     FillNewDatabase(db, appFolder, boxes, progress);
                     filling = false;
+                    // The new file climbs the whole ladder before it is put in place too.
+                    out.versionFound = GetDbVersion(db, boxes);
+                    out.stepsRun = RunVersionLadder(db, out.versionFound);
                 });
             } catch (const std::exception& e) {
                 if (!filling) {
@@ -316,8 +343,10 @@ Result<DatabaseStartup> OpenBasketDatabase(const std::filesystem::path& appFolde
                      "is.\n\n" +
                      e.what()};
     }
-    out.versionFound = GetDbVersion(*out.db, boxes);
-    out.stepsRun = RunVersionLadder(*out.db, out.versionFound);
+    if (!out.created) {
+        out.versionFound = GetDbVersion(*out.db, boxes);
+        out.stepsRun = RunVersionLadder(*out.db, out.versionFound);
+    }
     return out;
 }
 
