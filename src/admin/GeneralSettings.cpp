@@ -309,6 +309,7 @@ GeneralSettings LoadGeneralSettings(const Settings& screen, const fs::path& appF
     v.beforeSending = screen.beforeSending;
     v.beforeCancel = screen.beforeCancel;
     v.beforeChange = screen.beforeChange;
+    v.beforeExit = screen.beforeExit;
     v.reserveQuantity = std::to_string(screen.reserveQuantity);
     v.reserveEnabled = screen.reserveEnabled;
     v.numDecimals = screen.numDecimals;
@@ -441,6 +442,7 @@ Result<void> SaveGeneralSettings(const fs::path& appFolder, const GeneralSetting
         {s(kConfirmation), s(kBeforeSending), Flag(v.beforeSending)},
         {s(kConfirmation), s(kBeforeCancel), Flag(v.beforeCancel)},
         {s(kConfirmation), s(kBeforeChange), Flag(v.beforeChange)},
+        {s(kConfirmation), s(kBeforeExit), Flag(v.beforeExit)},
         {s(kDisplaySettings), s(kBasketButtons), Flag(v.basketButtons)},
         {s(kBasketInfo), s(kDisplay), Flag(v.basketInfoDisplay)},
         {s(kBasketInfo), s(kShowAll), Flag(v.basketInfoShowAll)},
@@ -464,6 +466,7 @@ void ApplyGeneralSettings(const GeneralSettings& v, Settings& screen) {
     screen.beforeSending = v.beforeSending;
     screen.beforeCancel = v.beforeCancel;
     screen.beforeChange = v.beforeChange;
+    screen.beforeExit = v.beforeExit;
     screen.reserveQuantity = Parse<int32_t>(v.reserveQuantity).value_or(screen.reserveQuantity);
     screen.reserveEnabled = v.reserveEnabled;
     screen.numDecimals = static_cast<int16_t>(v.numDecimals);

@@ -48,6 +48,7 @@ struct GeneralSettings {
     bool beforeSending = false;
     bool beforeCancel = false;
     bool beforeChange = false;
+    bool beforeExit = true;
     std::string reserveQuantity = "100";
     bool reserveEnabled = false;
     int32_t numDecimals = 2; ///< 2, 3 or 4

@@ -4,6 +4,7 @@
 #include "common/AppFolder.h"
 #include "common/Clock.h"
 #include "common/ui/QtMessageBoxes.h"
+#include "storage/FolderLock.h"
 #include "storage/IniFileIo.h"
 #include "trading/TradingDesk.h"
 #include "trading/ui/frmMain.h"
@@ -40,6 +41,7 @@ public:
         const bool second = request.defaultButton == MsgDefault::Second;
         switch (request.buttons) {
         case MsgButtons::YesNo:
+        case MsgButtons::YesNoCancel:
             return second ? MsgAnswer::No : MsgAnswer::Yes;
         case MsgButtons::OkCancel:
             return second ? MsgAnswer::Cancel : MsgAnswer::Ok;
@@ -74,6 +76,11 @@ int Run(int argc, char** argv, const CommandLine& cl) {
     if (ec || !std::filesystem::is_directory(folder)) {
         return Fail(boxes, "The data folder " + folder.string() +
                                " cannot be created: " + ec.message() + ".");
+    }
+    // Taken before any file of the folder is opened for writing, held until Run returns.
+    Result<FolderLock> lock = FolderLock::Acquire(folder);
+    if (!lock) {
+        return Fail(boxes, lock.error().message);
     }
     // A settings file that cannot be read is left exactly as it is: no start, no write.
     const IniFileContent ini = ReadIniFile(folder / "basket.ini");

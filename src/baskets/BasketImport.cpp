@@ -28,10 +28,28 @@ std::string LinesText(uint64_t n) {
 BasketFileImport::BasketFileImport(Database& db, int32_t basketNum, std::string basketName,
                                    std::unique_ptr<BasketFileReader> reader,
                                    std::string listedDestination, std::string otcDestination,
-                                   const std::vector<std::string>& validDestinations)
+                                   const std::vector<std::string>& validDestinations,
+                                   std::unique_ptr<Database::Transaction> whole)
     : m_db(db), m_basketNum(basketNum), m_basketName(std::move(basketName)),
       m_reader(std::move(reader)), m_listed(std::move(listedDestination)),
-      m_otc(std::move(otcDestination)), m_invalid(validDestinations) {}
+      m_otc(std::move(otcDestination)), m_invalid(validDestinations), m_whole(std::move(whole)) {}
+
+BasketFileImport::~BasketFileImport() {
+    if (finished()) {
+        try {
+            commitWhole(); // a cancel that was never followed by another step
+        } catch (const std::exception&) {
+            // The transaction's own destructor rolls back: no basket rather than a short one.
+        }
+    }
+}
+
+void BasketFileImport::commitWhole() {
+    if (m_whole) {
+        m_whole->commit();
+        m_whole.reset();
+    }
+}
 
 void BasketFileImport::importLine(BasketFileLine& line) {
     if (line.overlong) {
@@ -53,6 +71,7 @@ void BasketFileImport::importLine(BasketFileLine& line) {
 
 bool BasketFileImport::step(size_t maxLines) {
     if (finished()) {
+        commitWhole();
         return false;
     }
     uint64_t stored = 0;
@@ -78,11 +97,16 @@ bool BasketFileImport::step(size_t maxLines) {
         // The step's transaction failed: none of its lines is stored.
         m_atEnd = false;
         m_failure = ImportFailure{m_linesImported + 1, OrdinaryErrorText(e)};
+        commitWhole();
         return false;
     }
     m_linesImported += stored;
     m_failure = std::move(failure);
-    return !finished();
+    if (finished()) {
+        commitWhole(); // a bad line keeps the lines before it, so the basket is stored
+        return false;
+    }
+    return true;
 }
 
 std::unique_ptr<BasketFileImport> StartBasketImport(Database& db, MessageBoxes& boxes,
@@ -122,6 +146,8 @@ std::unique_ptr<BasketFileImport> StartBasketImport(Database& db, MessageBoxes& 
             focus = ImportFocus::BasketName;
             return nullptr;
         }
+        // The row and every line go to disk together, when the import ends.
+        auto whole = std::make_unique<Database::Transaction>(db);
         db.ExecuteSql(
             "INSERT INTO tblBaskets(strBasketName, strButtonName, intOnButton, chType) VALUES('" +
             name + "','" + SqlText(request.buttonName) + "',0,'B')");
@@ -129,6 +155,7 @@ std::unique_ptr<BasketFileImport> StartBasketImport(Database& db, MessageBoxes& 
                                    name + "'");
         if (rs.IsEOF()) {
             // No runtime error is pending here: its number and text read 0 and empty.
+            whole->commit(); // the basket row stays, as it always did
             boxes.show("Cound not retrieve basket number of imported basket. Import not "
                        "complete.\n0 ",
                        0, "Basket Import Error.");
@@ -136,7 +163,7 @@ std::unique_ptr<BasketFileImport> StartBasketImport(Database& db, MessageBoxes& 
         }
         return std::make_unique<BasketFileImport>(
             db, rs.Field("intBasketNum").toLong(), request.basketName, std::move(reader),
-            request.listedDestination, request.otcDestination, valid);
+            request.listedDestination, request.otcDestination, valid, std::move(whole));
     } catch (const std::exception& e) {
         ShowOrdinaryError(boxes, e);
         return nullptr;

@@ -33,13 +33,21 @@ struct ImportFailure {
 };
 
 /// Reads the lines of a basket file into an existing basket, a few at a time so a screen
-/// can show progress and stay responsive. Each step runs in one transaction. The first
-/// line that cannot be stored stops the import; the lines before it stay stored.
+/// can show progress and stay responsive. The first line that cannot be stored stops the
+/// import; the lines before it stay stored.
+/// Given `whole`, the transaction that wrote the basket row, the basket and its lines
+/// become durable together only when the import ends (at the end of the file, on a bad
+/// line, on cancel): a program that dies half-way leaves no basket at all, never a short
+/// one that looks whole. Destroyed before it ended, it stores nothing.
 class BasketFileImport {
 public:
     BasketFileImport(Database& db, int32_t basketNum, std::string basketName,
                      std::unique_ptr<BasketFileReader> reader, std::string listedDestination,
-                     std::string otcDestination, const std::vector<std::string>& validDestinations);
+                     std::string otcDestination, const std::vector<std::string>& validDestinations,
+                     std::unique_ptr<Database::Transaction> whole = nullptr);
+    ~BasketFileImport();
+    BasketFileImport(const BasketFileImport&) = delete;
+    BasketFileImport& operator=(const BasketFileImport&) = delete;
 
     /// Imports up to `maxLines` more lines; true while more work remains.
     bool step(size_t maxLines);
@@ -63,6 +71,7 @@ public:
 
 private:
     void importLine(BasketFileLine& line);
+    void commitWhole();
 
     Database& m_db;
     int32_t m_basketNum;
@@ -76,6 +85,7 @@ private:
     uint64_t m_linesImported = 0;
     bool m_atEnd = false;
     bool m_cancelled = false;
+    std::unique_ptr<Database::Transaction> m_whole;
 };
 
 /// Steps before the lines: checks the three boxes, opens the file, refuses a name that

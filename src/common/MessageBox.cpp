@@ -10,6 +10,9 @@ MessageRequest MessageFromFlags(const std::string& text, int flags, const std::s
     case 1:
         r.buttons = MsgButtons::OkCancel;
         break;
+    case 3:
+        r.buttons = MsgButtons::YesNoCancel;
+        break;
     case 4:
         r.buttons = MsgButtons::YesNo;
         break;

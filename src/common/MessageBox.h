@@ -4,7 +4,8 @@
 
 namespace wicker {
 
-enum class MsgButtons { Ok, OkCancel, YesNo };
+/// YesNoCancel: Escape answers Cancel; the default button is Yes or No as asked.
+enum class MsgButtons { Ok, OkCancel, YesNo, YesNoCancel };
 enum class MsgIcon { None, Critical, Question, Exclamation, Information };
 enum class MsgDefault { First, Second };
 enum class MsgAnswer { Ok, Cancel, Yes, No };
@@ -26,8 +27,8 @@ public:
     virtual ~MessageBoxes() = default;
     virtual MsgAnswer show(const MessageRequest& request) = 0;
 
-    /// The classic flag form: 0 OK, 1 OK/Cancel, 4 Yes/No; +16 critical, +32 question,
-    /// +48 exclamation, +64 information; +256 second button default (292 = Yes/No,
+    /// The classic flag form: 0 OK, 1 OK/Cancel, 3 Yes/No/Cancel, 4 Yes/No; +16 critical, +32
+    /// question, +48 exclamation, +64 information; +256 second button default (292 = Yes/No,
     /// question, No default).
     MsgAnswer show(const std::string& text, int flags, const std::string& title);
 };

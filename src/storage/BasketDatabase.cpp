@@ -6,8 +6,13 @@
 #include "storage/JetSql.h"
 #include "storage/TextFile.h"
 
+#include <cerrno>
+#include <cstring>
 #include <stdexcept>
+
+#include <fcntl.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace wicker {
 namespace {
@@ -103,6 +108,21 @@ std::string Describe(const std::exception& e) {
     return e.what();
 }
 
+// The finished file reaches the disk before it takes the real name.
+void SyncToDisk(const std::filesystem::path& path) {
+    const int fd = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+    if (fd < 0 || ::fsync(fd) != 0) {
+        const int why = errno;
+        if (fd >= 0) {
+            ::close(fd);
+        }
+        throw DbError("Database " + path.string() + " could not be written to the disk (" +
+                          std::strerror(why) + ").",
+                      kUnspecifiedFailure);
+    }
+    ::close(fd);
+}
+
 } // namespace
 
 bool DatabaseFileUsable(const std::filesystem::path& path) {
@@ -111,12 +131,22 @@ bool DatabaseFileUsable(const std::filesystem::path& path) {
     return !ec && size >= 1;
 }
 
-void CreateBasketDatabase(const std::filesystem::path& path) {
+void CreateBasketDatabase(const std::filesystem::path& path,
+                          const std::function<void(Database&)>& fill) {
     const std::filesystem::path tmp = path.string() + ".creating";
     std::error_code ec;
-    std::filesystem::remove(tmp, ec);
-    {
+    // Left by a start that was stopped half-way. Its journal must go too: SQLite would
+    // otherwise play it back into the new file.
+    for (const char* suffix : {"", "-journal", "-wal", "-shm"}) {
+        std::filesystem::remove(tmp.string() + suffix, ec);
+    }
+    try {
         auto db = Database::Create(tmp);
+        // Nothing reads the file before it is complete, and a crash leaves only the
+        // temporary file: no disk journal, no syncs while it is built; one sync below.
+        db->ExecuteSql("PRAGMA journal_mode = MEMORY");
+        db->ExecuteSql("PRAGMA synchronous = OFF");
+        Database::Transaction tx(*db);
         for (const auto& table : Schema()) {
             std::string sql = "CREATE TABLE \"" + std::string(table.name) + "\" (";
             for (size_t i = 0; i < table.columns.size(); ++i) {
@@ -124,7 +154,15 @@ void CreateBasketDatabase(const std::filesystem::path& path) {
             }
             db->ExecuteSql(sql + ")");
         }
+        if (fill) {
+            fill(*db);
+        }
+        tx.commit();
+    } catch (...) {
+        std::filesystem::remove(tmp, ec);
+        throw;
     }
+    SyncToDisk(tmp);
     // A zero-length file under the real name is what we replace; anything else stays.
     if (DatabaseFileUsable(path)) {
         std::filesystem::remove(tmp, ec);
@@ -170,9 +208,14 @@ void ImportLegacyAccounts(Database& db, const std::filesystem::path& appFolder,
     }
 }
 
-void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder) {
+void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder, Progress* progress) {
     const auto folder = appFolder / "Baskets";
-    for (const auto& line : ReadTextLines(folder / "basket.txt")) {
+    const std::vector<std::string> index = ReadTextLines(folder / "basket.txt");
+    for (size_t n = 0; n < index.size(); ++n) {
+        if (progress) {
+            progress->advance("Importing the old baskets", n, index.size());
+        }
+        const std::string& line = index[n];
         const auto f = Split(line, ",");
         if (f.size() != 4) {
             continue;
@@ -200,6 +243,9 @@ void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder) {
                 std::to_string(basketNum) + ",'" + SqlText(r[0]) + "'," + SqlNumber(r[1]) + ",'" +
                 SqlText(r[2]) + "')");
         }
+    }
+    if (progress) {
+        progress->advance("Importing the old baskets", index.size(), index.size());
     }
 }
 
@@ -243,15 +289,59 @@ std::vector<std::string> RunVersionLadder(Database& db, const std::string& versi
     return ran;
 }
 
+namespace {
+
+// What a new file holds before it is put in place. Failures of the legacy baskets are
+// told and the rest of the start goes on, as they always did; the rows before the
+// failure stay.
+void FillNewDatabase(Database& db, const std::filesystem::path& appFolder, MessageBoxes& boxes,
+                     Progress* progress) {
+    CreateInitialData(db);
+    ImportLegacyAccounts(db, appFolder, boxes);
+    try {
+        ImportLegacyBaskets(db, appFolder, progress);
+    } catch (const RuntimeError& e) {
+        // A new user has no legacy baskets: that is not worth a message.
+        if (e.number() != err::FileNotFound ||
+            std::filesystem::exists(appFolder / "Baskets" / "basket.txt")) {
+            boxes.show("The old basket files in " + (appFolder / "Baskets").string() +
+                           " were imported only in part: " + Describe(e),
+                       48, "Error loading file.");
+        }
+    } catch (const std::exception& e) {
+        boxes.show("The old basket files in " + (appFolder / "Baskets").string() +
+                       " were imported only in part: " + Describe(e),
+                   48, "Error loading file.");
+    }
+}
+
+} // namespace
+
 Result<DatabaseStartup> OpenBasketDatabase(const std::filesystem::path& appFolder,
-                                           MessageBoxes& boxes) {
+                                           MessageBoxes& boxes, Progress* progress) {
     const auto path = appFolder / "baskets.mdb";
     DatabaseStartup out;
     try {
         std::filesystem::create_directories(appFolder);
         if (!DatabaseFileUsable(path)) {
             out.created = true;
-            CreateBasketDatabase(path);
+            bool filling = false;
+            try {
+                CreateBasketDatabase(path, [&](Database& db) {
+                    filling = true;
+                    FillNewDatabase(db, appFolder, boxes, progress);
+                    filling = false;
+                    // The new file climbs the whole ladder before it is put in place too.
+                    out.versionFound = GetDbVersion(db, boxes);
+                    out.stepsRun = RunVersionLadder(db, out.versionFound);
+                });
+            } catch (const std::exception& e) {
+                if (!filling) {
+                    throw;
+                }
+                return Error{"The new basket database " + path.string() +
+                             " could not be filled with its initial data.\n\n" + e.what()};
+            }
         }
         out.db = Database::Open(path);
     } catch (const std::exception& e) {
@@ -260,32 +350,10 @@ Result<DatabaseStartup> OpenBasketDatabase(const std::filesystem::path& appFolde
                      "is.\n\n" +
                      e.what()};
     }
-    if (out.created) {
-        try {
-            CreateInitialData(*out.db);
-        } catch (const std::exception& e) {
-            return Error{"The new basket database " + path.string() +
-                         " could not be filled with its initial data.\n\n" + e.what()};
-        }
-        ImportLegacyAccounts(*out.db, appFolder, boxes);
-        try {
-            ImportLegacyBaskets(*out.db, appFolder);
-        } catch (const RuntimeError& e) {
-            // A new user has no legacy baskets: that is not worth a message.
-            if (e.number() != err::FileNotFound ||
-                std::filesystem::exists(appFolder / "Baskets" / "basket.txt")) {
-                boxes.show("The old basket files in " + (appFolder / "Baskets").string() +
-                               " were imported only in part: " + Describe(e),
-                           48, "Error loading file.");
-            }
-        } catch (const std::exception& e) {
-            boxes.show("The old basket files in " + (appFolder / "Baskets").string() +
-                           " were imported only in part: " + Describe(e),
-                       48, "Error loading file.");
-        }
+    if (!out.created) {
+        out.versionFound = GetDbVersion(*out.db, boxes);
+        out.stepsRun = RunVersionLadder(*out.db, out.versionFound);
     }
-    out.versionFound = GetDbVersion(*out.db, boxes);
-    out.stepsRun = RunVersionLadder(*out.db, out.versionFound);
     return out;
 }
 

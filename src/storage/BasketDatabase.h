@@ -1,10 +1,12 @@
 #pragma once
 
 #include "common/MessageBox.h"
+#include "common/Progress.h"
 #include "common/Result.h"
 #include "storage/Database.h"
 
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -22,16 +24,20 @@ struct DatabaseStartup {
 /// The whole start-up of baskets.mdb in the application folder: create when missing or
 /// empty (initial data and legacy import then), open, walk the version ladder.
 /// A file that exists, is not empty and is not a database is never written: the
-/// result is an Error naming the file.
+/// result is an Error naming the file. A new file gets its initial data and the legacy
+/// import before it is put in place (see CreateBasketDatabase); `progress` hears how the
+/// legacy import advances.
 Result<DatabaseStartup> OpenBasketDatabase(const std::filesystem::path& appFolder,
-                                           MessageBoxes& boxes);
+                                           MessageBoxes& boxes, Progress* progress = nullptr);
 
 /// True when the file exists and holds at least one byte.
 bool DatabaseFileUsable(const std::filesystem::path& path);
 
-/// Creates the file with the six tables (written to a temporary file first, so an
-/// interrupted creation never leaves a half-made database under the real name).
-void CreateBasketDatabase(const std::filesystem::path& path);
+/// Creates the file with the six tables, then lets `fill` write its first rows, all in one
+/// transaction in a temporary file that is renamed to `path` only when complete: a start
+/// stopped half-way leaves no database, so the next start builds it again.
+void CreateBasketDatabase(const std::filesystem::path& path,
+                          const std::function<void(Database&)>& fill = {});
 
 /// Steps of the start-up, each on the open connection.
 std::string GetDbVersion(Database& db, MessageBoxes& boxes);
@@ -40,7 +46,8 @@ void ImportLegacyAccounts(Database& db, const std::filesystem::path& appFolder,
                           MessageBoxes& boxes);
 /// Throws (RuntimeError, DbError, std::runtime_error) on the first failure; rows
 /// already inserted stay.
-void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder);
+void ImportLegacyBaskets(Database& db, const std::filesystem::path& appFolder,
+                         Progress* progress = nullptr);
 void UpgradeTo121(Database& db);
 void UpgradeTo4010(Database& db);
 void UpgradeTo4013(Database& db);

@@ -76,6 +76,12 @@ void ProbeSchema(sqlite3* db, const std::filesystem::path& path) {
     if (rc != SQLITE_OK) {
         std::string msg = err ? err : sqlite3_errstr(rc);
         sqlite3_free(err);
+        // A lock held by another program says nothing about what the file is.
+        if (rc == SQLITE_BUSY || rc == SQLITE_LOCKED) {
+            throw DbError(path.string() + " is in use by another program, which holds it locked (" +
+                              msg + "). Close that program and start again.",
+                          dberr::Unspecified);
+        }
         throw DbError(path.string() + " is not a basket database (" + msg + ")",
                       dberr::Unspecified);
     }

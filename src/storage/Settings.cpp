@@ -176,6 +176,7 @@ void ReadLayout(Reader& r, Settings& s) {
     r.flag(keys::kConfirmation, keys::kBeforeSending, "0", s.beforeSending);
     r.flag(keys::kConfirmation, keys::kBeforeCancel, "0", s.beforeCancel);
     r.flag(keys::kConfirmation, keys::kBeforeChange, "0", s.beforeChange);
+    r.flag(keys::kConfirmation, keys::kBeforeExit, "1", s.beforeExit);
 }
 
 // The basket sequence restarts on the first start of a day; the trade sequence never

@@ -56,6 +56,7 @@ struct Settings {
     bool beforeSending = false;
     bool beforeCancel = false;
     bool beforeChange = false;
+    bool beforeExit = true;           ///< ask before exiting with open orders
     std::string curDate = "00000000"; ///< "yyyymmdd" of the last basket-number reset
     int16_t seqNum = 1;               ///< next trade sequence number
     int16_t basketNum = 1;            ///< next basket sequence number

@@ -52,6 +52,8 @@ inline constexpr std::string_view kConfirmation = "Confirmation";
 inline constexpr std::string_view kBeforeSending = "BeforeSending";
 inline constexpr std::string_view kBeforeCancel = "BeforeCancel";
 inline constexpr std::string_view kBeforeChange = "BeforeChange";
+/// Ask before the program ends while orders are open ("1" unless switched off).
+inline constexpr std::string_view kBeforeExit = "BeforeExit";
 
 inline constexpr std::string_view kSequence = "Sequence";
 inline constexpr std::string_view kCurDate = "CurDate";

@@ -7,6 +7,7 @@
 #include "trading/basket/BasketIndexValue.h"
 #include "trading/basket/FieldSpinners.h"
 #include "trading/orders/BasketOrderIds.h"
+#include "trading/orders/ExitWithOpenOrders.h"
 
 #include <exception>
 #include <utility>
@@ -34,7 +35,7 @@ TradingDesk::~TradingDesk() = default;
 
 // Start and end ----------------------------------------------------------------------------
 
-Result<void> TradingDesk::FormLoad() {
+Result<void> TradingDesk::FormLoad(Progress* progress) {
     if (m_db) {
         return {};
     }
@@ -42,7 +43,7 @@ Result<void> TradingDesk::FormLoad() {
     m_creatingDatabase = false;
     m_loadingSettings = false;
     try {
-        Result<DatabaseStartup> started = OpenBasketDatabase(m_appFolder, m_boxes);
+        Result<DatabaseStartup> started = OpenBasketDatabase(m_appFolder, m_boxes, progress);
         if (!started) {
             return started.error();
         }
@@ -153,6 +154,8 @@ void TradingDesk::FormUnload() {
         return;
     }
     m_unloaded = true;
+    // What the last moments changed (cancels at exit included) is kept for the next start.
+    m_records.SaveChanges();
     if (m_db) {
         m_settings.divisors = m_indexes.Divisors();
         m_settings.indexTypes = m_indexes.IndexTypes();
@@ -163,6 +166,14 @@ void TradingDesk::FormUnload() {
     }
     ClearBasket();
     m_registrations.DropAll();
+}
+
+bool TradingDesk::ConfirmExit() {
+    bool mayEnd = false;
+    RunGuarded([&] {
+        mayEnd = ConfirmExitWithOpenOrders(m_tracker, m_cancel, m_boxes, m_settings.beforeExit);
+    });
+    return mayEnd;
 }
 
 void TradingDesk::setScreenChanged(std::function<void(uint32_t)> screenChanged) {

@@ -3,6 +3,7 @@
 #include "baskets/MainScreenLink.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
+#include "common/Progress.h"
 #include "common/Result.h"
 #include "platform/Platform.h"
 #include "platform/QVXEvents.h"
@@ -71,11 +72,15 @@ public:
     /// list, accounts, quick-load buttons, EnableButtons(False), basket list, lvBaskets and
     /// the quote registrations of its symbols. An error (a file that is no database, ...)
     /// leaves the desk unusable; the window shows it and ends the program.
-    Result<void> FormLoad();
+    Result<void> FormLoad(Progress* progress = nullptr);
     /// Form_Unload: writes the layout and lists to the settings file (column positions,
     /// button display, column display, divisors, index types), clears the loaded basket
     /// and drops every quote registration. Safe to call twice.
     void FormUnload();
+    /// Before File > Exit or closing the window: asks what to do with open orders (when the
+    /// setting says so) and cancels them when told. True when the program may end; a cancel
+    /// that fails is shown and keeps the program running.
+    bool ConfirmExit();
     bool Loaded() const { return m_db != nullptr; }
     /// Names of the start-up steps in the order they ran.
     const std::vector<std::string>& StartupSteps() const { return m_startupSteps; }

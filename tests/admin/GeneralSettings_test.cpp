@@ -50,6 +50,7 @@ TEST_F(GeneralSettingsFile, EveryValueComesBackThroughTheStartUpLoader) {
     GeneralSettings v = loaded;
     v.shareRounding = 100;
     v.beforeSending = v.beforeCancel = v.beforeChange = true;
+    v.beforeExit = false;
     v.reserveQuantity = "300";
     v.reserveEnabled = true;
     v.numDecimals = 4;
@@ -69,6 +70,7 @@ TEST_F(GeneralSettingsFile, EveryValueComesBackThroughTheStartUpLoader) {
     const Settings s = LoadScreen();
     EXPECT_EQ(s.shareRounding, 100);
     EXPECT_TRUE(s.beforeSending && s.beforeCancel && s.beforeChange);
+    EXPECT_FALSE(s.beforeExit);
     EXPECT_EQ(s.reserveQuantity, 300);
     EXPECT_TRUE(s.reserveEnabled);
     EXPECT_EQ(s.numDecimals, 4);

@@ -2,6 +2,7 @@
 #include "baskets/BasketExport.h"
 #include "baskets/BasketImport.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/Subprocess.h"
 #include "support/TempDir.h"
 
 #include <fstream>
@@ -232,6 +233,25 @@ TEST_F(BasketImportTest, CancelKeepsTheLinesOfTheStepsDone) {
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text,
               "Import cancelled. Basket \"Imp\" was created with the first 20 lines of the file.");
+}
+
+TEST_F(BasketImportTest, KilledHalfWayLeavesNoBasketAndTheNextImportIsWhole) {
+    std::string bytes;
+    for (int i = 0; i < 1000; ++i) {
+        bytes += "S" + std::to_string(i) + ",1,NYSE\r\n";
+    }
+    const std::string path = file(bytes).string();
+    {
+        test::Subprocess killed({test::FolderTool(), "import", t.dir.path().string(), path, "300"});
+        ASSERT_TRUE(killed.waitFor("paused"));
+        killed.killHard();
+    }
+    EXPECT_EQ(t.count("tblBaskets"), 0);
+    EXPECT_EQ(t.count("tblBasketDetails"), 0);
+    test::Subprocess whole({test::FolderTool(), "import", t.dir.path().string(), path});
+    EXPECT_EQ(whole.wait(), 0);
+    EXPECT_EQ(t.count("tblBaskets"), 1);
+    EXPECT_EQ(t.count("tblBasketDetails"), 1000);
 }
 
 TEST_F(BasketImportTest, StepsAdvanceThroughTheFileToTheEnd) {

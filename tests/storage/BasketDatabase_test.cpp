@@ -2,9 +2,11 @@
 #include "storage/BasketDatabase.h"
 #include "storage/JetSql.h"
 #include "support/RecordingMessageBoxes.h"
+#include "support/Subprocess.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
+#include <sqlite3.h>
 
 namespace wicker {
 namespace {
@@ -157,6 +159,46 @@ TEST_F(BasketDatabaseTest, GarbageFileIsRefusedAndLeftUnchanged) {
     EXPECT_EQ(ReadFile(mdb()), garbage);
     EXPECT_FALSE(std::filesystem::exists(dir / "baskets.mdb.creating"));
     EXPECT_FALSE(std::filesystem::exists(dir / "baskets.mdb-journal"));
+}
+
+TEST_F(BasketDatabaseTest, DatabaseLockedByAnotherProgramIsInUseNotForeign) {
+    MakeOldDatabase("5010");
+    sqlite3* other = nullptr;
+    ASSERT_EQ(sqlite3_open(mdb().c_str(), &other), SQLITE_OK);
+    ASSERT_EQ(sqlite3_exec(other, "BEGIN EXCLUSIVE", nullptr, nullptr, nullptr), SQLITE_OK);
+    auto r = OpenBasketDatabase(dir.path(), boxes);
+    sqlite3_close(other);
+    ASSERT_FALSE(r);
+    EXPECT_NE(r.error().message.find("in use by another program"), std::string::npos)
+        << r.error().message;
+    EXPECT_EQ(r.error().message.find("not a basket database"), std::string::npos);
+}
+
+TEST_F(BasketDatabaseTest, FirstStartKilledDuringTheLegacyImportLeavesNoDatabase) {
+    std::string index;
+    for (int b = 0; b < 20; ++b) {
+        index += "B" + std::to_string(b) + ",C" + std::to_string(b) + ",b" + std::to_string(b) +
+                 ".txt,0\r\n";
+        WriteFile(dir / ("Baskets/b" + std::to_string(b) + ".txt"),
+                  "IBM,1,NYSE\r\nMSFT,2,INET\r\nT,3,NYSE\r\n");
+    }
+    WriteFile(dir / "Baskets/basket.txt", index);
+    WriteFile(dir / "account.txt", "ACC1\r\n");
+    {
+        test::Subprocess first({test::FolderTool(), "firststart", dir.path().string(), "10"});
+        ASSERT_TRUE(first.waitFor("paused"));
+        first.killHard();
+    }
+    EXPECT_FALSE(std::filesystem::exists(mdb()));
+    test::Subprocess again({test::FolderTool(), "firststart", dir.path().string()});
+    EXPECT_EQ(again.wait(), 0);
+    EXPECT_FALSE(std::filesystem::exists(dir / "baskets.mdb.creating"));
+    auto s = Start();
+    EXPECT_FALSE(s.created);
+    EXPECT_EQ(Column(*s.db, "SELECT count(*) AS n FROM tblBaskets", "n"), Strings{"20"});
+    EXPECT_EQ(Column(*s.db, "SELECT count(*) AS n FROM tblBasketDetails", "n"), Strings{"60"});
+    EXPECT_EQ(Column(*s.db, "SELECT strAcct FROM tblAccount", "strAcct"), Strings{"ACC1"});
+    EXPECT_EQ(s.versionFound, "5010");
 }
 
 TEST_F(BasketDatabaseTest, LegacyImportSkipsWrongFieldCountsAndKeepsBlanks) {

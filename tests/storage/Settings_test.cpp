@@ -51,6 +51,7 @@ TEST_F(SettingsTest, EmptyFolderGivesEveryDefault) {
     EXPECT_EQ(s.shortButtonColor, -2147483633);
     EXPECT_EQ(s.shareRounding, 1);
     EXPECT_FALSE(s.beforeSending || s.beforeCancel || s.beforeChange);
+    EXPECT_TRUE(s.beforeExit);
     EXPECT_EQ(s.seqNum, 1);
     EXPECT_EQ(s.basketNum, 1);
     EXPECT_TRUE(s.basketButtons);
@@ -77,6 +78,7 @@ TEST_F(SettingsTest, EveryKeyIsReadFromItsSection) {
              "[Color]\r\nColorOrderButtons=0\r\nBuyButtonColor=255\r\nSellButtonColor=-1\r\n"
              "ShortButtonColor=65280\r\n[Rounding]\r\nShareRounding=100\r\n"
              "[Confirmation]\r\nBeforeSending=1\r\nBeforeCancel=1\r\nBeforeChange=1\r\n"
+             "BeforeExit=0\r\n"
              "[Sequence]\r\nCurDate=20261122\r\nSeqNum=12\r\nBasketNum=5\r\n"
              "[DisplaySettings]\r\nBasketButtons=0\r\n[BasketInfo]\r\nDisplay=0\r\nShowAll=1\r\n"
              "[Reserve]\r\nQuantity=500\r\nEnabled=1\r\n[Decimals]\r\nNumDecimals=4\r\n");
@@ -99,6 +101,7 @@ TEST_F(SettingsTest, EveryKeyIsReadFromItsSection) {
     EXPECT_EQ(s.shortButtonColor, 65280);
     EXPECT_EQ(s.shareRounding, 100);
     EXPECT_TRUE(s.beforeSending && s.beforeCancel && s.beforeChange);
+    EXPECT_FALSE(s.beforeExit);
     EXPECT_EQ(s.seqNum, 12);
     EXPECT_EQ(s.basketNum, 5);
     EXPECT_FALSE(s.basketButtons);

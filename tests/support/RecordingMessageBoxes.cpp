@@ -11,6 +11,7 @@ MsgAnswer RecordingMessageBoxes::show(const MessageRequest& request) {
     }
     switch (request.buttons) {
     case MsgButtons::YesNo:
+    case MsgButtons::YesNoCancel:
         return request.defaultButton == MsgDefault::Second ? MsgAnswer::No : MsgAnswer::Yes;
     case MsgButtons::OkCancel:
         return request.defaultButton == MsgDefault::Second ? MsgAnswer::Cancel : MsgAnswer::Ok;

@@ -167,7 +167,9 @@ QWidget* frmGeneralSettings::BuildTradingPage() {
     m_chkBeforeSending = MakeCheck(confirm, "chkBeforeSending", "Before sending a basket");
     m_chkBeforeCancel = MakeCheck(confirm, "chkBeforeCancel", "Before cancelling orders");
     m_chkBeforeChange = MakeCheck(confirm, "chkBeforeChange", "Before changing orders");
-    for (QCheckBox* c : {m_chkBeforeSending, m_chkBeforeCancel, m_chkBeforeChange}) {
+    m_chkBeforeExit = MakeCheck(confirm, "chkBeforeExit", "Before exiting with open orders");
+    for (QCheckBox* c :
+         {m_chkBeforeSending, m_chkBeforeCancel, m_chkBeforeChange, m_chkBeforeExit}) {
         confirmRows->addWidget(c);
     }
     form->addRow(confirm);
@@ -357,6 +359,7 @@ void frmGeneralSettings::Fill(const GeneralSettings& v) {
     m_chkBeforeSending->setChecked(v.beforeSending);
     m_chkBeforeCancel->setChecked(v.beforeCancel);
     m_chkBeforeChange->setChecked(v.beforeChange);
+    m_chkBeforeExit->setChecked(v.beforeExit);
     m_chkReserve->setChecked(v.reserveEnabled);
     m_txtReserve->setText(Q(v.reserveQuantity));
     ShowChoice(*m_cboDecimals, QString::number(v.numDecimals));
@@ -395,6 +398,7 @@ GeneralSettings frmGeneralSettings::ReadControls() const {
     v.beforeSending = m_chkBeforeSending->isChecked();
     v.beforeCancel = m_chkBeforeCancel->isChecked();
     v.beforeChange = m_chkBeforeChange->isChecked();
+    v.beforeExit = m_chkBeforeExit->isChecked();
     v.reserveEnabled = m_chkReserve->isChecked();
     v.reserveQuantity = m_txtReserve->text().toStdString();
     v.numDecimals = ChosenNumber(*m_cboDecimals);

@@ -69,6 +69,7 @@ private:
     QCheckBox* m_chkBeforeSending = nullptr;
     QCheckBox* m_chkBeforeCancel = nullptr;
     QCheckBox* m_chkBeforeChange = nullptr;
+    QCheckBox* m_chkBeforeExit = nullptr;
     QCheckBox* m_chkReserve = nullptr;
     QLineEdit* m_txtReserve = nullptr;
     QComboBox* m_cboDecimals = nullptr;

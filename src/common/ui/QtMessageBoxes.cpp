@@ -37,6 +37,7 @@ QMessageBox::Icon IconOf(MsgIcon icon) {
 struct ButtonPair {
     QMessageBox::StandardButton first;
     QMessageBox::StandardButton second; ///< NoButton when there is only one
+    QMessageBox::StandardButton third = QMessageBox::NoButton;
 };
 
 ButtonPair ButtonsOf(MsgButtons buttons) {
@@ -45,6 +46,8 @@ ButtonPair ButtonsOf(MsgButtons buttons) {
         return {QMessageBox::Ok, QMessageBox::Cancel};
     case MsgButtons::YesNo:
         return {QMessageBox::Yes, QMessageBox::No};
+    case MsgButtons::YesNoCancel:
+        return {QMessageBox::Yes, QMessageBox::No, QMessageBox::Cancel};
     case MsgButtons::Ok:
         break;
     }
@@ -146,16 +149,19 @@ MsgAnswer QtMessageBoxes::show(const MessageRequest& request) {
         return MsgAnswer::Ok;
     }
     box.setText(text);
-    box.setStandardButtons(pair.first | pair.second);
+    box.setStandardButtons(pair.first | pair.second | pair.third);
     const bool second =
         request.defaultButton == MsgDefault::Second && pair.second != QMessageBox::NoButton;
     box.setDefaultButton(second ? pair.second : pair.first);
     // Escape answers as the old boxes did: Cancel or No when there is one, else OK.
-    box.setEscapeButton(pair.second != QMessageBox::NoButton ? pair.second : pair.first);
+    const QMessageBox::StandardButton escape = pair.third != QMessageBox::NoButton    ? pair.third
+                                               : pair.second != QMessageBox::NoButton ? pair.second
+                                                                                      : pair.first;
+    box.setEscapeButton(escape);
     box.exec();
     QAbstractButton* clicked = box.clickedButton();
     if (clicked == nullptr) {
-        return pair.second != QMessageBox::NoButton ? AnswerOf(pair.second) : MsgAnswer::Ok;
+        return AnswerOf(escape);
     }
     return AnswerOf(box.standardButton(clicked));
 }

@@ -8,6 +8,7 @@
 #include "baskets/ui/QtFileChooser.h"
 #include "baskets/ui/frmBaskets.h"
 #include "common/Text.h"
+#include "common/ui/ProgressDialog.h"
 #include "storage/clsIniFile.h"
 #include "trading/basket/StockList.h"
 #include "trading/orders/OrderRow.h"
@@ -195,8 +196,10 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
 
     m_desk.setScreenChanged([this](uint32_t parts) { Refresh(parts); });
     // The platform shut down: close once the current event has been handled.
-    m_desk.setCloseMainScreen(
-        [this] { QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection); });
+    m_desk.setCloseMainScreen([this] {
+        m_platformShutdown = true; // ends the program at once, without the exit question
+        QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+    });
 
     resize(1180, 760);
     setMinimumSize(760, 480);
@@ -444,7 +447,10 @@ Result<void> frmMain::FormLoad() {
     if (m_loaded) {
         return {};
     }
-    Result<void> loaded = m_desk.FormLoad();
+    Result<void> loaded = [this] {
+        ProgressDialog progress(this); // a first start may import many old baskets
+        return m_desk.FormLoad(&progress);
+    }();
     if (!loaded) {
         return loaded;
     }
@@ -486,6 +492,10 @@ void frmMain::stopTimers() {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
+    if (m_loaded && !m_unloaded && !m_platformShutdown && !m_desk.ConfirmExit()) {
+        event->ignore(); // the trader chose to stay
+        return;
+    }
     FormUnload();
     event->accept();
 }

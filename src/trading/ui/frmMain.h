@@ -153,7 +153,8 @@ private:
     std::array<bool, ExecuteButtonCount> m_buttonShown{};
     bool m_loaded = false;
     bool m_unloaded = false;
-    bool m_listJustLoaded = false; ///< the press that changed lstBaskets' row already loaded
+    bool m_platformShutdown = false; ///< the platform ended the session: no exit question
+    bool m_listJustLoaded = false;   ///< the press that changed lstBaskets' row already loaded
 };
 
 } // namespace wicker

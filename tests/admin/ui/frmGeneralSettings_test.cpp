@@ -206,6 +206,7 @@ TEST_F(GeneralSettingsScreen, EveryTraderSettingRoundTripsThroughTheFile) {
     In<QCheckBox>(*dialog, "chkBeforeSending").setChecked(true);
     In<QCheckBox>(*dialog, "chkBeforeCancel").setChecked(true);
     In<QCheckBox>(*dialog, "chkBeforeChange").setChecked(true);
+    In<QCheckBox>(*dialog, "chkBeforeExit").setChecked(false);
     In<QCheckBox>(*dialog, "chkReserve").setChecked(true);
     Type(*dialog, "txtReserve", "300");
     Choose(*dialog, "cboShareRounding", "10");
@@ -229,6 +230,7 @@ TEST_F(GeneralSettingsScreen, EveryTraderSettingRoundTripsThroughTheFile) {
     for (const auto& [section, key] : keys) {
         EXPECT_EQ(Stored(section, key), "1") << key;
     }
+    EXPECT_EQ(Stored("Confirmation", "BeforeExit"), "0");
     EXPECT_EQ(Stored("Reserve", "Quantity"), "300");
     EXPECT_EQ(Stored("Rounding", "ShareRounding"), "10");
     EXPECT_EQ(Stored("DisplaySettings", "BasketButtons"), "0");

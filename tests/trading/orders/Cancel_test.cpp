@@ -1,5 +1,8 @@
 #include "support/RecordingMessageBoxes.h"
 #include "trading/orders/BasketCancel.h"
+#include "trading/orders/ExitWithOpenOrders.h"
+
+#include <optional>
 
 #include <gtest/gtest.h>
 
@@ -150,6 +153,50 @@ TEST_F(Cancel, SelectedWithoutOpenOrdersOrWithoutSelection) {
     EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"59", "Other"}, false), 1);
     EXPECT_EQ(cancel.mnuCxlSel(BasketListSelection{"59", "Other"}, false), 0);
 }
+
+struct ExitCase {
+    const char* name;
+    bool openOrders;
+    bool askBeforeExit;
+    std::optional<MsgAnswer> answer; ///< nothing: the trader presses Enter
+    bool asked;
+    bool mayEnd;
+    size_t cancelsSent;
+};
+
+class ExitWithOpenOrders : public Cancel, public ::testing::WithParamInterface<ExitCase> {};
+
+TEST_P(ExitWithOpenOrders, EachAnswerDoesWhatItSays) {
+    const ExitCase& c = GetParam();
+    if (c.openOrders) {
+        SendTwoBaskets(); // four of five orders open
+    } else {
+        tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", 0));
+    }
+    if (c.answer) {
+        boxes.answerNext(*c.answer);
+    }
+    EXPECT_EQ(ConfirmExitWithOpenOrders(tracker, cancel, boxes, c.askBeforeExit), c.mayEnd);
+    EXPECT_EQ(maintenance.calls.size(), c.cancelsSent);
+    ASSERT_EQ(boxes.shown().size(), c.asked ? 1u : 0u);
+    if (c.asked) {
+        EXPECT_EQ(boxes.shown()[0],
+                  (MessageRequest{"4 orders are still open.\r\n\r\nYes: cancel all 4 and exit.\r\n"
+                                  "No: exit and leave them working.\r\nCancel: stay in Wicker.",
+                                  "Exit Wicker", MsgButtons::YesNoCancel, MsgIcon::Question,
+                                  MsgDefault::Second}));
+    }
+    EXPECT_EQ(OpenOrderCount(tracker), c.openOrders && c.cancelsSent == 0 ? 4u : 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Answers, ExitWithOpenOrders,
+    ::testing::Values(ExitCase{"YesCancelsAllAndExits", true, true, MsgAnswer::Yes, true, true, 4},
+                      ExitCase{"EnterExitsLeavingThemWorking", true, true, {}, true, true, 0},
+                      ExitCase{"CancelStays", true, true, MsgAnswer::Cancel, true, false, 0},
+                      ExitCase{"NothingOpenExitsUnasked", false, true, {}, false, true, 0},
+                      ExitCase{"SettingOffExitsUnasked", true, false, {}, false, true, 0}),
+    [](const auto& row) { return std::string(row.param.name); });
 
 } // namespace
 } // namespace wicker

@@ -144,15 +144,30 @@ TEST_F(MainScreen, AQuoteStormIsDeliveredInBoundedBatches) {
     EXPECT_EQ(Cell(Stocks(), 1, stkLast), "140.09"); // the latest value wins
 }
 
-TEST_F(MainScreen, PlatformShutdownClosesTheWindow) {
+TEST_F(MainScreen, ExitWithOpenOrdersAsksButThePlatformShutdownClosesAtOnce) {
+    Ini("[OptionalButtons]\r\nMOC=1\r\n");
     Open();
+    ChooseAccount();
+    Click("cmdLoad_1");
+    Run(1s);
+    Click("cmdExecuteBasket_12"); // BUY MOC: rests through the test
+    Run(2s);
     window->show();
-    ASSERT_TRUE(window->isVisible());
+    boxes.clear();
+
+    boxes.answerNext(MsgAnswer::Cancel);
+    Action("mnuExit").trigger();
+    ASSERT_EQ(boxes.shown().size(), 1u);
+    EXPECT_EQ(boxes.shown()[0].text.rfind("10 orders are still open.", 0), 0u);
+    EXPECT_TRUE(window->isVisible()); // stayed
+
+    boxes.clear();
     sim->TriggerShutdown();
     Pump();
     QApplication::processEvents(); // the close is queued behind the event
     EXPECT_FALSE(window->isVisible());
     EXPECT_TRUE(desk->PlatformClosed());
+    EXPECT_TRUE(boxes.shown().empty());
 }
 
 TEST(BasketTableModelUpdates, OnlyChangedCellsAndNewRowsAreAnnounced) {
