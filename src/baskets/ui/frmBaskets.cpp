@@ -11,6 +11,7 @@
 #include "baskets/ui/frmEditStock.h"
 #include "baskets/ui/frmExportBasket.h"
 #include "baskets/ui/frmImportBasket.h"
+#include "baskets/ui/frmImportSpreadsheet.h"
 #include "common/Conversions.h"
 
 #include <QGridLayout>
@@ -78,6 +79,8 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     fileMenu->setObjectName(QStringLiteral("mnuSetupFile"));
     QAction* importAction = fileMenu->addAction(QStringLiteral("&Import Basket..."));
     importAction->setObjectName(QStringLiteral("mnuImport"));
+    QAction* spreadsheetAction = fileMenu->addAction(QStringLiteral("Import from &Spreadsheet..."));
+    spreadsheetAction->setObjectName(QStringLiteral("mnuImportSpreadsheet"));
     QAction* exportAction = fileMenu->addAction(QStringLiteral("&Export Basket..."));
     exportAction->setObjectName(QStringLiteral("mnuExport"));
 
@@ -128,6 +131,7 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     connect(save, &QPushButton::clicked, this, &frmBaskets::saveChanges);
     connect(close, &QPushButton::clicked, this, &frmBaskets::reject);
     connect(importAction, &QAction::triggered, this, &frmBaskets::importBasket);
+    connect(spreadsheetAction, &QAction::triggered, this, &frmBaskets::importSpreadsheet);
     connect(exportAction, &QAction::triggered, this, &frmBaskets::exportBasket);
 
     loadBasketList();
@@ -355,6 +359,17 @@ void frmBaskets::importBasket() {
     frmImportBasket dialog(
         m_ctx.db, m_ctx.boxes, m_ctx.files, m_ctx.main,
         m_ctx.importDefaults ? m_ctx.importDefaults() : ImportDefaults{"NYSE", "ARCA"}, this);
+    runImport(dialog);
+}
+
+void frmBaskets::importSpreadsheet() {
+    frmImportSpreadsheet dialog(
+        m_ctx.db, m_ctx.boxes, m_ctx.files, m_ctx.main,
+        m_ctx.importDefaults ? m_ctx.importDefaults() : ImportDefaults{"NYSE", "ARCA"}, this);
+    runImport(dialog);
+}
+
+void frmBaskets::runImport(QDialog& dialog) {
     placeAndRun(dialog);
     // Reload without losing which basket's lines are shown.
     const int16_t current = m_currentBasketNum;
