@@ -28,6 +28,8 @@ inline constexpr std::string_view PasteFormatMessage =
 /// table. Refused (nullopt) when the text lacks a carriage return, a line feed or a tab, or
 /// when a kept line has no tab. The piece after the last line feed is never kept: text
 /// copied from a spreadsheet ends with a line break, and a last line without one is lost.
+/// Text that is not so, or that starts with a header row, is read as a spreadsheet file
+/// (comma, semicolon or tab, quoted cells, named columns) and taken when every line is good.
 std::optional<PasteTable> ProcessInputText(std::string_view text);
 
 /// Clipboard or dropped text with every line feed preceded by a carriage return. Desktops
