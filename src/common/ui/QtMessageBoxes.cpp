@@ -1,7 +1,10 @@
 #include "common/ui/QtMessageBoxes.h"
 
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QSpacerItem>
 
 namespace wicker {
 namespace {
@@ -52,6 +55,19 @@ MsgAnswer AnswerOf(QMessageBox::StandardButton button) {
     }
 }
 
+// A short text makes a narrow box whose title the window manager cuts ("Some
+// Order...ere Not Sent"): the box is kept as wide as its title plus the title bar's
+// buttons and the room a window manager's title font takes beyond the dialog font.
+void WidenForTitle(QMessageBox& box) {
+    constexpr int kTitleBarButtons = 150;
+    const int width =
+        QFontMetrics(box.font()).horizontalAdvance(box.windowTitle()) * 5 / 4 + kTitleBarButtons;
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                      grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
 } // namespace
 
 QtMessageBoxes::QtMessageBoxes(QWidget* parent, QString defaultTitle)
@@ -76,6 +92,7 @@ MsgAnswer QtMessageBoxes::show(const MessageRequest& request) {
     box.setDefaultButton(second ? pair.second : pair.first);
     // Escape answers as the old boxes did: Cancel or No when there is one, else OK.
     box.setEscapeButton(pair.second != QMessageBox::NoButton ? pair.second : pair.first);
+    WidenForTitle(box);
     box.exec();
     QAbstractButton* clicked = box.clickedButton();
     if (clicked == nullptr) {
