@@ -14,6 +14,11 @@
 #include "baskets/ui/frmImportSpreadsheet.h"
 #include "common/Conversions.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -40,6 +45,22 @@ QTableView* MakeListView(QWidget* parent, const char* name, QAbstractItemModel* 
     view->verticalHeader()->hide();
     view->horizontalHeader()->setStretchLastSection(true);
     return view;
+}
+
+// Each column as wide as its caption or its widest usual value, whichever is wider, so
+// every column reads at the screen's first size.
+void FitColumns(QTableView& view, std::initializer_list<std::pair<int, const char*>> widest) {
+    const QFontMetrics metrics = view.fontMetrics();
+    constexpr int kPadding = 16;
+    constexpr int kCheckBox = 24;
+    for (const auto& [column, sample] : widest) {
+        const QString caption =
+            view.model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        const int width = std::max(metrics.horizontalAdvance(caption),
+                                   metrics.horizontalAdvance(QString::fromLatin1(sample))) +
+                          kPadding + (column == 0 ? kCheckBox : 0);
+        view.setColumnWidth(column, width);
+    }
 }
 
 QPushButton* MakeButton(QWidget* parent, const char* name, const char* caption) {
@@ -71,6 +92,14 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     m_basketView = MakeListView(this, "lvBaskets", m_baskets);
     m_basketView->setColumnHidden(ColButton, true);
     m_stockView = MakeListView(this, "lvBasketStocks", m_stocks);
+    FitColumns(*m_basketView, {{ColBasket, "Basket Name 12"},
+                               {ColType, "B"},
+                               {ColDivisor, "0.000000"},
+                               {ColIndex, "Mkt Cap Weighted"}});
+    FitColumns(*m_stockView, {{ColSymbol, "WWWWWW"},
+                              {ColQty, "1000000"},
+                              {ColDestination, "NASDAQ"},
+                              {ColIndexShares, "1000000"}});
     m_basketLabel = new QLabel(this);
     m_basketLabel->setObjectName(QStringLiteral("lblBasket"));
 
@@ -112,7 +141,7 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     layout->setMenuBar(menuBar);
     layout->addLayout(lists);
     layout->addLayout(bottom);
-    resize(760, 420);
+    resize(860, 440);
 
     connect(m_basketView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {
