@@ -72,6 +72,9 @@ frmResetSeq::frmResetSeq(MessageBoxes& boxes, SendSequence& sequence,
       m_nextTrade(Box(this, "txtNextTradeNum")), m_setTrade(Box(this, "txtSetTradeNum")) {
     setObjectName(QStringLiteral("frmResetSeq"));
     setWindowTitle(QStringLiteral("Reset Basket/Trade Sequence Number"));
+    // Wide enough that the window manager shows the whole title.
+    constexpr int kTitleBarButtons = 150;
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) * 5 / 4 + kTitleBarButtons);
     ShowOnly(*m_nextBasket);
     ShowOnly(*m_nextTrade);
 

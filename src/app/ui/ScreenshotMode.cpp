@@ -13,7 +13,7 @@ namespace wicker {
 namespace {
 
 constexpr int kLinesSent = 6;
-constexpr int kSendAfterMs = 2000;
+constexpr int kSendAfterMs = 3000;
 
 } // namespace
 

@@ -17,7 +17,7 @@ class ScreenshotMode final : public QObject {
 
 public:
     ScreenshotMode(QWidget& mainWindow, std::filesystem::path file, bool simulated,
-                   int delayMs = 4000);
+                   int delayMs = 5000);
 
     bool saved() const { return m_saved; }
 
