@@ -200,7 +200,7 @@ void CheckDestination(SpreadsheetLine& line, const SpreadsheetDefaults& defaults
     }
 }
 
-SpreadsheetLine CheckRecord(const DelimitedRecord& record, const ColumnLayout& layout,
+SpreadsheetLine CheckRecord(const DelimitedRecord& record, const SheetColumns& layout,
                             const SpreadsheetDefaults& defaults,
                             const std::unordered_set<std::string>& valid) {
     SpreadsheetLine line;

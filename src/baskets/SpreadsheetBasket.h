@@ -37,7 +37,7 @@ struct SpreadsheetLine {
 struct SpreadsheetBasket {
     std::string encoding;
     char delimiter = ',';
-    ColumnLayout layout;
+    SheetColumns layout;
     std::vector<std::string> fileErrors; ///< problems of the file as a whole
     std::vector<SpreadsheetLine> lines;
     std::string side; ///< the side every line names, when the file has a side column

@@ -91,8 +91,8 @@ std::string_view ColumnText(BasketColumn column) {
     return "";
 }
 
-ColumnLayout LayoutFromFirstRecord(const std::vector<std::string>& firstRecord) {
-    ColumnLayout layout;
+SheetColumns LayoutFromFirstRecord(const std::vector<std::string>& firstRecord) {
+    SheetColumns layout;
     for (size_t i = 0; i < firstRecord.size(); ++i) {
         const auto column = RecognizeColumn(firstRecord[i]);
         if (column == BasketColumn::Symbol || column == BasketColumn::Quantity) {

@@ -22,7 +22,7 @@ std::optional<BasketColumn> RecognizeColumn(std::string_view headerCell);
 std::string_view ColumnText(BasketColumn column);
 
 /// Where each basket column sits in a record.
-struct ColumnLayout {
+struct SheetColumns {
     bool header = false; ///< the first record names the columns
     std::array<std::optional<size_t>, kBasketColumnCount> at;
     std::vector<std::string> ignored; ///< header names of columns that are not read
@@ -33,6 +33,6 @@ struct ColumnLayout {
 
 /// The layout a first record gives: a header when any cell names a symbol or quantity
 /// column; otherwise the basket file order (symbol, quantity, destination, index shares).
-ColumnLayout LayoutFromFirstRecord(const std::vector<std::string>& firstRecord);
+SheetColumns LayoutFromFirstRecord(const std::vector<std::string>& firstRecord);
 
 } // namespace wicker
