@@ -4,6 +4,7 @@
 #include "common/AppFolder.h"
 #include "common/Clock.h"
 #include "common/ui/QtMessageBoxes.h"
+#include "platform/sim/SimPlatform.h"
 #include "storage/FolderLock.h"
 #include "storage/IniFileIo.h"
 #include "trading/TradingDesk.h"
@@ -108,6 +109,9 @@ int Run(int argc, char** argv, const CommandLine& cl) {
             platform->Stop();
             return Fail(boxes, loaded.error().message);
         }
+        if (cl.account) {
+            desk.ConfirmAccount(*cl.account);
+        }
         if (!notes.empty()) {
             std::string text;
             for (const std::string& n : notes) {
@@ -123,7 +127,8 @@ int Run(int argc, char** argv, const CommandLine& cl) {
         window.show();
         std::unique_ptr<ScreenshotMode> screenshot;
         if (cl.screenshot) {
-            screenshot = std::make_unique<ScreenshotMode>(window, *cl.screenshot);
+            const bool simulated = dynamic_cast<const SimPlatform*>(platform.get()) != nullptr;
+            screenshot = std::make_unique<ScreenshotMode>(window, *cl.screenshot, simulated);
         }
         exitCode = QApplication::exec();
         if (screenshot && !screenshot->saved()) {

@@ -5,6 +5,7 @@
 
 #include <stdexcept>
 #include <string>
+#include <string_view>
 #include <system_error>
 
 namespace wicker {
@@ -37,6 +38,22 @@ BasketFileReader::BasketFileReader(const std::filesystem::path& path, size_t max
     }
     const auto size = std::filesystem::file_size(path, ec);
     m_totalBytes = ec ? 0 : size;
+    skipByteOrderMark();
+}
+
+void BasketFileReader::skipByteOrderMark() {
+    // Spreadsheets saving "CSV UTF-8" put a byte-order mark first; it is no part of the
+    // first symbol.
+    constexpr std::string_view kBom = "\xEF\xBB\xBF";
+    char head[3] = {};
+    m_in.read(head, sizeof head);
+    if (m_in.gcount() == static_cast<std::streamsize>(kBom.size()) &&
+        std::string_view(head, sizeof head) == kBom) {
+        m_bytesRead = kBom.size();
+        return;
+    }
+    m_in.clear();
+    m_in.seekg(0);
 }
 
 bool BasketFileReader::fill() {

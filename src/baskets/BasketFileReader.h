@@ -18,8 +18,9 @@ struct BasketFileLine {
 
 /// Reads a basket text file line by line without loading it whole, so a large or
 /// broken file costs little memory and a screen can show progress between lines.
-/// Lines end with LF or CR LF; a lone CR stays in the text; a last line without a line
-/// break still counts, and a final line break does not start an empty line.
+/// A UTF-8 byte-order mark at the start is skipped. Lines end with LF or CR LF; a lone CR stays in
+/// the text; a last line without a line break still counts, and a final line break does not start
+/// an empty line.
 class BasketFileReader {
 public:
     /// Longest field kept; no column of a basket line is anywhere near this long.
@@ -44,6 +45,7 @@ public:
 
 private:
     bool fill();
+    void skipByteOrderMark();
 
     std::ifstream m_in;
     std::vector<char> m_buffer;

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <limits>
 
 namespace wicker {
 namespace {
@@ -224,7 +225,10 @@ void clsIniFile::LoadFormPosition(WindowGeometry& form, std::optional<int> minWi
             m_key = name;
             return CLngDefault(Value(), fallback);
         };
-        Rect r{read("Left", current.left), read("Top", current.top), read("Width", current.width),
+        // A window never placed before (or placed with unusable values) is centred on the
+        // screen rather than left where the toolkit first put it.
+        constexpr int kUnset = std::numeric_limits<int>::min();
+        Rect r{read("Left", kUnset), read("Top", kUnset), read("Width", current.width),
                read("Height", current.height)};
         if (r.width <= 0) {
             r.width = current.width;
@@ -242,6 +246,12 @@ void clsIniFile::LoadFormPosition(WindowGeometry& form, std::optional<int> minWi
             r.height = std::min(r.height, screen.height);
             r.width = std::max(r.width, minW);
             r.height = std::max(r.height, minH);
+            if (r.left == kUnset) {
+                r.left = screen.left + (screen.width - r.width) / 2;
+            }
+            if (r.top == kUnset) {
+                r.top = screen.top + (screen.height - r.height) / 2;
+            }
             r.left = std::clamp(r.left, screen.left,
                                 std::max(screen.left, screen.left + screen.width - r.width));
             r.top = std::clamp(r.top, screen.top,
@@ -249,6 +259,8 @@ void clsIniFile::LoadFormPosition(WindowGeometry& form, std::optional<int> minWi
         } else {
             r.width = std::max(r.width, minW);
             r.height = std::max(r.height, minH);
+            r.left = r.left == kUnset ? current.left : r.left;
+            r.top = r.top == kUnset ? current.top : r.top;
         }
         form.move(r);
         if (read("Maximised", 0) != 0) {

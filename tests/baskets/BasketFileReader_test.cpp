@@ -46,7 +46,15 @@ INSTANTIATE_TEST_SUITE_P(
                     ReadCase{"LoneCrStays", "A\rX,1\r\n", {"A\rX|1"}},
                     ReadCase{"CrAtEndOfFileStays", "A,1\r", {"A|1\r"}},
                     ReadCase{"EmptyFile", "", {}}, ReadCase{"OnlyBreak", "\r\n", {"|"}},
-                    ReadCase{"Windows1252", "\xC9TE,1\r\n", {"\xC3\x89TE|1"}}),
+                    ReadCase{"Windows1252", "\xC9TE,1\r\n", {"\xC3\x89TE|1"}},
+                    ReadCase{"Utf8BomSkipped", "\xEF\xBB\xBFIBM,1\r\n", {"IBM|1"}},
+                    ReadCase{"OnlyBom", "\xEF\xBB\xBF", {}},
+                    ReadCase{"ShorterThanBom", "A", {"A|"}},
+                    ReadCase{"BomLaterIsText",
+                             "A,1\r\n\xEF\xBB\xBF"
+                             "B,2\r\n",
+                             {"A|1", "\xC3\xAF\xC2\xBB\xC2\xBF"
+                                     "B|2"}}),
     [](const auto& row) { return std::string(row.param.name); });
 
 TEST(BasketFileReaderTest, OnlyRegularFilesOpen) {

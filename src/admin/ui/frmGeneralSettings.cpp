@@ -6,6 +6,8 @@
 #include "trading/ui/OrderButtonDisplay.h"
 
 #include <exception>
+#include <map>
+#include <string_view>
 
 #include <QCheckBox>
 #include <QColorDialog>
@@ -38,6 +40,42 @@ QCheckBox* MakeCheck(QWidget* parent, const char* name, const char* caption) {
     return c;
 }
 
+// A box as wide as the longest value it takes: `chars` digits-wide characters.
+void FitToChars(QWidget& box, int chars) {
+    constexpr int kFrameAndArrow = 24;
+    box.setFixedWidth(box.fontMetrics().horizontalAdvance(QString(chars, QLatin1Char('0'))) +
+                      kFrameAndArrow);
+}
+
+// Characters of the longest usual value of each platform box.
+int PlatformBoxChars(std::string_view key) {
+    static const std::map<std::string_view, int> kChars = {{"FixHost", 24},
+                                                           {"FixPort", 6},
+                                                           {"FixSenderCompID", 16},
+                                                           {"FixTargetCompID", 16},
+                                                           {"FixHeartBtInt", 5},
+                                                           {"FixReconnectInterval", 5},
+                                                           {"FixMemoTag", 5},
+                                                           {"FixSendWindow", 6},
+                                                           {"FixSettingsFile", 32},
+                                                           {"SimSeed", 10},
+                                                           {"SimUpdatesPerSecond", 5},
+                                                           {"SimFillDelayMs", 7},
+                                                           {"SimClipSize", 8},
+                                                           {"SimHalted", 24},
+                                                           {"EnabledDestinations", 24},
+                                                           {"MaxOrderNotional", 12}};
+    const auto it = kChars.find(key);
+    return it == kChars.end() ? 12 : it->second;
+}
+
+// Fields keep their own width instead of stretching across the page.
+QFormLayout* MakeForm(QWidget* parent = nullptr) {
+    auto* form = new QFormLayout(parent);
+    form->setFieldGrowthPolicy(QFormLayout::FieldsStayAtSizeHint);
+    return form;
+}
+
 QComboBox* MakeChoice(QWidget* parent, const QString& name,
                       std::initializer_list<const char*> items, bool editable = false) {
     auto* c = new QComboBox(parent);
@@ -46,6 +84,7 @@ QComboBox* MakeChoice(QWidget* parent, const QString& name,
         c->addItem(L(item));
     }
     c->setEditable(editable);
+    c->setSizeAdjustPolicy(QComboBox::AdjustToContents);
     return c;
 }
 
@@ -157,7 +196,7 @@ frmGeneralSettings::frmGeneralSettings(TradingDesk& desk, MessageBoxes& boxes, Q
 
 QWidget* frmGeneralSettings::BuildTradingPage() {
     auto* page = new QWidget(this);
-    auto* form = new QFormLayout(page);
+    auto* form = MakeForm(page);
     m_cboShareRounding = MakeChoice(page, QStringLiteral("cboShareRounding"), {"1", "10", "100"});
     form->addRow(QStringLiteral("Round quantities above 100 shares to lots of:"),
                  m_cboShareRounding);
@@ -177,7 +216,7 @@ QWidget* frmGeneralSettings::BuildTradingPage() {
     m_chkReserve = MakeCheck(page, "chkReserve", "Send reserve orders, showing");
     m_txtReserve = new QLineEdit(page);
     m_txtReserve->setObjectName(QStringLiteral("txtReserve"));
-    m_txtReserve->setMaximumWidth(100);
+    FitToChars(*m_txtReserve, 7);
     auto* reserve = new QHBoxLayout;
     reserve->addWidget(m_chkReserve);
     reserve->addWidget(m_txtReserve);
@@ -259,11 +298,12 @@ QWidget* frmGeneralSettings::BuildDisplayPage() {
 
 QWidget* frmGeneralSettings::BuildImportPage() {
     auto* page = new QWidget(this);
-    auto* form = new QFormLayout(page);
+    auto* form = MakeForm(page);
     std::initializer_list<const char*> none{};
     m_cboDefaultListed = MakeChoice(page, QStringLiteral("cboDefaultListed"), none, true);
     m_cboDefaultOTC = MakeChoice(page, QStringLiteral("cboDefaultOTC"), none, true);
     for (QComboBox* c : {m_cboDefaultListed, m_cboDefaultOTC}) {
+        c->setMinimumContentsLength(10);
         for (const std::string& d : m_destinations) {
             c->addItem(Q(d));
         }
@@ -287,7 +327,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
     note->setFont(bold);
     v->addWidget(note);
 
-    auto* modeRow = new QFormLayout;
+    auto* modeRow = MakeForm();
     m_cboMode = MakeChoice(page, QStringLiteral("cboMode"), {"SIM", "FIX"});
     m_cboMode->setToolTip(QStringLiteral("SIM: the built-in simulated market. FIX: a broker "
                                          "over FIX: real orders."));
@@ -300,6 +340,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
                           const char* caption) {
         auto* e = new QLineEdit(parent);
         e->setObjectName(QStringLiteral("txt") + L(key));
+        FitToChars(*e, PlatformBoxChars(key));
         m_platformBoxes[key] = e;
         form->addRow(L(caption), e);
     };
@@ -312,7 +353,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
 
     m_fraFix = new QGroupBox(QStringLiteral("FIX session"), page);
     m_fraFix->setObjectName(QStringLiteral("fraFix"));
-    auto* fix = new QFormLayout(m_fraFix);
+    auto* fix = MakeForm(m_fraFix);
     text(m_fraFix, fix, "FixHost", "Host:");
     text(m_fraFix, fix, "FixPort", "Port:");
     text(m_fraFix, fix, "FixSenderCompID", "SenderCompID:");
@@ -331,7 +372,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
 
     m_fraSim = new QGroupBox(QStringLiteral("Simulated market"), page);
     m_fraSim->setObjectName(QStringLiteral("fraSim"));
-    auto* sim = new QFormLayout(m_fraSim);
+    auto* sim = MakeForm(m_fraSim);
     text(m_fraSim, sim, "SimSeed", "Seed:");
     text(m_fraSim, sim, "SimUpdatesPerSecond", "Quote updates per second:");
     text(m_fraSim, sim, "SimFillDelayMs", "MOO/MOC fill delay (ms):");
@@ -339,7 +380,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
     text(m_fraSim, sim, "SimHalted", "Halted symbols (comma list):");
 
     auto* limits = new QGroupBox(QStringLiteral("Limits on every order"), page);
-    auto* limitRows = new QFormLayout(limits);
+    auto* limitRows = MakeForm(limits);
     text(limits, limitRows, "EnabledDestinations", "Enabled destinations (empty = all):");
     text(limits, limitRows, "MaxOrderNotional", "Largest order value in $ (0 = no limit):");
 

@@ -4,10 +4,14 @@
 #include "baskets/ui/KeyFilters.h"
 #include "baskets/ui/UiText.h"
 
-#include <QFormLayout>
+#include <algorithm>
+
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
+#include <QLabel>
 #include <QLineEdit>
+#include <QPalette>
 #include <QPushButton>
 #include <QVBoxLayout>
 
@@ -20,17 +24,43 @@ QLineEdit* Box(QWidget* parent, const char* name) {
     return box;
 }
 
+// The labels, boxes and buttons of both frames line up: the same label width, box width
+// and button width in each.
+struct FrameSizes {
+    int label = 0;
+    int button = 0;
+};
+
 // One frame: the next number (shown only), the box for the new one and its button.
 QGroupBox* Frame(QWidget* parent, const QString& caption, const QString& nextLabel, QLineEdit* next,
-                 const QString& setLabel, QLineEdit* set, QPushButton* button) {
+                 const QString& setLabel, QLineEdit* set, QPushButton* button,
+                 const FrameSizes& sizes) {
     auto* frame = new QGroupBox(caption, parent);
-    auto* form = new QFormLayout;
-    form->addRow(nextLabel, next);
-    form->addRow(setLabel, set);
-    auto* layout = new QHBoxLayout(frame);
-    layout->addLayout(form);
-    layout->addWidget(button, 0, Qt::AlignBottom);
+    auto* grid = new QGridLayout(frame);
+    const auto label = [&](const QString& text, QLineEdit* buddy) {
+        auto* l = new QLabel(text, frame);
+        l->setFixedWidth(sizes.label);
+        l->setBuddy(buddy);
+        return l;
+    };
+    grid->addWidget(label(nextLabel, next), 0, 0);
+    grid->addWidget(next, 0, 1);
+    grid->addWidget(label(setLabel, set), 1, 0);
+    grid->addWidget(set, 1, 1);
+    button->setFixedWidth(sizes.button);
+    grid->addWidget(button, 1, 2);
+    grid->setColumnStretch(1, 1);
     return frame;
+}
+
+// A number the trader reads but does not type: no caret, out of the tab order, drawn on
+// the window's colour so it does not look like a box to fill in.
+void ShowOnly(QLineEdit& box) {
+    box.setReadOnly(true);
+    box.setFocusPolicy(Qt::NoFocus);
+    QPalette palette = box.palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    box.setPalette(palette);
 }
 
 } // namespace
@@ -42,8 +72,11 @@ frmResetSeq::frmResetSeq(MessageBoxes& boxes, SendSequence& sequence,
       m_nextTrade(Box(this, "txtNextTradeNum")), m_setTrade(Box(this, "txtSetTradeNum")) {
     setObjectName(QStringLiteral("frmResetSeq"));
     setWindowTitle(QStringLiteral("Reset Basket/Trade Sequence Number"));
-    m_nextBasket->setReadOnly(true);
-    m_nextTrade->setReadOnly(true);
+    // Wide enough that the window manager shows the whole title.
+    constexpr int kTitleBarButtons = 150;
+    setMinimumWidth(fontMetrics().horizontalAdvance(windowTitle()) * 5 / 4 + kTitleBarButtons);
+    ShowOnly(*m_nextBasket);
+    ShowOnly(*m_nextTrade);
 
     auto* setBasket = new QPushButton(QStringLiteral("Set Basket No"), this);
     setBasket->setObjectName(QStringLiteral("cmdSetBasNum"));
@@ -55,16 +88,23 @@ frmResetSeq::frmResetSeq(MessageBoxes& boxes, SendSequence& sequence,
         b->setAutoDefault(false);
     }
 
+    const QString labels[] = {
+        QStringLiteral("Next Basket Seq No is:"), QStringLiteral("Set Basket Seq No to:"),
+        QStringLiteral("Next Trade Seq No is:"), QStringLiteral("Set Trade Seq No to:")};
+    FrameSizes sizes;
+    for (const QString& text : labels) {
+        sizes.label = std::max(sizes.label, fontMetrics().horizontalAdvance(text) + 8);
+    }
+    sizes.button = std::max(setBasket->sizeHint().width(), setTrade->sizeHint().width());
+
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(close);
     auto* layout = new QVBoxLayout(this);
-    layout->addWidget(Frame(this, QStringLiteral("Set Basket Sequence Number"),
-                            QStringLiteral("Next Basket Seq No is:"), m_nextBasket,
-                            QStringLiteral("Set Basket Seq No to:"), m_setBasket, setBasket));
-    layout->addWidget(Frame(this, QStringLiteral("Set Trade Sequence Number"),
-                            QStringLiteral("Next Trade Seq No is:"), m_nextTrade,
-                            QStringLiteral("Set Trade Seq No to:"), m_setTrade, setTrade));
+    layout->addWidget(Frame(this, QStringLiteral("Set Basket Sequence Number"), labels[0],
+                            m_nextBasket, labels[1], m_setBasket, setBasket, sizes));
+    layout->addWidget(Frame(this, QStringLiteral("Set Trade Sequence Number"), labels[2],
+                            m_nextTrade, labels[3], m_setTrade, setTrade, sizes));
     layout->addLayout(buttons);
 
     // Enter in a "set" box presses the button of its own frame.

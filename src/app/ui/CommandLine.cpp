@@ -43,6 +43,12 @@ Result<CommandLine> ParseCommandLine(const std::vector<std::string>& args) {
                 return v.error();
             }
             cl.screenshot = std::filesystem::path(v.value());
+        } else if (name == "--account") {
+            Result<std::string> v = value();
+            if (!v) {
+                return v.error();
+            }
+            cl.account = v.value();
         } else {
             return Error{"Unknown option " + a + ". Try wicker --help."};
         }
@@ -58,6 +64,8 @@ Wicker, basket trading for equity traders.
 Options:
   --data-dir DIR     keep baskets.mdb, basket.ini and the legacy files in DIR
                      (created when missing)
+  --account NAME     make NAME the default trading account (added when
+                     missing) before the window opens
   --screenshot FILE  load the basket of the first quick-load button, let the
                      quotes run for a moment, save a picture of the main window
                      to FILE (PNG) and quit

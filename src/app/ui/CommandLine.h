@@ -17,6 +17,8 @@ struct CommandLine {
     /// --screenshot FILE: load the first quick-load basket, let quotes run, save a picture
     /// of the main window to FILE and quit (for the documentation).
     std::optional<std::filesystem::path> screenshot;
+    /// --account NAME: the default trading account from now on (added when missing).
+    std::optional<std::string> account;
 };
 
 /// Reads the arguments after the program name. An unknown option, a missing value or an

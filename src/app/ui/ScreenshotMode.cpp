@@ -2,6 +2,7 @@
 
 #include <iostream>
 
+#include <QAbstractItemView>
 #include <QPixmap>
 #include <QPushButton>
 #include <QTimer>
@@ -9,13 +10,37 @@
 
 namespace wicker {
 
-ScreenshotMode::ScreenshotMode(QWidget& mainWindow, std::filesystem::path file, int delayMs)
+namespace {
+
+constexpr int kLinesSent = 6;
+constexpr int kSendAfterMs = 3000;
+
+} // namespace
+
+ScreenshotMode::ScreenshotMode(QWidget& mainWindow, std::filesystem::path file, bool simulated,
+                               int delayMs)
     : m_window(mainWindow), m_file(std::move(file)) {
     if (auto* load = m_window.findChild<QPushButton*>(QStringLiteral("cmdLoad_1"));
         load != nullptr && load->isVisible()) {
         load->click();
+        if (simulated) {
+            QTimer::singleShot(kSendAfterMs, this, [this] { sendPart(); });
+        }
     }
     QTimer::singleShot(delayMs, this, [this] { take(); });
+}
+
+void ScreenshotMode::sendPart() {
+    auto* stocks = m_window.findChild<QAbstractItemView*>(QStringLiteral("lvStocks"));
+    auto* buyAsk = m_window.findChild<QPushButton*>(QStringLiteral("cmdExecuteBasket_1"));
+    if (stocks == nullptr || buyAsk == nullptr || !buyAsk->isEnabled()) {
+        return;
+    }
+    QAbstractItemModel* model = stocks->model();
+    for (int row = kLinesSent; row < model->rowCount(); ++row) {
+        model->setData(model->index(row, 0), Qt::Unchecked, Qt::CheckStateRole);
+    }
+    buyAsk->click();
 }
 
 void ScreenshotMode::take() {

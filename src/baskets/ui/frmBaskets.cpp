@@ -11,8 +11,14 @@
 #include "baskets/ui/frmEditStock.h"
 #include "baskets/ui/frmExportBasket.h"
 #include "baskets/ui/frmImportBasket.h"
+#include "baskets/ui/frmImportSpreadsheet.h"
 #include "common/Conversions.h"
 
+#include <algorithm>
+#include <initializer_list>
+#include <utility>
+
+#include <QFontMetrics>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QHeaderView>
@@ -39,6 +45,22 @@ QTableView* MakeListView(QWidget* parent, const char* name, QAbstractItemModel* 
     view->verticalHeader()->hide();
     view->horizontalHeader()->setStretchLastSection(true);
     return view;
+}
+
+// Each column as wide as its caption or its widest usual value, whichever is wider, so
+// every column reads at the screen's first size.
+void FitColumns(QTableView& view, std::initializer_list<std::pair<int, const char*>> widest) {
+    const QFontMetrics metrics = view.fontMetrics();
+    constexpr int kPadding = 16;
+    constexpr int kCheckBox = 24;
+    for (const auto& [column, sample] : widest) {
+        const QString caption =
+            view.model()->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString();
+        const int width = std::max(metrics.horizontalAdvance(caption),
+                                   metrics.horizontalAdvance(QString::fromLatin1(sample))) +
+                          kPadding + (column == 0 ? kCheckBox : 0);
+        view.setColumnWidth(column, width);
+    }
 }
 
 QPushButton* MakeButton(QWidget* parent, const char* name, const char* caption) {
@@ -70,6 +92,14 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     m_basketView = MakeListView(this, "lvBaskets", m_baskets);
     m_basketView->setColumnHidden(ColButton, true);
     m_stockView = MakeListView(this, "lvBasketStocks", m_stocks);
+    FitColumns(*m_basketView, {{ColBasket, "Basket Name 12"},
+                               {ColType, "B"},
+                               {ColDivisor, "0.000000"},
+                               {ColIndex, "Mkt Cap Weighted"}});
+    FitColumns(*m_stockView, {{ColSymbol, "WWWWWW"},
+                              {ColQty, "1000000"},
+                              {ColDestination, "NASDAQ"},
+                              {ColIndexShares, "1000000"}});
     m_basketLabel = new QLabel(this);
     m_basketLabel->setObjectName(QStringLiteral("lblBasket"));
 
@@ -78,6 +108,8 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     fileMenu->setObjectName(QStringLiteral("mnuSetupFile"));
     QAction* importAction = fileMenu->addAction(QStringLiteral("&Import Basket..."));
     importAction->setObjectName(QStringLiteral("mnuImport"));
+    QAction* spreadsheetAction = fileMenu->addAction(QStringLiteral("Import from &Spreadsheet..."));
+    spreadsheetAction->setObjectName(QStringLiteral("mnuImportSpreadsheet"));
     QAction* exportAction = fileMenu->addAction(QStringLiteral("&Export Basket..."));
     exportAction->setObjectName(QStringLiteral("mnuExport"));
 
@@ -109,7 +141,7 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     layout->setMenuBar(menuBar);
     layout->addLayout(lists);
     layout->addLayout(bottom);
-    resize(760, 420);
+    resize(860, 440);
 
     connect(m_basketView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
             [this](const QModelIndex& current) {
@@ -128,6 +160,7 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     connect(save, &QPushButton::clicked, this, &frmBaskets::saveChanges);
     connect(close, &QPushButton::clicked, this, &frmBaskets::reject);
     connect(importAction, &QAction::triggered, this, &frmBaskets::importBasket);
+    connect(spreadsheetAction, &QAction::triggered, this, &frmBaskets::importSpreadsheet);
     connect(exportAction, &QAction::triggered, this, &frmBaskets::exportBasket);
 
     loadBasketList();
@@ -355,6 +388,17 @@ void frmBaskets::importBasket() {
     frmImportBasket dialog(
         m_ctx.db, m_ctx.boxes, m_ctx.files, m_ctx.main,
         m_ctx.importDefaults ? m_ctx.importDefaults() : ImportDefaults{"NYSE", "ARCA"}, this);
+    runImport(dialog);
+}
+
+void frmBaskets::importSpreadsheet() {
+    frmImportSpreadsheet dialog(
+        m_ctx.db, m_ctx.boxes, m_ctx.files, m_ctx.main,
+        m_ctx.importDefaults ? m_ctx.importDefaults() : ImportDefaults{"NYSE", "ARCA"}, this);
+    runImport(dialog);
+}
+
+void frmBaskets::runImport(QDialog& dialog) {
     placeAndRun(dialog);
     // Reload without losing which basket's lines are shown.
     const int16_t current = m_currentBasketNum;

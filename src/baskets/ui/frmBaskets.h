@@ -43,6 +43,9 @@ private:
     void deleteStock();
     void saveChanges();
     void importBasket();
+    void importSpreadsheet();
+    /// Runs an import dialog, then reloads the list keeping the shown basket.
+    void runImport(QDialog& dialog);
     void exportBasket();
 
     std::vector<BasketRow> basketRows() const;

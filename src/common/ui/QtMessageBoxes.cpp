@@ -6,12 +6,15 @@
 #include <QDialog>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
+#include <QFontMetrics>
+#include <QGridLayout>
 #include <QGuiApplication>
 #include <QLabel>
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSpacerItem>
 #include <QStyle>
 #include <QVBoxLayout>
 
@@ -127,6 +130,19 @@ void ShowAsList(QWidget* parent, const QString& title, const QString& text,
     dialog.exec();
 }
 
+// A short text makes a narrow box whose title the window manager cuts ("Some
+// Order...ere Not Sent"): the box is kept as wide as its title plus the title bar's
+// buttons and the room a window manager's title font takes beyond the dialog font.
+void WidenForTitle(QMessageBox& box) {
+    constexpr int kTitleBarButtons = 150;
+    const int width =
+        QFontMetrics(box.font()).horizontalAdvance(box.windowTitle()) * 5 / 4 + kTitleBarButtons;
+    if (auto* grid = qobject_cast<QGridLayout*>(box.layout())) {
+        grid->addItem(new QSpacerItem(width, 0, QSizePolicy::Minimum, QSizePolicy::Fixed),
+                      grid->rowCount(), 0, 1, grid->columnCount());
+    }
+}
+
 } // namespace
 
 QtMessageBoxes::QtMessageBoxes(QWidget* parent, QString defaultTitle)
@@ -158,6 +174,7 @@ MsgAnswer QtMessageBoxes::show(const MessageRequest& request) {
                                                : pair.second != QMessageBox::NoButton ? pair.second
                                                                                       : pair.first;
     box.setEscapeButton(escape);
+    WidenForTitle(box);
     box.exec();
     QAbstractButton* clicked = box.clickedButton();
     if (clicked == nullptr) {

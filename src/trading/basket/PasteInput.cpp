@@ -1,6 +1,7 @@
 #include "trading/basket/PasteInput.h"
 
 #include "baskets/Destinations.h"
+#include "baskets/SpreadsheetBasket.h"
 #include "common/Text.h"
 
 #include <algorithm>
@@ -34,9 +35,30 @@ std::optional<PasteRow> SplitLine(std::string_view line) {
     return row;
 }
 
-} // namespace
+// Text in a spreadsheet's other shapes: commas or semicolons, quoted cells, a header row
+// naming the columns. Taken only when every line is good, since a paste has no preview.
+std::optional<PasteTable> SpreadsheetPaste(std::string_view text) {
+    if (text.find(kLf) == std::string_view::npos) {
+        return std::nullopt;
+    }
+    const auto basket = ParseSpreadsheetBasket(text, {"NYSE", "ARCA", {}});
+    if (!basket.storable()) {
+        return std::nullopt;
+    }
+    PasteTable table;
+    table.reserve(basket.lines.size());
+    for (const auto& line : basket.lines) {
+        table.push_back({line.symbol, std::to_string(line.quantity), line.destination});
+    }
+    return table;
+}
 
-std::optional<PasteTable> ProcessInputText(std::string_view text) {
+bool StartsWithHeader(const PasteTable& table) {
+    return !table.empty() && (RecognizeColumn(table.front().symbol) == BasketColumn::Symbol ||
+                              RecognizeColumn(table.front().quantity) == BasketColumn::Quantity);
+}
+
+std::optional<PasteTable> TabSeparatedPaste(std::string_view text) {
     if (text.find(kCr) == std::string_view::npos || text.find(kLf) == std::string_view::npos ||
         text.find(kTab) == std::string_view::npos) {
         return std::nullopt;
@@ -62,6 +84,15 @@ std::optional<PasteTable> ProcessInputText(std::string_view text) {
         start = end + 1;
     }
     return table;
+}
+
+} // namespace
+
+std::optional<PasteTable> ProcessInputText(std::string_view text) {
+    if (auto table = TabSeparatedPaste(text); table && !StartsWithHeader(*table)) {
+        return table;
+    }
+    return SpreadsheetPaste(text);
 }
 
 std::string WithCrLf(std::string_view text) {

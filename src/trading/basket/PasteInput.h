@@ -35,6 +35,8 @@ std::string PasteTooLongMessage();
 /// table. Refused (nullopt) when the text lacks a carriage return, a line feed or a tab, or
 /// when a kept line has no tab. The piece after the last line feed is never kept: text
 /// copied from a spreadsheet ends with a line break, and a last line without one is lost.
+/// Text that is not so, or that starts with a header row, is read as a spreadsheet file
+/// (comma, semicolon or tab, quoted cells, named columns) and taken when every line is good.
 /// Stops after kMaxPasteLines + 1 lines, so an oversized paste costs little memory.
 std::optional<PasteTable> ProcessInputText(std::string_view text);
 

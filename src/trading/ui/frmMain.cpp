@@ -286,10 +286,16 @@ QWidget* frmMain::BuildTopRow() {
 
     const auto field = [&](const char* labelName, const char* caption, QLineEdit*& box,
                            const char* boxName, UpDown*& spinner, const char* spinnerName) {
-        h->addWidget(MakeLabel(row, labelName, caption));
+        QLabel* label = MakeLabel(row, labelName, caption);
+        h->addWidget(label);
         box = MakeField(row, boxName, 52);
+        // Screen readers name the box and its arrows after the caption.
+        const QString name = QString::fromLatin1(caption).remove(QLatin1Char(':'));
+        box->setAccessibleName(name);
+        label->setBuddy(box);
         h->addWidget(box);
         spinner = new UpDown(QString::fromLatin1(spinnerName), row);
+        spinner->setAccessibleName(name + QStringLiteral(" up and down"));
         h->addWidget(spinner);
         h->addSpacing(8);
     };

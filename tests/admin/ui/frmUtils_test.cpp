@@ -102,6 +102,17 @@ TEST_F(UtilitiesScreen, SequenceNumbersAreSetThroughTheirScreen) {
         auto& nextTrade = Child<QLineEdit>(d, "txtNextTradeNum");
         EXPECT_EQ(nextBasket.text().toStdString(), "3");
         EXPECT_EQ(nextTrade.text().toStdString(), "40");
+        auto& setTrade = Child<QLineEdit>(d, "txtSetTradeNum");
+        for (QLineEdit* shown : {&nextBasket, &nextTrade}) {
+            EXPECT_TRUE(shown->isReadOnly());
+            EXPECT_EQ(shown->focusPolicy(), Qt::NoFocus);
+        }
+        // The two frames line up: boxes and buttons at the same place in each.
+        const auto x = [&](const QWidget& w) { return w.mapTo(&d, QPoint(0, 0)).x(); };
+        EXPECT_EQ(x(nextBasket), x(nextTrade));
+        EXPECT_EQ(x(Child<QLineEdit>(d, "txtSetBasketNo")), x(setTrade));
+        EXPECT_EQ(x(Child<QPushButton>(d, "cmdSetBasNum")),
+                  x(Child<QPushButton>(d, "cmdSetTradeNum")));
 
         auto& setBasket = Child<QLineEdit>(d, "txtSetBasketNo");
         setBasket.setText(QStringLiteral("7"));

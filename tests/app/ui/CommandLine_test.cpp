@@ -43,6 +43,7 @@ TEST(CommandLine, OptionsAreRead) {
                                  : std::nullopt,
                   r.screenshot);
     }
+    EXPECT_EQ(ParseCommandLine({"--account", "DEMO01"})->account, "DEMO01");
 }
 
 TEST(CommandLine, MistakesAreNamed) {
@@ -57,6 +58,7 @@ TEST(CommandLine, MistakesAreNamed) {
         {"folder missing", {"--data-dir"}, "Option --data-dir needs a value."},
         {"folder empty", {"--data-dir="}, "Option --data-dir needs a value."},
         {"picture missing", {"--screenshot"}, "Option --screenshot needs a value."},
+        {"account empty", {"--account="}, "Option --account needs a value."},
         {"help takes no value", {"--help=yes"}, "Unknown option --help=yes. Try wicker --help."},
     };
     for (const Row& r : rows) {
@@ -69,8 +71,8 @@ TEST(CommandLine, MistakesAreNamed) {
 
 TEST(CommandLine, HelpNamesEveryOptionAndVersionTheNumber) {
     const std::string usage = UsageText();
-    for (const char* option :
-         {"--data-dir", "--screenshot", "--version", "--help", "Mode=SIM", "Mode=FIX"}) {
+    for (const char* option : {"--data-dir", "--account", "--screenshot", "--version", "--help",
+                               "Mode=SIM", "Mode=FIX"}) {
         EXPECT_NE(usage.find(option), std::string::npos) << option;
     }
     EXPECT_EQ(VersionText(), std::string("wicker ") + WICKER_VERSION);

@@ -96,6 +96,20 @@ TEST_F(SetupScreen, OpensWithEveryBasketAndNoneSelected) {
     EXPECT_EQ(menu->title().toStdString(), "&File");
     EXPECT_EQ(Child<QAction>(*s, "mnuImport").text().toStdString(), "&Import Basket...");
     EXPECT_EQ(Child<QAction>(*s, "mnuExport").text().toStdString(), "&Export Basket...");
+    EXPECT_EQ(Child<QAction>(*s, "mnuImportSpreadsheet").text().toStdString(),
+              "Import from &Spreadsheet...");
+    // At the first size every caption and value reads whole.
+    for (const QTableView* view : {&list, &stocks(*s)}) {
+        for (int c = 0; c < view->model()->columnCount(); ++c) {
+            const QString caption = view->model()->headerData(c, Qt::Horizontal).toString();
+            if (!view->isColumnHidden(c)) {
+                EXPECT_GT(view->columnWidth(c), view->fontMetrics().horizontalAdvance(caption))
+                    << caption.toStdString();
+            }
+        }
+    }
+    EXPECT_GT(list.columnWidth(frmBaskets::ColIndex),
+              list.fontMetrics().horizontalAdvance(QStringLiteral("Mkt Cap Weighted")));
 }
 
 TEST_F(SetupScreen, ClickingABasketShowsItsLinesWithNullSharesAsZero) {

@@ -96,6 +96,16 @@ TEST(QtMessageBoxes, EmptyTitleShowsTheProgramsNameAndEscapeAnswersNo) {
     EXPECT_TRUE(on.done());
 }
 
+TEST(QtMessageBoxes, ABoxWithAShortTextIsWideEnoughForItsTitle) {
+    QtMessageBoxes boxes;
+    OnBox on([](QMessageBox& box) {
+        const int title = box.fontMetrics().horizontalAdvance(box.windowTitle());
+        EXPECT_GT(box.width(), title + 100);
+    });
+    boxes.show("AAPL 100 NASDAQ", 48, "Some Orders Were Not Sent");
+    EXPECT_TRUE(on.done());
+}
+
 } // namespace
 } // namespace wicker
 

@@ -34,8 +34,10 @@ TEST_F(MainScreen, EveryControlIsThereByItsNameWithItsCaption) {
         SCOPED_TRACE(r.name);
         EXPECT_EQ(Find<QLabel>(r.name).text().toStdString(), r.caption);
     }
-    for (const char* name : {"txtPercent", "txtDelta", "txtMod"}) {
-        EXPECT_NO_THROW(Find<QLineEdit>(name)) << name;
+    const Row named[] = {{"txtPercent", "Multiplier"}, {"txtDelta", "Delta"}, {"txtMod", "Mod"}};
+    for (const Row& r : named) {
+        SCOPED_TRACE(r.name);
+        EXPECT_EQ(Find<QLineEdit>(r.name).accessibleName().toStdString(), r.caption);
     }
     for (const char* name : {"UpDown1", "UpDown2", "UpDown3"}) {
         EXPECT_NO_THROW(Find<QWidget>(name)) << name;

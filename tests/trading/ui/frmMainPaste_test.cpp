@@ -97,6 +97,7 @@ TEST_F(MainPaste, EditMenuOffersPasteOnlyForTextThatParses) {
         {"the last row without a break is lost", "IBM\t1\r\nKO\t2", true, 1},
         {"a single line without a break", "IBM\t100", false, 0},
         {"no tab", "IBM 100\r\nKO 2\r\n", false, 0},
+        {"a CSV copy with a header", "Symbol,Qty\r\nIBM,1\r\nKO,2\r\n", true, 2},
     };
     for (const Row& r : rows) {
         SCOPED_TRACE(r.name);
