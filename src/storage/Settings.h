@@ -62,6 +62,15 @@ struct Settings {
     int32_t reserveQuantity = 100;
     bool reserveEnabled = false;
     int16_t numDecimals = 2;
+    // "Limits": the desk's pre-trade limits, 0 = off. Only the two that no normal send
+    // meets are on by default: a limit price 10 % through the market, and the same basket
+    // and side sent again within 5 seconds (a double click).
+    int32_t maxOrderShares = 0;
+    double maxOrderValue = 0;
+    double maxSendValue = 0;
+    double priceBandPercent = 10;
+    int32_t repeatSendSeconds = 5;
+    std::string tickTable = "0=0.0001;1=0.01"; ///< "Ticks"/"Table": price bands of the venue
     ByBasketName<double> divisors;
     ByBasketName<std::string> indexTypes;
 

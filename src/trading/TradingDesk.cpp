@@ -423,14 +423,42 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
+std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
+    std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+    // The quotes' own values: the cells are rounded to the decimals shown.
+    const auto own = [](double value) {
+        return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
+    };
+    for (size_t row = 0; row < lines.size(); ++row) {
+        if (const Quote* quote = m_quotes.QuoteAt(static_cast<int>(row))) {
+            lines[row].bidValue = own(quote->m_fBidPrice);
+            lines[row].askValue = own(quote->m_fAskPrice);
+            lines[row].lastValue = own(quote->m_fLastPrice);
+            lines[row].priceValue = own(quote->m_fImportPrice);
+        }
+    }
+    return lines;
+}
+
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
     ExecuteReport report;
     report.basketSeq = m_sequence.BasketSeq();
     const ExecutionInputs inputs{accountText, m_percentText, m_currentBasketName};
-    const ExecutionSettings settings{m_settings.beforeSending, m_settings.reserveEnabled,
-                                     m_settings.reserveQuantity};
+    Result<TickTable> ticks = ParseTickTable(m_settings.tickTable);
+    if (!ticks) {
+        m_boxes.show("The price bands in section Ticks of basket.ini cannot be used: " +
+                         ticks.error().message + "\r\nNo order was sent.",
+                     48, "Basket Not Sent");
+        report.outcome = ExecuteOutcome::NotReserved;
+        return report;
+    }
+    const ExecutionSettings settings{
+        m_settings.beforeSending, m_settings.reserveEnabled, m_settings.reserveQuantity,
+        std::move(*ticks),
+        SendLimits{m_settings.maxOrderShares, m_settings.maxOrderValue, m_settings.maxSendValue,
+                   m_settings.priceBandPercent, m_settings.repeatSendSeconds}};
     try {
-        const std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.

@@ -198,6 +198,8 @@ public:
 
     /// cmdExecuteBasket_<index> with the account box's text.
     ExecuteReport ExecuteBasket(int index, const std::string& accountText);
+    /// Who is asked when a send breaks a limit; without one such a send is refused.
+    void setLimitOverride(LimitOverride* prompt) { m_execution.setLimitOverride(prompt); }
     /// "Basket Options": cancel every open basket order / those of the selected basket.
     int CancelAllBaskets();
     int CancelSelectedBasket(const std::optional<BasketListSelection>& selected);
@@ -264,6 +266,7 @@ private:
     void LoadPastedLines(std::vector<StockLine> lines);
     void RequoteAndCalculate();
     bool CheckMainLine(MainLineEntry& entry);
+    std::vector<ExecutionLine> ExecutionLinesWithQuotes() const;
 
     Platform& m_platform;
     MessageBoxes& m_boxes;

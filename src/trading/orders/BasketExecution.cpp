@@ -4,65 +4,34 @@
 #include "common/Formats.h"
 #include "common/RuntimeError.h"
 #include "common/Text.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/orders/BasketOrderIds.h"
 #include "trading/orders/ExecutionButtons.h"
+#include "trading/orders/SendPlan.h"
 #include "trading/orders/SubmitErrors.h"
 
-#include <cmath>
+#include <chrono>
 #include <limits>
 
 namespace wicker {
 
 namespace {
 
-bool HasQuote(const std::string& text) {
-    return !text.empty() && Val(text) != 0;
-}
-
-/// Limit buttons need all three quotes and a TIF, even the quotes whose price is not used.
-bool LineMaySend(int index, const ExecutionLine& line) {
-    if (IsMarketTypeButton(index)) {
-        return true;
-    }
-    return HasQuote(line.bid) && HasQuote(line.ask) && HasQuote(line.last) && !line.tif.empty();
-}
-
-const std::string& PriceText(PriceSource source, const ExecutionLine& line) {
-    switch (source) {
-    case PriceSource::Bid:
-        return line.bid;
-    case PriceSource::Ask:
-        return line.ask;
-    case PriceSource::Last:
-        return line.last;
-    case PriceSource::LinePrice:
-    case PriceSource::None:
-        break;
-    }
-    return line.price;
-}
-
 /// Side, price type, TIF and limit price of the button, set in the order the platform
 /// has always received them.
-void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, QVXOrder& order) {
+void ApplyButtonRule(int index, const PlannedOrder& planned, const ExecutionLine& line,
+                     QVXOrder& order) {
     const auto rule = ExecuteButtonRuleFor(index);
     if (!rule) {
         return;
     }
     switch (rule->kind) {
-    case ButtonKind::Limit: {
-        const double price = CDbl(PriceText(rule->price, line));
-        const std::string tif = TifCode(line.tif);
-        const double limit = price + modifier;
-        if (!std::isfinite(limit)) {
-            throw RuntimeError(err::Overflow, err::OverflowText);
-        }
-        order.setTif(tif);
+    case ButtonKind::Limit:
+        order.setTif(TifCode(line.tif));
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
-        order.setLmtPrice(limit);
+        order.setLmtPrice(planned.limit);
         break;
-    }
     case ButtonKind::Market:
     case ButtonKind::MarketOnClose:
         order.setTif(TifCode(line.tif));
@@ -75,6 +44,11 @@ void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, QVXO
         order.setSide(std::string(rule->side));
         break;
     }
+}
+
+std::string NotSentText(const PlannedOrder& planned) {
+    return planned.refusal.empty() ? planned.reportText
+                                   : planned.reportText + " (" + planned.refusal + ")";
 }
 
 } // namespace
@@ -111,7 +85,8 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         report.outcome = ExecuteOutcome::NoLines;
         return report;
     }
-    if (inputs.account.empty()) {
+    // An account of blanks is no account: the platform would send it as one.
+    if (Trim(inputs.account).empty()) {
         m_boxes.show("Please choose an account to use.", 0, "Missing Account");
         report.outcome = ExecuteOutcome::MissingAccount;
         return report;
@@ -122,9 +97,14 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         report.outcome = ExecuteOutcome::ZeroMultiple;
         return report;
     }
-    if (settings.confirmBeforeSending && m_boxes.show("Do you want to send this basket order?", 292,
-                                                      "Basket Confirmation") != MsgAnswer::Yes) {
+    // Every line is checked before the first order leaves: no bad line sends a basket in part.
+    const SendPlan plan = PlanSend(index, lines, settings.ticks);
+    if (settings.confirmBeforeSending && !Confirmed(index, plan)) {
         report.outcome = ExecuteOutcome::NotConfirmed;
+        return report;
+    }
+    if (!LimitsPass(index, lines, inputs, settings, plan, report)) {
+        report.outcome = ExecuteOutcome::LimitsRefused;
         return report;
     }
 
@@ -149,11 +129,12 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
 
         const std::string date = FormatYyyymmdd(m_clock.localNow());
-        for (const ExecutionLine& line : lines) {
-            if (line.checked) {
-                SendLine(index, line, inputs, settings, date, report);
-            }
+        for (const PlannedOrder& planned : plan.orders) {
+            SendLine(index, lines[planned.line], planned, inputs, settings, date, report);
         }
+    }
+    if (report.ordersSubmitted > 0) {
+        m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
     }
 
     const std::string summary = SendSummaryText(report.notSent, report.submitErrors);
@@ -163,12 +144,40 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
     return report;
 }
 
-double BasketExecution::ModifierValue(const std::string& text) {
-    // Every line carries the screen's one modifier: read its text once per distinct value.
-    if (!m_modifierCache || m_modifierCache->first != text) {
-        m_modifierCache.emplace(text, CDbl(text));
+bool BasketExecution::Confirmed(int index, const SendPlan& plan) {
+    std::string text = "Do you want to send this basket order?";
+    const std::string side = SideWord(index);
+    text += "\r\n\r\n" + (side.empty() ? std::string("No side") : side) + " " +
+            ThousandsText(plan.sendableLines) + (plan.sendableLines == 1 ? " line, " : " lines, ") +
+            (plan.shares == 0 ? std::string("0") : ThousandsText(plan.shares)) + " shares, $" +
+            DollarText(plan.notional);
+    if (const size_t held = plan.orders.size() - static_cast<size_t>(plan.sendableLines);
+        held > 0) {
+        text += "\r\n" + std::to_string(held) + (held == 1 ? " line cannot" : " lines cannot") +
+                " be sent and will be listed.";
     }
-    return m_modifierCache->second;
+    return m_boxes.show(text, 292, "Basket Confirmation") == MsgAnswer::Yes;
+}
+
+bool BasketExecution::LimitsPass(int index, std::span<const ExecutionLine> lines,
+                                 const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                                 const SendPlan& plan, ExecuteReport& report) {
+    std::optional<double> since;
+    const auto last = m_lastSends.find({UCase(inputs.basketName), SideWord(index)});
+    if (last != m_lastSends.end()) {
+        since = std::chrono::duration<double>(m_clock.now() - last->second).count();
+    }
+    const std::vector<LimitBreach> breaches =
+        CheckSendLimits(settings.limits, index, lines, plan, since);
+    if (breaches.empty()) {
+        return true;
+    }
+    if (m_override == nullptr ||
+        !m_override->ConfirmOverride(inputs.basketName, SideWord(index), breaches)) {
+        return false;
+    }
+    report.overriddenLimits = BrokenLimits(breaches);
+    return true;
 }
 
 bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
@@ -183,29 +192,24 @@ bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
     return true;
 }
 
-void BasketExecution::SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
-                               const ExecutionSettings& settings, const std::string& date,
-                               ExecuteReport& report) {
+void BasketExecution::SendLine(int index, const ExecutionLine& line, const PlannedOrder& planned,
+                               const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                               const std::string& date, ExecuteReport& report) {
+    if (!planned.sendable) {
+        report.notSent.push_back(NotSentText(planned));
+        return;
+    }
     const std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
     order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
     order->setAccount(UCase(inputs.account));
     order->setSymbol(line.symbol);
-    // One reading of the text serves both conversions: each is exactly the text's own.
-    const double quantity = CDbl(line.quantity);
-    order->setQuantity(CLng(quantity));
+    order->setQuantity(planned.quantity);
     order->setDestination(UCase(line.destination));
-    std::string reportText =
-        line.symbol + " " + std::to_string(CInt(quantity)) + " " + line.destination;
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
     }
-    if (!LineMaySend(index, line)) {
-        report.notSent.push_back(std::move(reportText));
-        return;
-    }
-    const double modifier = ModifierValue(line.modifier);
-    ApplyButtonRule(index, line, modifier, *order);
+    ApplyButtonRule(index, planned, line, *order);
 
     order->setClOrderID(
         BasketClOrderID(order->Account(), date, report.basketSeq, m_sequence.TakeOrderSeq()));
@@ -213,7 +217,7 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Execu
     m_lastSubmitResult = order->SubmitOrder();
     ++report.ordersSubmitted;
     if (m_lastSubmitResult < 0) {
-        report.submitErrors.emplace_back(std::move(reportText), m_lastSubmitResult);
+        report.submitErrors.emplace_back(planned.reportText, m_lastSubmitResult);
     }
 }
 

@@ -3,9 +3,13 @@
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/QVXOrder.h"
+#include "trading/orders/ExecutionLine.h"
+#include "trading/orders/SendLimits.h"
 #include "trading/orders/SendSequence.h"
+#include "trading/orders/TickTable.h"
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -13,20 +17,6 @@
 #include <vector>
 
 namespace wicker {
-
-/// What a send reads of one lvStocks line: its check box and the sub-item texts.
-struct ExecutionLine {
-    bool checked = false;
-    std::string symbol;      ///< item text
-    std::string bid;         ///< sub-item 1
-    std::string ask;         ///< sub-item 2
-    std::string last;        ///< sub-item 3
-    std::string quantity;    ///< sub-item 5, the quantity to send
-    std::string destination; ///< sub-item 6
-    std::string modifier;    ///< sub-item 7
-    std::string tif;         ///< sub-item 8
-    std::string price;       ///< sub-item 19, the line's own price
-};
 
 /// The screen's fields a send reads.
 struct ExecutionInputs {
@@ -40,6 +30,8 @@ struct ExecutionSettings {
     bool confirmBeforeSending = false; ///< "Confirmation" / "BeforeSending"
     bool reserveEnabled = false;       ///< "Reserve" / "Enabled"
     int32_t reserveQuantity = 100;     ///< "Reserve" / "Quantity"
+    TickTable ticks = TickTable::UsEquities();
+    SendLimits limits; ///< all off unless set
 };
 
 /// How a click ended.
@@ -48,6 +40,7 @@ enum class ExecuteOutcome {
     MissingAccount, ///< refused; the screen moves the focus to cboAccount
     ZeroMultiple,   ///< refused: multiplier 0
     NotConfirmed,   ///< the trader answered No
+    LimitsRefused,  ///< a limit was broken and the trader did not override it
     NotReserved,    ///< the next basket number could not be saved: nothing was sent
     Sent,           ///< the lines were worked through (some may have been refused)
 };
@@ -59,6 +52,8 @@ struct ExecuteReport {
     int32_t ordersSubmitted = 0;      ///< SubmitOrder calls made
     std::vector<std::string> notSent; ///< report texts
     std::vector<std::pair<std::string, int32_t>> submitErrors; ///< report text, result
+    /// The limits the trader overrode for this send (LimitName texts); empty when none.
+    std::vector<std::string> overriddenLimits;
 };
 
 /// The text of the one summary message after a send; empty when every line went out.
@@ -81,18 +76,24 @@ public:
                                          const ExecutionInputs& inputs,
                                          const ExecutionSettings& settings);
 
+    /// Who is asked to override a broken limit; without one such a send is refused.
+    void setLimitOverride(LimitOverride* prompt) { m_override = prompt; }
+
     /// Result of the last SubmitOrder of the last send.
     int32_t LastSubmitResult() const { return m_lastSubmitResult; }
 
 private:
     /// Reserves the next send number durably; false (and a message) when it fails.
     bool ReserveNextBasketSeq(int16_t basketSeq);
-    /// The line's price modifier as a number (a text that is none throws RuntimeError).
-    double ModifierValue(const std::string& text);
-    /// One checked line: builds, checks and submits its order.
-    void SendLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
-                  const ExecutionSettings& settings, const std::string& date,
-                  ExecuteReport& report);
+    /// The confirmation: its question, then what is about to leave.
+    bool Confirmed(int index, const SendPlan& plan);
+    /// False when a limit is broken and not overridden; records the overridden ones.
+    bool LimitsPass(int index, std::span<const ExecutionLine> lines, const ExecutionInputs& inputs,
+                    const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
+    /// One planned line: submits its order, or lists it as not sent.
+    void SendLine(int index, const ExecutionLine& line, const PlannedOrder& planned,
+                  const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                  const std::string& date, ExecuteReport& report);
 
     QVXOrderFactory& m_orders;
     SendSequence& m_sequence;
@@ -100,7 +101,9 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
     int32_t m_lastSubmitResult = 0;
-    std::optional<std::pair<std::string, double>> m_modifierCache;
+    LimitOverride* m_override = nullptr;
+    /// When each basket and side was last sent, for the repeat-send limit.
+    std::map<std::pair<std::string, std::string>, Clock::TimePoint> m_lastSends;
 };
 
 } // namespace wicker
