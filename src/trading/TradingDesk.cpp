@@ -1,10 +1,12 @@
 #include "trading/TradingDesk.h"
 
 #include "baskets/OrdinaryError.h"
+#include "common/Conversions.h"
 #include "common/Text.h"
 #include "storage/BasketDatabase.h"
 #include "trading/basket/BasketCalculation.h"
 #include "trading/basket/BasketIndexValue.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/basket/FieldSpinners.h"
 #include "trading/orders/BasketOrderIds.h"
 
@@ -321,32 +323,54 @@ void TradingDesk::cmdClear_Click() {
 void TradingDesk::cmdSA_Click() {
     RunGuarded([&] {
         m_stocks.SetAllChecked(true);
-        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+        CalcCheckedTotal(m_stocks, m_lineNotional);
     });
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::cmdCA_Click() {
     RunGuarded([&] {
         m_stocks.SetAllChecked(false);
-        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+        CalcCheckedTotal(m_stocks, m_lineNotional);
     });
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::SetLineChecked(int row, bool checked) {
     RunGuarded([&] { m_stocks.SetChecked(row, checked); });
+    UpdateNotional();
+}
+
+void TradingDesk::UpdateNotional() {
+    if (m_stocks.Empty()) {
+        m_statusNotional = "0.00";
+    } else {
+        // What the checked lines are worth now: quantity to send x the quote's own last.
+        double total = 0;
+        for (int row = 0; row < m_stocks.Count(); ++row) {
+            if (!m_stocks.Checked(row)) {
+                continue;
+            }
+            const Quote* quote = m_quotes.QuoteAt(row);
+            const double last = quote != nullptr && quote->m_fLastPrice != 0
+                                    ? quote->m_fLastPrice
+                                    : Val(m_stocks.Cell(row, stkLast));
+            total += Val(m_stocks.Cell(row, stkOrderQty)) * last;
+        }
+        m_statusNotional = DollarText(total);
+    }
+    Changed(ScreenPart::StatusBar);
 }
 
 void TradingDesk::RunCalcBasket() {
     try {
-        m_statusNotional = CalcBasket(m_stocks, {m_percentText, m_deltaText},
-                                      m_settings.shareRounding, m_lineNotional);
+        CalcBasket(m_stocks, {m_percentText, m_deltaText}, m_settings.shareRounding,
+                   m_lineNotional);
     } catch (const std::exception& e) {
-        // The lines before the bad one keep their new quantities; the total stays.
+        // The lines before the bad one keep their new quantities.
         ShowOrdinaryError(m_boxes, e);
     }
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::Recalculate() {
@@ -489,6 +513,8 @@ int TradingDesk::Timer200ms() {
 }
 
 bool TradingDesk::Timer1sec() {
+    // The notional follows the quotes, once a second.
+    UpdateNotional();
     const bool rebuilt = m_tracker.Timer1sec();
     if (rebuilt) {
         // Keep the quotes of every traded symbol coming, for the index column.

@@ -227,7 +227,8 @@ public:
     const std::vector<std::string>& TifList() const { return TifChoices(); }
     const std::string& CurrentBasketName() const { return m_currentBasketName; }
     int32_t CurrentBasketNum() const { return m_currentBasketNum; }
-    /// The second panel of sbMain: the basket notional.
+    /// The second panel of sbMain: quantity to send x last over the checked lines, with
+    /// thousands separators ("0.00" for an empty list); follows the quotes every second.
     const std::string& StatusNotional() const { return m_statusNotional; }
     bool PlatformOnline() const { return m_platformOnline; }
     const std::string& PlatformStatusText() const { return m_platformStatus; }
@@ -267,6 +268,8 @@ private:
     void RequoteAndCalculate();
     bool CheckMainLine(MainLineEntry& entry);
     std::vector<ExecutionLine> ExecutionLinesWithQuotes() const;
+    /// The second panel of sbMain: the checked lines' value at the last.
+    void UpdateNotional();
 
     Platform& m_platform;
     MessageBoxes& m_boxes;

@@ -20,5 +20,9 @@ struct SimSettings {
 
 /// Reason code of the reject an order for a halted symbol gets.
 inline constexpr int32_t kSimRejectHalted = 1;
+/// Reason code of the reject of an order without a destination the broker routes to.
+inline constexpr int32_t kSimRejectDestination = 2;
+/// Reason code of the reject of an order whose symbol is not shaped like a ticker.
+inline constexpr int32_t kSimRejectSymbol = 3;
 
 } // namespace wicker
