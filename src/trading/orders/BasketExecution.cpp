@@ -46,9 +46,9 @@ void ApplyButtonRule(int index, const PlannedOrder& planned, const ExecutionLine
     }
 }
 
-std::string NotSentText(const PlannedOrder& planned) {
-    return planned.refusal.empty() ? planned.reportText
-                                   : planned.reportText + " (" + planned.refusal + ")";
+std::string NotSentText(const ExecutionLine& line, const PlannedOrder& planned) {
+    return planned.refusal.empty() ? ReportText(line, planned)
+                                   : ReportText(line, planned) + " (" + planned.refusal + ")";
 }
 
 } // namespace
@@ -196,7 +196,7 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Plann
                                const ExecutionInputs& inputs, const ExecutionSettings& settings,
                                const std::string& date, ExecuteReport& report) {
     if (!planned.sendable) {
-        report.notSent.push_back(NotSentText(planned));
+        report.notSent.push_back(NotSentText(line, planned));
         return;
     }
     const std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
@@ -217,7 +217,7 @@ void BasketExecution::SendLine(int index, const ExecutionLine& line, const Plann
     m_lastSubmitResult = order->SubmitOrder();
     ++report.ordersSubmitted;
     if (m_lastSubmitResult < 0) {
-        report.submitErrors.emplace_back(planned.reportText, m_lastSubmitResult);
+        report.submitErrors.emplace_back(ReportText(line, planned), m_lastSubmitResult);
     }
 }
 

@@ -39,23 +39,23 @@ std::optional<std::string> BandBreach(double percent, bool buy, double limit,
 void CheckLine(const SendLimits& limits, bool limitButton, bool buy, const PlannedOrder& order,
                const ExecutionLine& line, std::vector<LimitBreach>& out) {
     if (limits.maxOrderShares > 0 && order.quantity > limits.maxOrderShares) {
-        out.push_back({order.reportText, LimitName::OrderShares,
+        out.push_back({ReportText(line, order), LimitName::OrderShares,
                        ThousandsText(order.quantity) + " shares, limit " +
                            ThousandsText(limits.maxOrderShares)});
     }
     if (limits.maxOrderValue > 0) {
         if (order.value <= 0) {
-            out.push_back(
-                {order.reportText, LimitName::OrderValue, "no last price to value the order"});
+            out.push_back({ReportText(line, order), LimitName::OrderValue,
+                           "no last price to value the order"});
         } else if (order.value > limits.maxOrderValue) {
             out.push_back(
-                {order.reportText, LimitName::OrderValue,
+                {ReportText(line, order), LimitName::OrderValue,
                  "$" + DollarText(order.value) + ", limit $" + DollarText(limits.maxOrderValue)});
         }
     }
     if (limits.priceBandPercent > 0 && limitButton) {
         if (auto text = BandBreach(limits.priceBandPercent, buy, order.limit, line)) {
-            out.push_back({order.reportText, LimitName::PriceBand, std::move(*text)});
+            out.push_back({ReportText(line, order), LimitName::PriceBand, std::move(*text)});
         }
     }
 }

@@ -3,6 +3,7 @@
 #include "common/Conversions.h"
 #include "trading/orders/ExecutionButtons.h"
 
+#include <charconv>
 #include <cmath>
 #include <limits>
 #include <optional>
@@ -30,6 +31,16 @@ bool QuotesPresent(int index, const ExecutionLine& line) {
 }
 
 std::optional<double> Number(const std::string& text) {
+    // Plain decimals (nearly every quantity and modifier) without the general conversion.
+    double quick = 0;
+    const char* end = text.data() + text.size();
+    if (!text.empty() && text[0] != '+' && text[0] != ' ') {
+        if (const auto [ptr, ec] =
+                std::from_chars(text.data(), end, quick, std::chars_format::fixed);
+            ec == std::errc() && ptr == end) {
+            return quick;
+        }
+    }
     if (!IsNumeric(text)) {
         return std::nullopt;
     }
@@ -64,21 +75,19 @@ double SourcePrice(PriceSource source, const ExecutionLine& line) {
 std::string PlanQuantity(const ExecutionLine& line, PlannedOrder& order) {
     const std::optional<double> qty = Number(line.quantity);
     if (!qty) {
-        order.reportText = line.symbol + " " + line.quantity + " " + line.destination;
         return "quantity is not a number";
     }
     if (std::fabs(*qty) > std::numeric_limits<int32_t>::max()) {
-        order.reportText = line.symbol + " " + line.quantity + " " + line.destination;
         return "quantity is more than 2,147,483,647 shares";
     }
     order.quantity = CLng(*qty);
-    order.reportText = line.symbol + " " + std::to_string(order.quantity) + " " + line.destination;
+    order.quantityKnown = true;
     return {};
 }
 
 std::string PlanLimit(const ExecuteButtonRule& rule, const ExecutionLine& line,
                       const TickTable& ticks, PlannedOrder& order) {
-    const std::optional<double> modifier = Number(line.modifier);
+    const std::optional<double>& modifier = order.modifier;
     if (!modifier) {
         return "price modifier \"" + line.modifier + "\" is not a number";
     }
@@ -106,8 +115,18 @@ std::string SideWord(int index) {
     return rule->side == "T" ? "SHORT" : "BUY";
 }
 
+std::string ReportText(const ExecutionLine& line, const PlannedOrder& order) {
+    return line.symbol + " " +
+           (order.quantityKnown ? std::to_string(order.quantity) : line.quantity) + " " +
+           line.destination;
+}
+
 SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks) {
     SendPlan plan;
+    plan.orders.reserve(lines.size());
+    // Every line carries the screen's one modifier: its text is read once per distinct value.
+    const std::string* modifierText = nullptr;
+    std::optional<double> modifier;
     const auto rule = ExecuteButtonRuleFor(index);
     for (size_t i = 0; i < lines.size(); ++i) {
         const ExecutionLine& line = lines[i];
@@ -125,6 +144,11 @@ SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTab
         }
         order.reference = QuoteValue(line.lastValue, line.last);
         if (rule && rule->kind == ButtonKind::Limit) {
+            if (modifierText == nullptr || *modifierText != line.modifier) {
+                modifierText = &line.modifier;
+                modifier = Number(line.modifier);
+            }
+            order.modifier = modifier;
             order.refusal = PlanLimit(*rule, line, ticks, order);
             if (!order.refusal.empty()) {
                 continue;
