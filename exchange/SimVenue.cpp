@@ -50,10 +50,15 @@ public:
     void OnQVXQuoteUpdate(const QVXQuoteStruct& q) override { quotes.push_back(q); }
 };
 
+SimSettings AsVenue(SimSettings settings) {
+    settings.routes = false;
+    return settings;
+}
+
 } // namespace
 
 SimVenue::SimVenue(SimSettings settings, std::chrono::steady_clock::time_point start)
-    : m_sim(std::move(settings), m_clock, SimDriver::Manual), m_start(start),
+    : m_sim(AsVenue(std::move(settings)), m_clock, SimDriver::Manual), m_start(start),
       m_virtualStart(m_sim.now()) {
     // The venue never fails to start: the simulator only refuses after a shutdown.
     (void)m_sim.Start();

@@ -7,6 +7,7 @@
 #include "platform/fix/FixPlatformSettings.h"
 #include "platform/sim/SimSettings.h"
 #include "storage/SettingsKeys.h"
+#include "trading/orders/TickTable.h"
 
 #include <algorithm>
 #include <charconv>
@@ -303,6 +304,64 @@ const std::vector<PlatformKeyDefault>& EditablePlatformKeys() {
     return keys;
 }
 
+const std::vector<LimitKey>& LimitKeys() {
+    static const std::vector<LimitKey> keys = {
+        {"Limits", "MaxOrderShares", "Most shares per order (0 = no limit):"},
+        {"Limits", "MaxOrderValue", "Most dollars per order (0 = no limit):"},
+        {"Limits", "MaxSendValue", "Most dollars per basket send (0 = no limit):"},
+        {"Limits", "PriceBandPercent",
+         "Largest % a limit may be through the last or far side "
+         "(0 = no limit):"},
+        {"Limits", "RepeatSendSeconds",
+         "Seconds before the same basket and side may go again "
+         "(0 = no limit):"},
+        {"Ticks", "Table", "Price ticks (lowest price = tick; ...):"},
+    };
+    return keys;
+}
+
+namespace {
+
+// Amounts as a trader writes them: 1000000, not 1e+06.
+std::string PlainNumber(double value) {
+    char text[64];
+    const auto result = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed);
+    return std::string(text, result.ptr);
+}
+
+std::map<std::string, std::string> LimitTexts(const Settings& s) {
+    return {{"MaxOrderShares", NumberString(s.maxOrderShares)},
+            {"MaxOrderValue", PlainNumber(s.maxOrderValue)},
+            {"MaxSendValue", PlainNumber(s.maxSendValue)},
+            {"PriceBandPercent", PlainNumber(s.priceBandPercent)},
+            {"RepeatSendSeconds", NumberString(s.repeatSendSeconds)},
+            {"Table", s.tickTable}};
+}
+
+std::optional<SettingsProblem> CheckSendLimits(const GeneralSettings& v) {
+    for (const LimitKey& k : LimitKeys()) {
+        const auto it = v.limits.find(k.key);
+        const std::string text = it == v.limits.end() ? std::string() : it->second;
+        if (k.section == "Ticks") {
+            if (Result<TickTable> t = ParseTickTable(text); !t) {
+                return Problem(k.key, t.error().message);
+            }
+            continue;
+        }
+        const bool whole = k.key == "MaxOrderShares" || k.key == "RepeatSendSeconds";
+        const std::optional<double> n = Parse<double>(text);
+        if (!n || *n < 0 || !std::isfinite(*n) ||
+            (whole && (*n != std::floor(*n) || *n > 2147483647))) {
+            return Problem(k.key, k.label.substr(0, k.label.find(" (")) + " must be " +
+                                      (whole ? "a whole number" : "a number") +
+                                      " of 0 or more (0 = no limit).");
+        }
+    }
+    return std::nullopt;
+}
+
+} // namespace
+
 GeneralSettings LoadGeneralSettings(const Settings& screen, const fs::path& appFolder) {
     GeneralSettings v;
     v.shareRounding = screen.shareRounding;
@@ -324,6 +383,7 @@ GeneralSettings LoadGeneralSettings(const Settings& screen, const fs::path& appF
     v.buyButtonColor = screen.buyButtonColor;
     v.sellButtonColor = screen.sellButtonColor;
     v.shortButtonColor = screen.shortButtonColor;
+    v.limits = LimitTexts(screen);
 
     const fs::path ini = appFolder / keys::kSettingsFile;
     const ImportDefaults import = ReadImportDefaults(ini);
@@ -370,6 +430,9 @@ GeneralSettings Normalised(GeneralSettings v) {
     v.defaultListed = UCase(Trim(v.defaultListed));
     v.defaultOTC = UCase(Trim(v.defaultOTC));
     v.buttons = WholeButtons(v.buttons);
+    for (auto& [key, text] : v.limits) {
+        text = Trim(text);
+    }
     for (auto& [key, text] : v.platform) {
         text = Trim(text);
         if (key == "Mode" || key == "FixQuotes" || key == "FixVersion") {
@@ -396,6 +459,9 @@ std::optional<SettingsProblem> ValidateGeneralSettings(const GeneralSettings& v,
     if (v.numDecimals < 2 || v.numDecimals > 4) {
         return Problem(SettingsField::NumDecimals,
                        "Please choose the decimals shown for prices: 2, 3 or 4.");
+    }
+    if (auto p = CheckSendLimits(v)) {
+        return p;
     }
     if (auto p = CheckDestination(SettingsField::DefaultListed,
                                   "default destination of listed "
@@ -452,6 +518,10 @@ Result<void> SaveGeneralSettings(const fs::path& appFolder, const GeneralSetting
         {"Import", "DefaultListed", v.defaultListed},
         {"Import", "DefaultOTC", v.defaultOTC},
     };
+    for (const LimitKey& k : LimitKeys()) {
+        const auto it = v.limits.find(k.key);
+        values.push_back({k.section, k.key, it == v.limits.end() ? std::string() : it->second});
+    }
     for (const PlatformKeyDefault& k : EditablePlatformKeys()) {
         const std::string now = Shown(k.key, v);
         if (now != Shown(k.key, loaded)) {
@@ -480,6 +550,19 @@ void ApplyGeneralSettings(const GeneralSettings& v, Settings& screen) {
     screen.buyButtonColor = v.buyButtonColor;
     screen.sellButtonColor = v.sellButtonColor;
     screen.shortButtonColor = v.shortButtonColor;
+    const auto number = [&](const char* key, double fallback) {
+        const auto it = v.limits.find(key);
+        return it == v.limits.end() ? fallback : Parse<double>(it->second).value_or(fallback);
+    };
+    screen.maxOrderShares = static_cast<int32_t>(number("MaxOrderShares", screen.maxOrderShares));
+    screen.maxOrderValue = number("MaxOrderValue", screen.maxOrderValue);
+    screen.maxSendValue = number("MaxSendValue", screen.maxSendValue);
+    screen.priceBandPercent = number("PriceBandPercent", screen.priceBandPercent);
+    screen.repeatSendSeconds =
+        static_cast<int32_t>(number("RepeatSendSeconds", screen.repeatSendSeconds));
+    if (const auto it = v.limits.find("Table"); it != v.limits.end()) {
+        screen.tickTable = it->second;
+    }
 }
 
 bool PlatformChanged(const GeneralSettings& values, const GeneralSettings& loaded) {

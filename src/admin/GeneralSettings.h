@@ -41,6 +41,16 @@ struct PlatformKeyDefault {
 /// Every such key: "Mode", the FIX session keys, the simulator's knobs and the limits.
 const std::vector<PlatformKeyDefault>& EditablePlatformKeys();
 
+/// One pre-trade limit (section "Limits") or the tick table ("Ticks"/"Table") as the dialog
+/// edits it, with its label.
+struct LimitKey {
+    std::string section;
+    std::string key;
+    std::string label;
+};
+/// Every such key, in the order the dialog shows them.
+const std::vector<LimitKey>& LimitKeys();
+
 /// What the general settings dialog edits, as its controls hold it. Typed values are text
 /// until they are validated.
 struct GeneralSettings {
@@ -67,6 +77,8 @@ struct GeneralSettings {
     std::string defaultOTC = "ARCA";    ///< "Import"/"DefaultOTC"
     /// Key of section "Platform" -> its text; every key of EditablePlatformKeys.
     std::map<std::string, std::string> platform;
+    /// The pre-trade limits and the tick table: key of LimitKeys -> its text.
+    std::map<std::string, std::string> limits;
 
     bool operator==(const GeneralSettings&) const = default;
 };

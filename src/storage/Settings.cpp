@@ -40,6 +40,27 @@ public:
         } catch (const std::exception&) {
         }
     }
+    // An amount of 0 or more; anything else keeps the target and is named in `problems`.
+    void amount(std::string_view section, std::string_view key, double& target,
+                std::vector<std::string>& problems) {
+        const std::string t = Trim(text(section, key, ""));
+        if (t.empty()) {
+            return;
+        }
+        double value = -1;
+        try {
+            value = IsNumeric(t) ? CDbl(t) : -1;
+        } catch (const std::exception&) {
+        }
+        if (!(value >= 0) || !std::isfinite(value)) {
+            problems.push_back("The setting " + std::string(key) + " in section " +
+                               std::string(section) + " of basket.ini must be a number of 0 or " +
+                               "more (0 = off), not \"" + t + "\". It stays at " +
+                               NumberText(target) + ".");
+            return;
+        }
+        target = value;
+    }
     void int32(std::string_view section, std::string_view key, std::string_view def,
                int32_t& target) {
         try {
@@ -201,6 +222,19 @@ void ReadSequence(Reader& r, const fs::path& appFolder, const Clock& clock, Sett
     r.int16(keys::kSequence, keys::kBasketNum, "1", s.basketNum);
 }
 
+void ReadLimits(Reader& r, Settings& s) {
+    double shares = s.maxOrderShares;
+    r.amount(keys::kLimits, keys::kMaxOrderShares, shares, s.problems);
+    s.maxOrderShares = static_cast<int32_t>(std::min(shares, 2147483647.0));
+    r.amount(keys::kLimits, keys::kMaxOrderValue, s.maxOrderValue, s.problems);
+    r.amount(keys::kLimits, keys::kMaxSendValue, s.maxSendValue, s.problems);
+    r.amount(keys::kLimits, keys::kPriceBandPercent, s.priceBandPercent, s.problems);
+    double seconds = s.repeatSendSeconds;
+    r.amount(keys::kLimits, keys::kRepeatSendSeconds, seconds, s.problems);
+    s.repeatSendSeconds = static_cast<int32_t>(std::min(seconds, 86400.0));
+    s.tickTable = r.text(keys::kTicks, keys::kTable, s.tickTable);
+}
+
 void ReadDisplay(Reader& r, const fs::path& appFolder, Settings& s) {
     r.flag(keys::kDisplaySettings, keys::kBasketButtons, "1", s.basketButtons);
     r.flag(keys::kBasketInfo, keys::kDisplay, "1", s.basketInfoDisplay);
@@ -309,6 +343,7 @@ Settings LoadSettings(const fs::path& appFolder, const Clock& clock,
     ReadLayout(r, s);
     ReadSequence(r, appFolder, clock, s);
     ReadDisplay(r, appFolder, s);
+    ReadLimits(r, s);
     return s;
 }
 

@@ -69,6 +69,15 @@ struct Settings {
     /// Seconds an order may wait for the broker's first report before it shows "No answer"
     /// (1 to 3600).
     int16_t noAnswerSeconds = 10;
+    // "Limits": the desk's pre-trade limits, 0 = off. Only the two that no normal send
+    // meets are on by default: a limit price 10 % through the market, and the same basket
+    // and side sent again within 5 seconds (a double click).
+    int32_t maxOrderShares = 0;
+    double maxOrderValue = 0;
+    double maxSendValue = 0;
+    double priceBandPercent = 10;
+    int32_t repeatSendSeconds = 5;
+    std::string tickTable = "0=0.0001;1=0.01"; ///< "Ticks"/"Table": price bands of the venue
     ByBasketName<double> divisors;
     ByBasketName<std::string> indexTypes;
 

@@ -81,4 +81,13 @@ inline constexpr std::string_view kDivisors = "Divisors";
 inline constexpr std::string_view kIndexTypes = "IndexTypes";
 inline constexpr std::string_view kList = "List";
 
+inline constexpr std::string_view kLimits = "Limits";
+inline constexpr std::string_view kMaxOrderShares = "MaxOrderShares";
+inline constexpr std::string_view kMaxOrderValue = "MaxOrderValue";
+inline constexpr std::string_view kMaxSendValue = "MaxSendValue";
+inline constexpr std::string_view kPriceBandPercent = "PriceBandPercent";
+inline constexpr std::string_view kRepeatSendSeconds = "RepeatSendSeconds";
+inline constexpr std::string_view kTicks = "Ticks";
+inline constexpr std::string_view kTable = "Table";
+
 } // namespace wicker::keys

@@ -1,10 +1,12 @@
 #include "trading/TradingDesk.h"
 
 #include "baskets/OrdinaryError.h"
+#include "common/Conversions.h"
 #include "common/Text.h"
 #include "storage/BasketDatabase.h"
 #include "trading/basket/BasketCalculation.h"
 #include "trading/basket/BasketIndexValue.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/basket/FieldSpinners.h"
 #include "trading/orders/BasketOrderIds.h"
 #include "trading/orders/ExitWithOpenOrders.h"
@@ -388,32 +390,54 @@ void TradingDesk::cmdClear_Click() {
 void TradingDesk::cmdSA_Click() {
     RunGuarded([&] {
         m_stocks.SetAllChecked(true);
-        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+        CalcCheckedTotal(m_stocks, m_lineNotional);
     });
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::cmdCA_Click() {
     RunGuarded([&] {
         m_stocks.SetAllChecked(false);
-        m_statusNotional = CalcCheckedTotal(m_stocks, m_lineNotional);
+        CalcCheckedTotal(m_stocks, m_lineNotional);
     });
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::SetLineChecked(int row, bool checked) {
     RunGuarded([&] { m_stocks.SetChecked(row, checked); });
+    UpdateNotional();
+}
+
+void TradingDesk::UpdateNotional() {
+    if (m_stocks.Empty()) {
+        m_statusNotional = "0.00";
+    } else {
+        // What the checked lines are worth now: quantity to send x the quote's own last.
+        double total = 0;
+        for (int row = 0; row < m_stocks.Count(); ++row) {
+            if (!m_stocks.Checked(row)) {
+                continue;
+            }
+            const Quote* quote = m_quotes.QuoteAt(row);
+            const double last = quote != nullptr && quote->m_fLastPrice != 0
+                                    ? quote->m_fLastPrice
+                                    : Val(m_stocks.Cell(row, stkLast));
+            total += Val(m_stocks.Cell(row, stkOrderQty)) * last;
+        }
+        m_statusNotional = DollarText(total);
+    }
+    Changed(ScreenPart::StatusBar);
 }
 
 void TradingDesk::RunCalcBasket() {
     try {
-        m_statusNotional = CalcBasket(m_stocks, {m_percentText, m_deltaText},
-                                      m_settings.shareRounding, m_lineNotional);
+        CalcBasket(m_stocks, {m_percentText, m_deltaText}, m_settings.shareRounding,
+                   m_lineNotional);
     } catch (const std::exception& e) {
-        // The lines before the bad one keep their new quantities; the total stays.
+        // The lines before the bad one keep their new quantities.
         ShowOrdinaryError(m_boxes, e);
     }
-    Changed(ScreenPart::StatusBar);
+    UpdateNotional();
 }
 
 void TradingDesk::Recalculate() {
@@ -490,16 +514,44 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
+std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
+    std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+    // The quotes' own values: the cells are rounded to the decimals shown.
+    const auto own = [](double value) {
+        return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
+    };
+    for (size_t row = 0; row < lines.size(); ++row) {
+        if (const Quote* quote = m_quotes.QuoteAt(static_cast<int>(row))) {
+            lines[row].bidValue = own(quote->m_fBidPrice);
+            lines[row].askValue = own(quote->m_fAskPrice);
+            lines[row].lastValue = own(quote->m_fLastPrice);
+            lines[row].priceValue = own(quote->m_fImportPrice);
+        }
+    }
+    return lines;
+}
+
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
     ExecuteReport report;
     report.basketSeq = m_sequence.BasketSeq();
     const ExecutionInputs inputs{accountText, m_percentText, m_currentBasketName};
-    const ExecutionSettings settings{m_settings.beforeSending, m_settings.reserveEnabled,
-                                     m_settings.reserveQuantity};
+    Result<TickTable> ticks = ParseTickTable(m_settings.tickTable);
+    if (!ticks) {
+        m_boxes.show("The price bands in section Ticks of basket.ini cannot be used: " +
+                         ticks.error().message + "\r\nNo order was sent.",
+                     48, "Basket Not Sent");
+        report.outcome = ExecuteOutcome::NotReserved;
+        return report;
+    }
+    const ExecutionSettings settings{
+        m_settings.beforeSending, m_settings.reserveEnabled, m_settings.reserveQuantity,
+        std::move(*ticks),
+        SendLimits{m_settings.maxOrderShares, m_settings.maxOrderValue, m_settings.maxSendValue,
+                   m_settings.priceBandPercent, m_settings.repeatSendSeconds}};
     try {
         KeepBasketSeqAboveJournal();
         report.basketSeq = m_sequence.BasketSeq();
-        const std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.
@@ -530,6 +582,8 @@ int TradingDesk::Timer200ms() {
 }
 
 bool TradingDesk::Timer1sec() {
+    // The notional follows the quotes, once a second.
+    UpdateNotional();
     const bool rebuilt = m_tracker.Timer1sec();
     // Cancels and changes made from the screen are kept too.
     m_records.SaveChanges();

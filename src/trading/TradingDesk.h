@@ -204,6 +204,8 @@ public:
 
     /// cmdExecuteBasket_<index> with the account box's text.
     ExecuteReport ExecuteBasket(int index, const std::string& accountText);
+    /// Who is asked when a send breaks a limit; without one such a send is refused.
+    void setLimitOverride(LimitOverride* prompt) { m_execution.setLimitOverride(prompt); }
     /// "Basket Options": cancel every open basket order / those of the selected basket.
     int CancelAllBaskets();
     int CancelSelectedBasket(const std::optional<BasketListSelection>& selected);
@@ -231,7 +233,8 @@ public:
     const std::vector<std::string>& TifList() const { return TifChoices(); }
     const std::string& CurrentBasketName() const { return m_currentBasketName; }
     int32_t CurrentBasketNum() const { return m_currentBasketNum; }
-    /// The second panel of sbMain: the basket notional.
+    /// The second panel of sbMain: quantity to send x last over the checked lines, with
+    /// thousands separators ("0.00" for an empty list); follows the quotes every second.
     const std::string& StatusNotional() const { return m_statusNotional; }
     bool PlatformOnline() const { return m_platformOnline; }
     const std::string& PlatformStatusText() const { return m_platformStatus; }
@@ -279,6 +282,9 @@ private:
     void LoadPastedLines(std::vector<StockLine> lines);
     void RequoteAndCalculate();
     bool CheckMainLine(MainLineEntry& entry);
+    std::vector<ExecutionLine> ExecutionLinesWithQuotes() const;
+    /// The second panel of sbMain: the checked lines' value at the last.
+    void UpdateNotional();
 
     Platform& m_platform;
     MessageBoxes& m_boxes;

@@ -39,13 +39,14 @@ void TradingDesk::LoadPastedLines(std::vector<StockLine> lines) {
     m_stocks.Assign(std::move(lines));
     m_quotes.SetLines(m_stocks);
     m_registrations.SetBasketSymbols(BasketSymbols());
-    m_statusNotional = "0.00";
     EnableButtons(false);
-    // A quantity that is no number throws here, and the paste reports it.
-    m_statusNotional = CalcBasket(m_stocks, {m_percentText, m_deltaText}, m_settings.shareRounding,
-                                  m_lineNotional);
+    // Every line gets the screen's modifier and TIF first: a quantity that is no number
+    // throws in the calculation (the paste reports it), and the other lines must still
+    // be whole.
     SetMod(m_stocks, m_modText);
     SetTif(m_stocks, m_tifText);
+    CalcBasket(m_stocks, {m_percentText, m_deltaText}, m_settings.shareRounding, m_lineNotional);
+    UpdateNotional();
 }
 
 void TradingDesk::NewBasket() {
@@ -238,6 +239,15 @@ void TradingDesk::RequoteAndCalculate() {
     // modifier and TIF stay as they are.
     m_quotes.SetLines(m_stocks);
     m_registrations.SetBasketSymbols(BasketSymbols());
+    // A line that never got them (a paste refused part-way) takes the screen's.
+    for (int row = 0; row < m_stocks.Count(); ++row) {
+        if (m_stocks.Cell(row, stkMod).empty()) {
+            m_stocks.SetCell(row, stkMod, m_modText);
+        }
+        if (m_stocks.Cell(row, stkTif).empty()) {
+            m_stocks.SetCell(row, stkTif, m_tifText.empty() ? "DAY" : m_tifText);
+        }
+    }
     RunCalcBasket();
 }
 

@@ -43,6 +43,13 @@ TEST_F(GeneralSettingsFile, DefaultsOfAnEmptyFolder) {
     EXPECT_EQ(v.platform.at("FixPort"), "9878");
     EXPECT_EQ(v.platform.at("SimFillDelayMs"), "3000");
     EXPECT_EQ(v.platform.size(), EditablePlatformKeys().size());
+    // Only the price band and the repeat-send guard are on out of the box.
+    EXPECT_EQ(v.limits, (std::map<std::string, std::string>{{"MaxOrderShares", "0"},
+                                                            {"MaxOrderValue", "0"},
+                                                            {"MaxSendValue", "0"},
+                                                            {"PriceBandPercent", "10"},
+                                                            {"RepeatSendSeconds", "5"},
+                                                            {"Table", "0=0.0001;1=0.01"}}));
 }
 
 TEST_F(GeneralSettingsFile, EveryValueComesBackThroughTheStartUpLoader) {
@@ -65,6 +72,9 @@ TEST_F(GeneralSettingsFile, EveryValueComesBackThroughTheStartUpLoader) {
     v.shortButtonColor = ColorSettingOf(0, 128, 0);
     v.defaultListed = "ARCA";
     v.defaultOTC = "NASDAQ";
+    v.limits = {{"MaxOrderShares", "25000"},  {"MaxOrderValue", "1000000"},
+                {"MaxSendValue", "25000000"}, {"PriceBandPercent", "2.5"},
+                {"RepeatSendSeconds", "0"},   {"Table", "0=0.001;1=0.01"}};
     ASSERT_TRUE(SaveGeneralSettings(dir.path(), v, loaded).ok());
 
     const Settings s = LoadScreen();
@@ -84,6 +94,11 @@ TEST_F(GeneralSettingsFile, EveryValueComesBackThroughTheStartUpLoader) {
     EXPECT_EQ(s.buyButtonColor, 255);
     EXPECT_EQ(s.sellButtonColor, 16711680);
     EXPECT_EQ(s.shortButtonColor, 32768);
+    EXPECT_EQ(s.maxOrderShares, 25000);
+    EXPECT_EQ(s.maxSendValue, 25000000);
+    EXPECT_EQ(s.priceBandPercent, 2.5);
+    EXPECT_EQ(s.repeatSendSeconds, 0);
+    EXPECT_EQ(s.tickTable, "0=0.001;1=0.01");
     EXPECT_EQ(Load(), v);
 }
 
@@ -219,6 +234,9 @@ TEST_F(GeneralSettingsValidation, BadValuesPointAtTheirBox) {
     const auto platform = [](const char* key, const char* text) {
         return [=](GeneralSettings& v) { v.platform[key] = text; };
     };
+    const auto limit = [](const char* key, const char* text) {
+        return [=](GeneralSettings& v) { v.limits[key] = text; };
+    };
     const auto fix = [](const char* key, const char* text) {
         return [=](GeneralSettings& v) {
             v.platform["Mode"] = "FIX";
@@ -259,6 +277,12 @@ TEST_F(GeneralSettingsValidation, BadValuesPointAtTheirBox) {
         {"notional negative", platform("MaxOrderNotional", "-1"), "MaxOrderNotional"},
         {"notional text", platform("MaxOrderNotional", "lots"), "MaxOrderNotional"},
         {"notional empty", platform("MaxOrderNotional", ""), ""},
+        {"limit shares fraction", limit("MaxOrderShares", "10.5"), "MaxOrderShares"},
+        {"limit value negative", limit("MaxOrderValue", "-1"), "MaxOrderValue"},
+        {"limit band text", limit("PriceBandPercent", "ten"), "PriceBandPercent"},
+        {"limit band off", limit("PriceBandPercent", "0"), ""},
+        {"limit repeat empty", limit("RepeatSendSeconds", ""), "RepeatSendSeconds"},
+        {"tick table without 0", limit("Table", "1=0.01"), "Table"},
     };
     const GeneralSettings loaded = Good();
     for (const Row& r : rows) {

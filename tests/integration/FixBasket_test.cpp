@@ -191,10 +191,13 @@ TEST_F(FixBasket, FiveHundredLinesReachTheExchangeWithTheirTagsAndEveryFillTheTo
             expectedDollars[{send, buttons[b].buys}] += fill * 100 * (1 + n % 5);
             expectedQty[send] += 100 * (1 + n % 5);
             const std::string id = BasketClOrderID("ACCT01", "20240315", send, int16_t(i + 1));
+            // Half-penny quotes: the limit goes out on the penny grid, never more aggressive.
             if (buttons[b].index == 1) {
-                expectedPrice[id] = std::stod(l.ask) + 0.01;
+                expectedPrice[id] =
+                    TickTable::UsEquities().RoundToTick(std::stod(l.ask) + 0.01, true);
             } else if (buttons[b].index == 4) {
-                expectedPrice[id] = std::stod(l.bid) - 0.01;
+                expectedPrice[id] =
+                    TickTable::UsEquities().RoundToTick(std::stod(l.bid) - 0.01, false);
             }
         }
         const ExecuteReport r = Send(buttons[b].index, lines);

@@ -324,29 +324,57 @@ TEST_F(SimFills, CancelOfADoneUnknownOrMismatchedOrderDoesNothing) {
     EXPECT_EQ(desk.events.updates.size(), before + 1);
 }
 
-TEST_F(SimFills, HaltedSymbolIsAcceptedThenRejectedWithAReason) {
-    OrderSpec spec;
-    spec.symbol = "halt"; // the list is matched without regard to case
-    spec.side = "BUY";
-    spec.quantity = 200;
-    const int32_t id = desk.send(spec);
-    ASSERT_GT(id, 0);
-    desk.drain();
-    const std::vector<std::string> expected = {"update " + std::to_string(id) + " Open",
-                                               "reject " + spec.clOrderId,
-                                               "update " + std::to_string(id) + " Rejected"};
-    ASSERT_GE(desk.events.journal.size(), 3u);
-    EXPECT_EQ(std::vector<std::string>(desk.events.journal.end() - 3, desk.events.journal.end()),
-              expected);
-    ASSERT_EQ(desk.events.rejects.size(), 1u);
-    const QVXRejectStruct& r = desk.events.rejects[0];
-    EXPECT_EQ(r.RejectReason, kSimRejectHalted);
-    EXPECT_EQ(r.Side, "B");
-    EXPECT_EQ(r.Quantity, 200);
-    EXPECT_EQ(r.Symbol, "halt");
-    EXPECT_EQ(desk.events.of(id).back().LvsQuantity, 0);
+// What a broker takes and then refuses, with its words; a good ticker with a class suffix
+// is worked as usual.
+TEST_F(SimFills, BrokerRefusalsAreAcceptedThenRejectedWithAReason) {
+    struct Row {
+        const char* symbol;
+        const char* destination;
+        int32_t code; ///< 0 = worked
+        const char* text;
+    };
+    const Row rows[] = {
+        {"HALT", "NASDAQ", kSimRejectHalted, "Symbol halted"},
+        {"FOO BAR", "NASDAQ", kSimRejectSymbol, "Symbol \"FOO BAR\" is not a ticker"},
+        {"msft", "NASDAQ", kSimRejectSymbol, "Symbol \"msft\" is not a ticker"},
+        {"TOOLONG", "NASDAQ", kSimRejectSymbol, "Symbol \"TOOLONG\" is not a ticker"},
+        {"IBM", "", kSimRejectDestination, "No destination"},
+        {"IBM", "moon", kSimRejectDestination, "Unknown destination MOON"},
+        {"BRK.B", "nyse", 0, ""},
+    };
+    int n = 0;
+    for (const Row& r : rows) {
+        OrderSpec spec;
+        spec.symbol = r.symbol;
+        spec.destination = r.destination;
+        spec.side = "BUY";
+        spec.quantity = 200;
+        spec.clOrderId = "ACCT01-20240315-57-" + std::to_string(++n);
+        const size_t rejectsBefore = desk.events.rejects.size();
+        const int32_t id = desk.send(spec);
+        ASSERT_GT(id, 0) << r.symbol;
+        desk.drain();
+        if (r.code == 0) {
+            EXPECT_EQ(desk.events.rejects.size(), rejectsBefore) << r.symbol;
+            continue;
+        }
+        const std::vector<std::string> expected = {"update " + std::to_string(id) + " Open",
+                                                   "reject " + spec.clOrderId,
+                                                   "update " + std::to_string(id) + " Rejected"};
+        ASSERT_GE(desk.events.journal.size(), 3u);
+        EXPECT_EQ(
+            std::vector<std::string>(desk.events.journal.end() - 3, desk.events.journal.end()),
+            expected)
+            << r.symbol;
+        ASSERT_EQ(desk.events.rejects.size(), rejectsBefore + 1) << r.symbol;
+        const QVXRejectStruct& reject = desk.events.rejects.back();
+        EXPECT_EQ(reject.RejectReason, r.code) << r.symbol;
+        EXPECT_EQ(reject.ReasonText, r.text) << r.symbol;
+        EXPECT_EQ(reject.Symbol, r.symbol);
+        EXPECT_EQ(desk.events.of(id).back().LvsQuantity, 0) << r.symbol;
+    }
     desk.run(milliseconds(60'000));
-    EXPECT_EQ(desk.events.of(id).size(), 2u) << "a rejected order never fills";
+    EXPECT_EQ(desk.events.of(1).size(), 2u) << "a rejected order never fills";
 }
 
 TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {

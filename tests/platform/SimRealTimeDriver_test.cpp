@@ -72,6 +72,7 @@ TEST(SimRealTimeDriver, PlatformQuotesOnItsOwnWhileStartedAndFallsSilentWhenStop
     order->setAccount("ACCT01");
     order->setSide("B");
     order->setSymbol("S1");
+    order->setDestination("NASDAQ");
     order->setQuantity(100);
     order->setPriceType(1);
     order->setTif("D");

@@ -210,6 +210,17 @@ TEST_F(SettingsTest, LeftoverFilesOfAnInterruptedWriteAreRemovedAtTheStart) {
     }
 }
 
+TEST_F(SettingsTest, AnUnusableLimitKeepsItsValueAndIsReported) {
+    const Settings s = Load("[Limits]\r\nMaxOrderShares=5000\r\nPriceBandPercent=-3\r\n"
+                            "MaxSendValue=lots\r\n");
+    EXPECT_EQ(s.maxOrderShares, 5000);
+    EXPECT_EQ(s.priceBandPercent, 10);
+    EXPECT_EQ(s.maxSendValue, 0);
+    ASSERT_EQ(s.problems.size(), 2u);
+    EXPECT_EQ(s.problems[1], "The setting PriceBandPercent in section Limits of basket.ini must be "
+                             "a number of 0 or more (0 = off), not \"-3\". It stays at 10.");
+}
+
 TEST_F(SettingsTest, InstallHookRunsForEveryVersionThatReadsZero) {
     test::WriteFile(file(), "[Install]\r\n4010=1\r\n4011=abc\r\n4013=0.4\r\n5010=1.5\r\n");
     Strings ran;

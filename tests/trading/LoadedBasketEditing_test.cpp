@@ -170,6 +170,14 @@ TEST_F(LoadedBasketEditing, AQuantityThatIsNoNumberShowsThePasteMessage) {
     EXPECT_EQ(desk->CurrentBasketNum(), -1);
     EXPECT_EQ(desk->CurrentBasketName(), "Basket");
     EXPECT_EQ(StoredRows(1).size(), 3u);
+    // Every line has the screen's modifier and TIF, so the good ones can be sent; the bad
+    // one, put right through Edit, keeps them.
+    EXPECT_EQ(Column(stkTif), (Strings{"DAY", "DAY", "DAY"}));
+    EXPECT_EQ(Column(stkMod), (Strings{"0", "0", "0"}));
+    MainLineEntry fixed{"MSFT", "50", "NYSE", "", ""};
+    ASSERT_TRUE(desk->EditMainLine(1, fixed));
+    EXPECT_EQ(desk->Stocks().Cell(1, stkTif), "DAY");
+    EXPECT_EQ(desk->Stocks().Cell(1, stkOrderQty), "50");
 }
 
 TEST_F(LoadedBasketEditing, NewBasketEmptiesTheScreenIntoAnUnsavedBasket) {

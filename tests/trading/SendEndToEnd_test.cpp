@@ -5,6 +5,7 @@
 #include "common/Formats.h"
 #include "support/RecordingMessageBoxes.h"
 #include "trading/TradingEvents.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/orders/BasketCancel.h"
 #include "trading/orders/BasketExecution.h"
 
@@ -269,8 +270,8 @@ TEST_F(SendEndToEnd, SendFillRejectAndCancelAreAccountedFor) {
                                             std::tuple{"Energy", "59", "Energy-59-/bskt"}}) {
         const Expected e = FromMarket(memo);
         const BasketListLine& l = LineOf(basket, num);
-        EXPECT_EQ(l[colDlrsBot], Format(e.bought, "#0.00")) << memo;
-        EXPECT_EQ(l[colDlrsSld], Format(e.sold, "#0.00")) << memo;
+        EXPECT_EQ(l[colDlrsBot], DollarText(e.bought)) << memo;
+        EXPECT_EQ(l[colDlrsSld], DollarText(e.sold)) << memo;
         EXPECT_EQ(l[colFilledQty], std::to_string(e.filled)) << memo;
         const int64_t total = std::stoll(l[colTotalQty]);
         EXPECT_EQ(std::stoll(l[colOpenQty]), total - e.filled) << memo;
@@ -278,7 +279,7 @@ TEST_F(SendEndToEnd, SendFillRejectAndCancelAreAccountedFor) {
     }
     EXPECT_EQ(LineOf("Tech10", "57")[colOpenOrders], "1");
     EXPECT_EQ(LineOf("Tech10", "57")[colDlrsBot],
-              "4030.50"); // 100 x 10.07 + 200 x 10.09 + 50 x 20.11
+              "4,030.50"); // 100 x 10.07 + 200 x 10.09 + 50 x 20.11
     EXPECT_EQ(LineOf("Tech10", "58")[colSide], "Sell");
     EXPECT_EQ(LineOf("Energy", "59")[colSide], "Short");
     EXPECT_EQ(LineOf("Energy", "59")[colTime], "09:35:00 AM");

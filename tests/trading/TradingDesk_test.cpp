@@ -186,7 +186,7 @@ TEST_F(TradingDeskTest, LoadBasketFillsLinesRegistersAndCalculates) {
     EXPECT_EQ(d.Stocks().RecordNum(1), 2);
     EXPECT_EQ(platform.calls,
               (std::vector<FakePlatform::Registration>{{true, "IBM", "*"}, {true, "MSFT", "*"}}));
-    EXPECT_EQ(d.StatusNotional(), ".00"); // no prices yet
+    EXPECT_EQ(d.StatusNotional(), "0.00"); // no prices yet
 
     platform.calls.clear();
     ASSERT_TRUE(d.LoadBasketByName("oil"));
@@ -213,9 +213,17 @@ TEST_F(TradingDeskTest, QuotesFlowFromThePlatformIntoTheLinesAtTheTick) {
     d.Timer200ms();
     EXPECT_EQ(d.Stocks().Cell(0, stkLast), "12.50");
     EXPECT_EQ(d.Stocks().Cell(0, stkBid), "12.25");
-    // The price now counts in the notional.
-    d.SetPercent("2");
-    EXPECT_EQ(d.StatusNotional(), "2500.00");
+    // The notional counts the checked lines at the quote's own last, follows the quotes
+    // at the next second, and leaves out an unticked line.
+    d.SetPercent("200");
+    EXPECT_EQ(d.StatusNotional(), "250,000.00");
+    q.LastPrice = 12.3456;
+    platform.Events().push(PlatformEventQueue::QuoteUpdate{q});
+    d.DrainPlatformEvents();
+    d.Timer1sec();
+    EXPECT_EQ(d.StatusNotional(), "246,912.00");
+    d.SetLineChecked(0, false);
+    EXPECT_EQ(d.StatusNotional(), "0.00");
 }
 
 TEST_F(TradingDeskTest, FieldsRecalculateAndSpinnersKeepTheirBounds) {
@@ -237,7 +245,7 @@ TEST_F(TradingDeskTest, FieldsRecalculateAndSpinnersKeepTheirBounds) {
     EXPECT_EQ(Column(stkTif), (Strings{"IOC", "IOC"}));
 
     d.cmdCA_Click();
-    EXPECT_EQ(d.StatusNotional(), ".00");
+    EXPECT_EQ(d.StatusNotional(), "0.00");
     EXPECT_FALSE(d.Stocks().Checked(0));
     d.cmdSA_Click();
     EXPECT_TRUE(d.Stocks().Checked(1));

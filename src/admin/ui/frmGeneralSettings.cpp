@@ -161,6 +161,7 @@ frmGeneralSettings::frmGeneralSettings(TradingDesk& desk, MessageBoxes& boxes, Q
     m_tabs->setObjectName(QStringLiteral("tabSettings"));
     m_tabs->addTab(BuildTradingPage(), QStringLiteral("Trading"));
     m_tabs->addTab(BuildDisplayPage(), QStringLiteral("Display"));
+    m_tabs->addTab(BuildLimitsPage(), QStringLiteral("Limits"));
     m_tabs->addTab(BuildImportPage(), QStringLiteral("Import"));
     m_tabs->addTab(BuildPlatformPage(), QStringLiteral("Platform"));
 
@@ -296,6 +297,23 @@ QWidget* frmGeneralSettings::BuildDisplayPage() {
     return page;
 }
 
+QWidget* frmGeneralSettings::BuildLimitsPage() {
+    auto* page = new QWidget(this);
+    auto* form = new QFormLayout(page);
+    auto* note = new QLabel(QStringLiteral("A send that breaks a limit lists each offending line; "
+                                           "it goes only when the trader types the basket name."),
+                            page);
+    note->setWordWrap(true);
+    form->addRow(note);
+    for (const LimitKey& k : LimitKeys()) {
+        auto* box = new QLineEdit(page);
+        box->setObjectName(Q("txt" + k.key));
+        form->addRow(Q(k.label), box);
+        m_limitBoxes[k.key] = box;
+    }
+    return page;
+}
+
 QWidget* frmGeneralSettings::BuildImportPage() {
     auto* page = new QWidget(this);
     auto* form = MakeForm(page);
@@ -401,6 +419,10 @@ void frmGeneralSettings::Fill(const GeneralSettings& v) {
     m_chkBeforeCancel->setChecked(v.beforeCancel);
     m_chkBeforeChange->setChecked(v.beforeChange);
     m_chkBeforeExit->setChecked(v.beforeExit);
+    for (const auto& [key, box] : m_limitBoxes) {
+        const auto it = v.limits.find(key);
+        box->setText(it == v.limits.end() ? QString() : Q(it->second));
+    }
     m_chkReserve->setChecked(v.reserveEnabled);
     m_txtReserve->setText(Q(v.reserveQuantity));
     ShowChoice(*m_cboDecimals, QString::number(v.numDecimals));
@@ -440,6 +462,9 @@ GeneralSettings frmGeneralSettings::ReadControls() const {
     v.beforeCancel = m_chkBeforeCancel->isChecked();
     v.beforeChange = m_chkBeforeChange->isChecked();
     v.beforeExit = m_chkBeforeExit->isChecked();
+    for (const auto& [key, box] : m_limitBoxes) {
+        v.limits[key] = box->text().toStdString();
+    }
     v.reserveEnabled = m_chkReserve->isChecked();
     v.reserveQuantity = m_txtReserve->text().toStdString();
     v.numDecimals = ChosenNumber(*m_cboDecimals);
@@ -506,6 +531,8 @@ void frmGeneralSettings::FocusField(const std::string& field) {
     QWidget* box = nullptr;
     if (const auto it = m_platformBoxes.find(field); it != m_platformBoxes.end()) {
         box = it->second;
+    } else if (const auto limit = m_limitBoxes.find(field); limit != m_limitBoxes.end()) {
+        box = limit->second;
     } else if (field == SettingsField::ShareRounding) {
         box = m_cboShareRounding;
     } else if (field == SettingsField::NumDecimals) {

@@ -49,6 +49,7 @@ private:
     QWidget* BuildDisplayPage();
     QWidget* BuildImportPage();
     QWidget* BuildPlatformPage();
+    QWidget* BuildLimitsPage();
     void Fill(const GeneralSettings& v);
     GeneralSettings ReadControls() const;
     void OptionalButtonsToggled(OrderKind kind, bool offered);
@@ -72,6 +73,7 @@ private:
     QCheckBox* m_chkBeforeExit = nullptr;
     QCheckBox* m_chkReserve = nullptr;
     QLineEdit* m_txtReserve = nullptr;
+    std::map<std::string, QLineEdit*> m_limitBoxes;
     QComboBox* m_cboDecimals = nullptr;
     QCheckBox* m_chkBasketButtons = nullptr;
     QCheckBox* m_chkBasketInfo = nullptr;

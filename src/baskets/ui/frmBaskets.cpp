@@ -70,9 +70,11 @@ QPushButton* MakeButton(QWidget* parent, const char* name, const char* caption) 
     return b;
 }
 
+// The row the trader selected; a view that merely got the focus has a current row
+// without a selection, and that is no choice.
 int SelectedRow(const QTableView& view) {
-    const QModelIndex current = view.currentIndex();
-    return current.isValid() ? current.row() : -1;
+    const QModelIndexList rows = view.selectionModel()->selectedRows();
+    return rows.size() == 1 ? rows.front().row() : -1;
 }
 
 } // namespace
@@ -143,12 +145,11 @@ frmBaskets::frmBaskets(BasketUiContext context, QWidget* parent)
     layout->addLayout(bottom);
     resize(860, 440);
 
-    connect(m_basketView->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
-            [this](const QModelIndex& current) {
-                if (current.isValid()) {
-                    basketClicked(current.row());
-                }
-            });
+    connect(m_basketView->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+        if (const int row = SelectedRow(*m_basketView); row >= 0) {
+            basketClicked(row);
+        }
+    });
     connect(m_basketView, &QTableView::doubleClicked, this,
             [this](const QModelIndex& index) { editDivisor(index.row()); });
     connect(m_stockView, &QTableView::doubleClicked, this,
@@ -212,8 +213,13 @@ void frmBaskets::basketClicked(int row) {
 }
 
 void frmBaskets::selectBasketRow(int row) {
-    // Selecting the row fires the same handler as clicking it.
-    m_basketView->setCurrentIndex(m_baskets->index(row, ColBasket));
+    m_basketView->selectionModel()->setCurrentIndex(m_baskets->index(row, ColBasket),
+                                                    QItemSelectionModel::ClearAndSelect |
+                                                        QItemSelectionModel::Rows);
+    // As if the trader had clicked it, also when the selection model kept the row selected.
+    if (m_currentBasketNum == 0) {
+        basketClicked(row);
+    }
 }
 
 std::vector<BasketRow> frmBaskets::basketRows() const {
@@ -367,8 +373,7 @@ void frmBaskets::saveChanges() {
     }
     m_ctx.main.LoadBasketList();
     m_ctx.main.LoadButtonValues();
-    // The loaded basket may be the one whose lines were just rewritten.
-    m_ctx.main.ReloadCurrentBasket();
+    // The main screen's lines stay as the trader set them (ticks, modifiers, TIFs).
     QDialog::accept();
 }
 

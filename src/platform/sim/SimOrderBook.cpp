@@ -110,14 +110,18 @@ int32_t SimOrderBook::adopt(const std::string& clOrderId, int64_t nowUs) {
 }
 
 void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
-    if (m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
+    SimRefusal refusal = SimBrokerRefusal(o.ticket, m_settings.limits.enabledDestinations, m_settings.routes);
+    if (refusal.text.empty() && m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
+        refusal = {kSimRejectHalted, "Symbol halted"};
+    }
+    if (!refusal.text.empty()) {
         QVXRejectStruct reject;
         reject.ClOrderID = o.ticket.clOrderID;
         reject.Side = o.side;
         reject.Quantity = o.ticket.quantity;
         reject.Symbol = o.ticket.symbol;
-        reject.RejectReason = kSimRejectHalted;
-        reject.ReasonText = "Symbol halted";
+        reject.RejectReason = refusal.code;
+        reject.ReasonText = std::move(refusal.text);
         o.lastFill = reject.ReasonText;
         m_events.push(std::move(reject));
         Finish(o, QVXOrderStatus::Rejected, nowUs);

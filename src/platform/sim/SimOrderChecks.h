@@ -3,6 +3,7 @@
 #include "platform/OrderTicket.h"
 
 #include <cstdint>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -22,5 +23,17 @@ bool SimTifValid(std::string_view tif);
 /// -2 side, -3 quantity, -4 symbol, -5 price type (a limit order also needs a positive
 /// price), -6 TIF; 0 when it passes.
 int32_t CheckSimOrderFields(const OrderTicket& ticket);
+
+/// What a broker refuses after taking an order: a missing or unknown destination (one of
+/// `enabled` when that is not empty, else a US venue the broker routes to), or a symbol
+/// not shaped like a ticker (1 to 5 capitals or digits led by a capital, an optional class
+/// suffix such as ".B").
+/// The reject's words and code; an empty text when it passes.
+struct SimRefusal {
+    int32_t code = 0;
+    std::string text;
+};
+SimRefusal SimBrokerRefusal(const OrderTicket& ticket, const std::set<std::string>& enabled,
+                            bool routes = true);
 
 } // namespace wicker

@@ -166,6 +166,19 @@ std::string ThousandsText(double value) {
     return out;
 }
 
+std::string DollarText(double value) {
+    std::string text = FixedText(value, 2);
+    const size_t digits = text[0] == '-' ? 1 : 0;
+    const size_t point = text.find('.');
+    if (point == std::string::npos) {
+        return text; // not a finite number
+    }
+    for (size_t at = point; at > digits + 3; at -= 3) {
+        text.insert(at - 3, 1, ',');
+    }
+    return text;
+}
+
 std::string QuantityText(double value) {
     if (std::isfinite(value) && std::fabs(value) < FastLimit && value == std::trunc(value)) {
         return std::to_string(static_cast<long long>(value));

@@ -15,6 +15,9 @@ std::string FixedText(double value, int decimals, bool leadingZero = true);
 /// Format(value, "#,###"): thousands separators, 0 shows as an empty text.
 std::string ThousandsText(double value);
 
+/// Dollars with thousands separators and two decimals: "1,234,567.89" ("0.00" for 0).
+std::string DollarText(double value);
+
 /// NumberText(value), fast for whole numbers (quantities).
 std::string QuantityText(double value);
 

@@ -4,65 +4,34 @@
 #include "common/Formats.h"
 #include "common/RuntimeError.h"
 #include "common/Text.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/orders/BasketOrderIds.h"
 #include "trading/orders/ExecutionButtons.h"
+#include "trading/orders/SendPlan.h"
 #include "trading/orders/SubmitErrors.h"
 
-#include <cmath>
+#include <chrono>
 #include <limits>
 
 namespace wicker {
 
 namespace {
 
-bool HasQuote(const std::string& text) {
-    return !text.empty() && Val(text) != 0;
-}
-
-/// Limit buttons need all three quotes and a TIF, even the quotes whose price is not used.
-bool LineMaySend(int index, const ExecutionLine& line) {
-    if (IsMarketTypeButton(index)) {
-        return true;
-    }
-    return HasQuote(line.bid) && HasQuote(line.ask) && HasQuote(line.last) && !line.tif.empty();
-}
-
-const std::string& PriceText(PriceSource source, const ExecutionLine& line) {
-    switch (source) {
-    case PriceSource::Bid:
-        return line.bid;
-    case PriceSource::Ask:
-        return line.ask;
-    case PriceSource::Last:
-        return line.last;
-    case PriceSource::LinePrice:
-    case PriceSource::None:
-        break;
-    }
-    return line.price;
-}
-
 /// Side, price type, TIF and limit price of the button, set in the order the platform
 /// has always received them.
-void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, QVXOrder& order) {
+void ApplyButtonRule(int index, const PlannedOrder& planned, const ExecutionLine& line,
+                     QVXOrder& order) {
     const auto rule = ExecuteButtonRuleFor(index);
     if (!rule) {
         return;
     }
     switch (rule->kind) {
-    case ButtonKind::Limit: {
-        const double price = CDbl(PriceText(rule->price, line));
-        const std::string tif = TifCode(line.tif);
-        const double limit = price + modifier;
-        if (!std::isfinite(limit)) {
-            throw RuntimeError(err::Overflow, err::OverflowText);
-        }
-        order.setTif(tif);
+    case ButtonKind::Limit:
+        order.setTif(TifCode(line.tif));
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
-        order.setLmtPrice(limit);
+        order.setLmtPrice(planned.limit);
         break;
-    }
     case ButtonKind::Market:
     case ButtonKind::MarketOnClose:
         order.setTif(TifCode(line.tif));
@@ -75,6 +44,11 @@ void ApplyButtonRule(int index, const ExecutionLine& line, double modifier, QVXO
         order.setSide(std::string(rule->side));
         break;
     }
+}
+
+std::string NotSentText(const ExecutionLine& line, const PlannedOrder& planned) {
+    return planned.refusal.empty() ? ReportText(line, planned)
+                                   : ReportText(line, planned) + " (" + planned.refusal + ")";
 }
 
 } // namespace
@@ -111,7 +85,8 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         report.outcome = ExecuteOutcome::NoLines;
         return report;
     }
-    if (inputs.account.empty()) {
+    // An account of blanks is no account: the platform would send it as one.
+    if (Trim(inputs.account).empty()) {
         m_boxes.show("Please choose an account to use.", 0, "Missing Account");
         report.outcome = ExecuteOutcome::MissingAccount;
         return report;
@@ -122,9 +97,14 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         report.outcome = ExecuteOutcome::ZeroMultiple;
         return report;
     }
-    if (settings.confirmBeforeSending && m_boxes.show("Do you want to send this basket order?", 292,
-                                                      "Basket Confirmation") != MsgAnswer::Yes) {
+    // Every line is checked before the first order leaves: no bad line sends a basket in part.
+    const SendPlan plan = PlanSend(index, lines, settings.ticks);
+    if (settings.confirmBeforeSending && !Confirmed(index, plan)) {
         report.outcome = ExecuteOutcome::NotConfirmed;
+        return report;
+    }
+    if (!LimitsPass(index, lines, inputs, settings, plan, report)) {
+        report.outcome = ExecuteOutcome::LimitsRefused;
         return report;
     }
 
@@ -147,23 +127,21 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 sequence.setOrderSeq(1);
             }
         } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
+
         m_lastOrderSeq = 0;
         m_orderSeqWraps = 0;
-
-        // Every order is complete before the first one leaves: a line that cannot be read
-        // stops the send while nothing of it is out.
+        // Every order is complete, and written down, before the first one leaves.
         const std::string date = FormatYyyymmdd(m_clock.localNow());
-        std::vector<PreparedOrder> orders;
-        for (const ExecutionLine& line : lines) {
-            if (line.checked) {
-                if (PreparedOrder prepared =
-                        PrepareLine(index, line, inputs, settings, date, report);
-                    prepared.order) {
-                    orders.push_back(std::move(prepared));
-                }
+        std::vector<std::unique_ptr<QVXOrder>> orders;
+        std::vector<std::string> reportTexts;
+        for (const PlannedOrder& planned : plan.orders) {
+            const ExecutionLine& line = lines[planned.line];
+            if (auto order = PrepareLine(index, line, planned, inputs, settings, date, report)) {
+                orders.push_back(std::move(order));
+                reportTexts.push_back(ReportText(line, planned));
             }
         }
-        Announce(basketSeq, inputs.basketName, orders);
+        Announce(basketSeq, inputs.basketName, orders, report);
         struct ListenerEnd {
             SendListener* listener;
             int16_t basketSeq;
@@ -173,7 +151,10 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 }
             }
         } listenerEnd{m_listener, basketSeq};
-        Submit(orders, report);
+        Submit(orders, reportTexts, report);
+    }
+    if (report.ordersSubmitted > 0) {
+        m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
     }
 
     const std::string summary = SendSummaryText(report.notSent, report.submitErrors);
@@ -183,21 +164,40 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
     return report;
 }
 
-double BasketExecution::ModifierValue(const std::string& text) {
-    // Every line carries the screen's one modifier: read its text once per distinct value.
-    if (!m_modifierCache || m_modifierCache->first != text) {
-        m_modifierCache.emplace(text, CDbl(text));
+bool BasketExecution::Confirmed(int index, const SendPlan& plan) {
+    std::string text = "Do you want to send this basket order?";
+    const std::string side = SideWord(index);
+    text += "\r\n\r\n" + (side.empty() ? std::string("No side") : side) + " " +
+            ThousandsText(plan.sendableLines) + (plan.sendableLines == 1 ? " line, " : " lines, ") +
+            (plan.shares == 0 ? std::string("0") : ThousandsText(plan.shares)) + " shares, $" +
+            DollarText(plan.notional);
+    if (const size_t held = plan.orders.size() - static_cast<size_t>(plan.sendableLines);
+        held > 0) {
+        text += "\r\n" + std::to_string(held) + (held == 1 ? " line cannot" : " lines cannot") +
+                " be sent and will be listed.";
     }
-    return m_modifierCache->second;
+    return m_boxes.show(text, 292, "Basket Confirmation") == MsgAnswer::Yes;
 }
 
-int32_t BasketExecution::NextOrderNumber() {
-    const int16_t seq = m_sequence.TakeOrderSeq();
-    if (seq <= m_lastOrderSeq) {
-        ++m_orderSeqWraps;
+bool BasketExecution::LimitsPass(int index, std::span<const ExecutionLine> lines,
+                                 const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                                 const SendPlan& plan, ExecuteReport& report) {
+    std::optional<double> since;
+    const auto last = m_lastSends.find({UCase(inputs.basketName), SideWord(index)});
+    if (last != m_lastSends.end()) {
+        since = std::chrono::duration<double>(m_clock.now() - last->second).count();
     }
-    m_lastOrderSeq = seq;
-    return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
+    const std::vector<LimitBreach> breaches =
+        CheckSendLimits(settings.limits, index, lines, plan, since);
+    if (breaches.empty()) {
+        return true;
+    }
+    if (m_override == nullptr ||
+        !m_override->ConfirmOverride(inputs.basketName, SideWord(index), breaches)) {
+        return false;
+    }
+    report.overriddenLimits = BrokenLimits(breaches);
+    return true;
 }
 
 bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
@@ -212,60 +212,69 @@ bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
     return true;
 }
 
-BasketExecution::PreparedOrder BasketExecution::PrepareLine(int index, const ExecutionLine& line,
-                                                            const ExecutionInputs& inputs,
-                                                            const ExecutionSettings& settings,
-                                                            const std::string& date,
-                                                            ExecuteReport& report) {
+int32_t BasketExecution::NextOrderNumber() {
+    const int16_t seq = m_sequence.TakeOrderSeq();
+    if (seq <= m_lastOrderSeq) {
+        ++m_orderSeqWraps;
+    }
+    m_lastOrderSeq = seq;
+    return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
+}
+
+std::unique_ptr<QVXOrder>
+BasketExecution::PrepareLine(int index, const ExecutionLine& line, const PlannedOrder& planned,
+                             const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                             const std::string& date, ExecuteReport& report) {
+    if (!planned.sendable) {
+        report.notSent.push_back(NotSentText(line, planned));
+        return nullptr;
+    }
     std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
     order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
     order->setAccount(UCase(inputs.account));
     order->setSymbol(line.symbol);
-    // One reading of the text serves both conversions: each is exactly the text's own.
-    const double quantity = CDbl(line.quantity);
-    order->setQuantity(CLng(quantity));
+    order->setQuantity(planned.quantity);
     order->setDestination(UCase(line.destination));
-    std::string reportText =
-        line.symbol + " " + std::to_string(CInt(quantity)) + " " + line.destination;
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
     }
-    if (!LineMaySend(index, line)) {
-        report.notSent.push_back(std::move(reportText));
-        return {};
-    }
-    const double modifier = ModifierValue(line.modifier);
-    ApplyButtonRule(index, line, modifier, *order);
+    ApplyButtonRule(index, planned, line, *order);
     order->setClOrderID(
         BasketClOrderID(order->Account(), date, report.basketSeq, NextOrderNumber()));
-    return PreparedOrder{std::move(order), std::move(reportText)};
+    return order;
 }
 
 void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
-                               const std::vector<PreparedOrder>& orders) {
+                               const std::vector<std::unique_ptr<QVXOrder>>& orders,
+                               const ExecuteReport& report) {
     if (m_listener == nullptr) {
         return;
     }
     std::vector<const QVXOrder*> view;
     view.reserve(orders.size());
-    for (const PreparedOrder& prepared : orders) {
-        view.push_back(prepared.order.get());
+    for (const auto& order : orders) {
+        view.push_back(order.get());
     }
-    m_listener->SendBegins(basketSeq, basketName, view);
+    std::string overrides;
+    for (const std::string& limit : report.overriddenLimits) {
+        overrides += (overrides.empty() ? "" : "; ") + limit;
+    }
+    m_listener->SendBegins(basketSeq, basketName, view, overrides);
 }
 
-void BasketExecution::Submit(std::vector<PreparedOrder>& orders, ExecuteReport& report) {
-    for (PreparedOrder& prepared : orders) {
-        m_lastSubmitResult = prepared.order->SubmitOrder();
+void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
+                             const std::vector<std::string>& reportTexts, ExecuteReport& report) {
+    for (size_t i = 0; i < orders.size(); ++i) {
+        m_lastSubmitResult = orders[i]->SubmitOrder();
         ++report.ordersSubmitted;
         if (m_listener != nullptr) {
-            m_listener->Submitted(*prepared.order, m_lastSubmitResult);
+            m_listener->Submitted(*orders[i], m_lastSubmitResult);
         }
         if (m_lastSubmitResult < 0) {
-            report.submitErrors.emplace_back(std::move(prepared.reportText), m_lastSubmitResult);
+            report.submitErrors.emplace_back(reportTexts[i], m_lastSubmitResult);
         }
-        prepared.order.reset();
+        orders[i].reset();
     }
 }
 

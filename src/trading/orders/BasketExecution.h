@@ -3,10 +3,14 @@
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/QVXOrder.h"
+#include "trading/orders/ExecutionLine.h"
+#include "trading/orders/SendLimits.h"
 #include "trading/orders/SendListener.h"
 #include "trading/orders/SendSequence.h"
+#include "trading/orders/TickTable.h"
 
 #include <cstdint>
+#include <map>
 #include <memory>
 #include <optional>
 #include <span>
@@ -15,20 +19,6 @@
 #include <vector>
 
 namespace wicker {
-
-/// What a send reads of one lvStocks line: its check box and the sub-item texts.
-struct ExecutionLine {
-    bool checked = false;
-    std::string symbol;      ///< item text
-    std::string bid;         ///< sub-item 1
-    std::string ask;         ///< sub-item 2
-    std::string last;        ///< sub-item 3
-    std::string quantity;    ///< sub-item 5, the quantity to send
-    std::string destination; ///< sub-item 6
-    std::string modifier;    ///< sub-item 7
-    std::string tif;         ///< sub-item 8
-    std::string price;       ///< sub-item 19, the line's own price
-};
 
 /// The screen's fields a send reads.
 struct ExecutionInputs {
@@ -42,6 +32,8 @@ struct ExecutionSettings {
     bool confirmBeforeSending = false; ///< "Confirmation" / "BeforeSending"
     bool reserveEnabled = false;       ///< "Reserve" / "Enabled"
     int32_t reserveQuantity = 100;     ///< "Reserve" / "Quantity"
+    TickTable ticks = TickTable::UsEquities();
+    SendLimits limits; ///< all off unless set
 };
 
 /// How a click ended.
@@ -50,6 +42,7 @@ enum class ExecuteOutcome {
     MissingAccount, ///< refused; the screen moves the focus to cboAccount
     ZeroMultiple,   ///< refused: multiplier 0
     NotConfirmed,   ///< the trader answered No
+    LimitsRefused,  ///< a limit was broken and the trader did not override it
     NotReserved,    ///< the next basket number could not be saved: nothing was sent
     Sent,           ///< the lines were worked through (some may have been refused)
 };
@@ -61,6 +54,8 @@ struct ExecuteReport {
     int32_t ordersSubmitted = 0;      ///< SubmitOrder calls made
     std::vector<std::string> notSent; ///< report texts
     std::vector<std::pair<std::string, int32_t>> submitErrors; ///< report text, result
+    /// The limits the trader overrode for this send (LimitName texts); empty when none.
+    std::vector<std::string> overriddenLimits;
 };
 
 /// The text of the one summary message after a send; empty when every line went out.
@@ -85,6 +80,9 @@ public:
 
     /// Who hears of every order handed to the platform (none by default).
     void setListener(SendListener* listener) { m_listener = listener; }
+    /// Who is asked to override a broken limit; without one such a send is refused.
+    void setLimitOverride(LimitOverride* prompt) { m_override = prompt; }
+
     /// Result of the last SubmitOrder of the last send.
     int32_t LastSubmitResult() const { return m_lastSubmitResult; }
 
@@ -94,23 +92,25 @@ private:
     /// The number of the send's next order: 1 to 9,999 as the sequence gives them, then
     /// 10,000 and on.
     int32_t NextOrderNumber();
-    /// The line's price modifier as a number (a text that is none throws RuntimeError).
-    double ModifierValue(const std::string& text);
-    /// An order ready to leave, and the line's text for the send's summary.
-    struct PreparedOrder {
-        std::unique_ptr<QVXOrder> order;
-        std::string reportText;
-    };
-    /// One checked line's order, complete but not submitted; no order when the line cannot
-    /// be sent (its report text is then in `report.notSent`).
-    PreparedOrder PrepareLine(int index, const ExecutionLine& line, const ExecutionInputs& inputs,
-                              const ExecutionSettings& settings, const std::string& date,
-                              ExecuteReport& report);
-    /// Tells the listener what is about to leave.
+    /// The confirmation: its question, then what is about to leave.
+    bool Confirmed(int index, const SendPlan& plan);
+    /// False when a limit is broken and not overridden; records the overridden ones.
+    bool LimitsPass(int index, std::span<const ExecutionLine> lines, const ExecutionInputs& inputs,
+                    const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
+    /// One planned line's order, complete but not submitted; none when the line cannot be
+    /// sent (it is then listed in `report.notSent`).
+    std::unique_ptr<QVXOrder> PrepareLine(int index, const ExecutionLine& line,
+                                          const PlannedOrder& planned,
+                                          const ExecutionInputs& inputs,
+                                          const ExecutionSettings& settings,
+                                          const std::string& date, ExecuteReport& report);
+    /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
-                  const std::vector<PreparedOrder>& orders);
+                  const std::vector<std::unique_ptr<QVXOrder>>& orders,
+                  const ExecuteReport& report);
     /// Hands the prepared orders to the platform, one by one, and tells the listener.
-    void Submit(std::vector<PreparedOrder>& orders, ExecuteReport& report);
+    void Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
+                const std::vector<std::string>& reportTexts, ExecuteReport& report);
 
     QVXOrderFactory& m_orders;
     SendSequence& m_sequence;
@@ -123,7 +123,9 @@ private:
     // carries the count on, so a send of any size never repeats a client order id.
     int16_t m_lastOrderSeq = 0;
     int32_t m_orderSeqWraps = 0;
-    std::optional<std::pair<std::string, double>> m_modifierCache;
+    LimitOverride* m_override = nullptr;
+    /// When each basket and side was last sent, for the repeat-send limit.
+    std::map<std::pair<std::string, std::string>, Clock::TimePoint> m_lastSends;
 };
 
 } // namespace wicker

@@ -49,7 +49,7 @@ void OrderRecords::setLedger(std::unique_ptr<OrderLedger> ledger) {
 }
 
 void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
-                              std::span<const QVXOrder* const> orders) {
+                              std::span<const QVXOrder* const> orders, std::string_view overrides) {
     if (m_failed) {
         throw SqliteError("The order journal could not be written earlier today, so nothing was "
                           "sent: orders sent now would not survive a restart. Start Wicker again "
@@ -61,7 +61,7 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
         return;
     }
     try {
-        m_ledger->SendBegins(basketSeq, basketName, orders);
+        m_ledger->SendBegins(basketSeq, basketName, orders, overrides);
     } catch (const SqliteError& e) {
         // Orders that would not survive a crash do not leave.
         throw SqliteError(

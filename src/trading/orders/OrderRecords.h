@@ -36,7 +36,7 @@ public:
     void Refuse() { m_failed = true; }
 
     void SendBegins(int16_t basketSeq, std::string_view basketName,
-                    std::span<const QVXOrder* const> orders) override;
+                    std::span<const QVXOrder* const> orders, std::string_view overrides) override;
     void Submitted(const QVXOrder& order, int32_t result) override;
     void SendEnds(int16_t basketSeq) override;
 

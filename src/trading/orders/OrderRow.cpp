@@ -1,6 +1,7 @@
 #include "trading/orders/OrderRow.h"
 
 #include "common/Formats.h"
+#include "trading/basket/DisplayNumbers.h"
 #include "trading/orders/OrderUpdate.h"
 
 namespace wicker {
@@ -57,8 +58,8 @@ BasketListLine BasketListTexts(const OrderRow& row, const std::string& indexText
     line[colTotalQty] = std::to_string(row.m_nTotalQty);
     line[colOpenQty] = std::to_string(row.m_nOpenQty);
     line[colFilledQty] = std::to_string(row.m_nFilledQty);
-    line[colDlrsBot] = Format(row.m_fDlrsBot, "#0.00");
-    line[colDlrsSld] = Format(row.m_fDlrsSld, "#0.00");
+    line[colDlrsBot] = DollarText(row.m_fDlrsBot);
+    line[colDlrsSld] = DollarText(row.m_fDlrsSld);
     line[colPercentFilled] = Format(row.m_fPercentFill, "#0.00");
     line[colIndex] = indexText;
     line[colSide] = SideDisplayText(row.m_strSide);

@@ -16,8 +16,10 @@ public:
     virtual ~SendListener() = default;
     /// A send with this number begins: `orders` are complete and about to be submitted, in
     /// this order. Nothing has left yet; an exception stops the send before anything does.
+    /// `overrides` names the limits the trader chose to override for it.
     virtual void SendBegins(int16_t basketSeq, std::string_view basketName,
-                            std::span<const QVXOrder* const> orders) = 0;
+                            std::span<const QVXOrder* const> orders,
+                            std::string_view overrides) = 0;
     /// SubmitOrder returned `result`: the platform's record id of the order (> 0), or the
     /// refusal (< 0).
     virtual void Submitted(const QVXOrder& order, int32_t result) = 0;

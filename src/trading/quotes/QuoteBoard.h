@@ -38,6 +38,12 @@ public:
     /// Returns the number of cells written.
     int Timer200ms(StockList& lines);
 
+    /// The Quote of line `row`, or null when there is none.
+    const Quote* QuoteAt(int row) const {
+        return row >= 0 && static_cast<size_t>(row) < m_quotes.size()
+                   ? &m_quotes[static_cast<size_t>(row)]
+                   : nullptr;
+    }
     /// The latest values of a symbol, or null when it was never quoted.
     const Quote* Latest(std::string_view symbol) const;
     /// The Quotes of a symbol's lines (empty when it stands on none).

@@ -16,6 +16,7 @@
 #include "trading/ui/BasketOrderWindows.h"
 #include "trading/ui/BasketTableModel.h"
 #include "trading/ui/ColumnLayout.h"
+#include "trading/ui/LimitOverrideDialog.h"
 #include "trading/ui/MainBasketEditing.h"
 #include "trading/ui/OrderButtonDisplay.h"
 #include "trading/ui/PlatformEventPump.h"
@@ -195,6 +196,8 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
         this);
 
     m_desk.setScreenChanged([this](uint32_t parts) { Refresh(parts); });
+    m_limitOverride = std::make_unique<LimitOverrideDialog>(this);
+    m_desk.setLimitOverride(m_limitOverride.get());
     // The platform shut down: close once the current event has been handled.
     m_desk.setCloseMainScreen([this] {
         m_platformShutdown = true; // ends the program at once, without the exit question
@@ -208,6 +211,7 @@ frmMain::frmMain(TradingDesk& desk, Platform& platform, MessageBoxes& boxes, QWi
 frmMain::~frmMain() {
     m_desk.setScreenChanged({});
     m_desk.setCloseMainScreen({});
+    m_desk.setLimitOverride(nullptr);
     delete m_pump; // hands the wake-up back before the widgets go
     m_pump = nullptr;
 }
@@ -534,6 +538,7 @@ void frmMain::Refresh(uint32_t parts) {
     }
     if (parts & ScreenPart::BasketName) {
         m_labelName->setText(Q(m_desk.CurrentBasketName()));
+        HighlightLoadedBasket();
     }
     if (parts & ScreenPart::OrderButtons) {
         ApplyOrderButtonStates();
@@ -545,12 +550,31 @@ void frmMain::Refresh(uint32_t parts) {
         FillStatusBar();
     }
     if (parts & ScreenPart::BasketTotals) {
+        const int before = m_basketModel->rowCount();
         m_basketModel->setLines(m_desk.BasketListLines());
+        // A new send comes in at the bottom: bring it into view.
+        if (m_basketModel->rowCount() > before) {
+            m_lvBaskets->scrollToBottom();
+        }
         ShowHiddenSends();
     }
     if (parts & ScreenPart::Fields) {
         FillFields();
     }
+}
+
+void frmMain::HighlightLoadedBasket() {
+    const QSignalBlocker block(m_lstBaskets);
+    const QString loaded = Q(m_desk.CurrentBasketName());
+    for (int row = 0; row < m_lstBaskets->count(); ++row) {
+        if (m_desk.CurrentBasketNum() != -1 &&
+            m_lstBaskets->item(row)->text().compare(loaded, Qt::CaseInsensitive) == 0) {
+            m_lstBaskets->setCurrentRow(row);
+            return;
+        }
+    }
+    // An unsaved basket is none of the stored ones.
+    m_lstBaskets->setCurrentRow(-1);
 }
 
 void frmMain::ShowHiddenSends() {
@@ -693,6 +717,12 @@ void frmMain::ApplyColumnLayouts() {
     m_lvStocks->horizontalHeader()->resizeSection(stkSymbol, 90);
     m_lvBaskets->horizontalHeader()->resizeSection(colBasket, 110);
     m_lvBaskets->horizontalHeader()->resizeSection(colTime, 96);
+    // Room for "100,000,000.00": a $100M send reads in full.
+    for (const int dollars : {colDlrsBot, colDlrsSld}) {
+        m_lvBaskets->horizontalHeader()->resizeSection(
+            dollars,
+            m_lvBaskets->fontMetrics().horizontalAdvance(QStringLiteral("100,000,000.00")) + 16);
+    }
     const Settings& s = m_desk.settings();
     ApplyColumnLayout(*m_lvStocks->horizontalHeader(),
                       {s.stockColumnWidths, s.basketItemsCols, s.itemsPositions}, StockColumnCount);

@@ -30,6 +30,7 @@ namespace wicker {
 class BasketTableModel;
 class FileChooser;
 class BasketOrderWindows;
+class LimitOverrideDialog;
 class MainBasketEditing;
 class MainColumns;
 class PlatformEventPump;
@@ -87,6 +88,7 @@ private:
     /// Writes back the parts of the screen the desk says changed (ScreenPart bits).
     void Refresh(uint32_t parts);
     void FillBasketList();
+    void HighlightLoadedBasket();
     void ShowHiddenSends();
     void FillQuickLoadButtons();
     void FillAccounts();
@@ -114,6 +116,7 @@ private:
     Platform& m_platform;
     MessageBoxes& m_boxes;
     std::unique_ptr<FileChooser> m_files;
+    std::unique_ptr<LimitOverrideDialog> m_limitOverride;
 
     StockTableModel* m_stockModel = nullptr;
     BasketTableModel* m_basketModel = nullptr;

@@ -11,6 +11,7 @@
 #include "support/RecordingMessageBoxes.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
@@ -126,6 +127,13 @@ TEST_F(SetupScreen, ClickingABasketShowsItsLinesWithNullSharesAsZero) {
 
 TEST_F(SetupScreen, AddStockWithNoBasketSelectedOpensNothing) {
     auto s = open();
+    // The list getting the focus is no choice of a basket.
+    s->activateWindow();
+    baskets(*s).setFocus(Qt::TabFocusReason);
+    QApplication::processEvents();
+    EXPECT_EQ(s->currentBasketNum(), 0);
+    Click(*s, "cmdDeleteBasket");
+    EXPECT_EQ(basketNames(*s), (std::vector<std::string>{"Tech", "Banks", "Oil"}));
     Click(*s, "cmdAddStock");
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "Please select a basket first.");
@@ -203,8 +211,8 @@ TEST_F(SetupScreen, SaveChangesWritesNullSharesAsZeroAndTellsTheMainScreen) {
               (std::vector<std::string>{"1", "1", "0"}));
     EXPECT_EQ(index.divisors,
               (std::map<std::string, double>{{"Banks", 0}, {"Oil", 0}, {"Tech", 2.5}}));
-    EXPECT_EQ(main.calls, (std::vector<std::string>{"LoadBasketList", "LoadButtonValues",
-                                                    "ReloadCurrentBasket"}));
+    // The main screen's loaded lines are left as the trader set them.
+    EXPECT_EQ(main.calls, (std::vector<std::string>{"LoadBasketList", "LoadButtonValues"}));
     EXPECT_EQ(s->result(), QDialog::Accepted);
     EXPECT_FALSE(s->isVisible());
 }

@@ -97,6 +97,11 @@ TEST(DisplayNumbers, KnownTexts) {
     EXPECT_EQ(ThousandsText(0), "");
     EXPECT_EQ(QuantityText(-150), "-150");
     EXPECT_EQ(QuantityText(0.5), "0.5");
+    // A $100M send in full, not "11087555....".
+    EXPECT_EQ(DollarText(110875551.234), "110,875,551.23");
+    EXPECT_EQ(DollarText(-1234.5), "-1,234.50");
+    EXPECT_EQ(DollarText(999.999), "1,000.00");
+    EXPECT_EQ(DollarText(0), "0.00");
 }
 
 } // namespace

@@ -2,9 +2,11 @@
 #include "support/RecordingMessageBoxes.h"
 #include "trading/RecordingOrders.h"
 #include "trading/orders/BasketExecution.h"
+#include "trading/orders/ExecutionButtons.h"
 
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <set>
 #include <string>
 
@@ -138,11 +140,14 @@ TEST_F(Execution, PreChecksRefuseWithTheirMessagesAndChangeNothing) {
     EXPECT_EQ(Click(0, {}).outcome, ExecuteOutcome::NoLines);
     EXPECT_TRUE(boxes.shown().empty());
 
-    inputs.account = "";
-    EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::MissingAccount);
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.shown()[0],
-              (MessageRequest{"Please choose an account to use.", "Missing Account"}));
+    for (const char* blank : {"", "   "}) {
+        boxes.clear();
+        inputs.account = blank;
+        EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::MissingAccount);
+        ASSERT_EQ(boxes.shown().size(), 1u);
+        EXPECT_EQ(boxes.shown()[0],
+                  (MessageRequest{"Please choose an account to use.", "Missing Account"}));
+    }
 
     inputs.account = "ACCT01";
     for (const char* multiplier : {"0", "", "abc", "0.0"}) {
@@ -170,7 +175,8 @@ TEST_F(Execution, ConfirmationAsksOnceAndOnlyYesSends) {
     EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::NotConfirmed);
     ASSERT_EQ(boxes.shown().size(), 1u);
     const MessageRequest& q = boxes.shown()[0];
-    EXPECT_EQ(q.text, "Do you want to send this basket order?");
+    EXPECT_EQ(q.text, "Do you want to send this basket order?\r\n\r\nBUY 1 line, 300 shares, "
+                      "$3,003.00");
     EXPECT_EQ(q.title, "Basket Confirmation");
     EXPECT_EQ(q.buttons, MsgButtons::YesNo);
     EXPECT_EQ(q.icon, MsgIcon::Question);
@@ -182,6 +188,16 @@ TEST_F(Execution, ConfirmationAsksOnceAndOnlyYesSends) {
     EXPECT_EQ(Click(0, {QuotedLine("IBM")}).outcome, ExecuteOutcome::Sent);
     EXPECT_EQ(orders.submitted().size(), 1u);
     EXPECT_EQ(boxes.shown().size(), 2u);
+
+    // Market orders are valued at the last; lines that cannot go are counted apart.
+    boxes.clear();
+    boxes.answerNext(MsgAnswer::No);
+    std::vector<ExecutionLine> big(2, QuotedLine("IBM", "40000"));
+    big.push_back(QuotedLine("BAD", "x"));
+    Click(7, big);
+    EXPECT_EQ(boxes.shown()[0].text, "Do you want to send this basket order?\r\n\r\nSELL 2 lines, "
+                                     "80,000 shares, $804,000.00\r\n1 line cannot be sent and "
+                                     "will be listed.");
 }
 
 TEST_F(Execution, BasketWithoutCheckedLinesStillUsesUpItsNumber) {
@@ -213,12 +229,10 @@ TEST_F(Execution, MarketButtonSendsWithoutQuotesLimitButtonNeedsAllThree) {
     noLast.last = "";
     orders.created.clear();
     Click(0, {noAsk, noTif, noLast, QuotedLine("ORCL")});
-    // Every line got an order object; only the good one was submitted.
-    ASSERT_EQ(orders.created.size(), 4u);
+    // A line that cannot go gets no order object at all.
+    ASSERT_EQ(orders.created.size(), 1u);
     ASSERT_EQ(orders.submitted().size(), 1u);
     EXPECT_EQ(orders.submitted()[0]->value("Symbol"), "ORCL");
-    EXPECT_EQ(orders.created[0].setOrder(),
-              (std::vector<std::string>{"Memo", "Account", "Symbol", "Quantity", "Destination"}));
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "***** Orders Not Sent *****\r\nIBM 300 NASDAQ\r\nMSFT 200 "
                                      "ARCA\r\nAAPL 100 NYSE\r\n\r\n");
@@ -381,39 +395,194 @@ TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
     }
 }
 
-// A line that cannot be read stops the click before anything of the basket leaves.
-TEST_F(Execution, BadLineTextEndsTheClickWithAConversionError) {
+// Every line is judged before the first order leaves: a bad line is listed with its reason
+// and never stops the lines after it.
+TEST_F(Execution, WholeBasketIsCheckedBeforeAnyOrderLeaves) {
     struct Row {
         const char* name;
+        int button;
         std::function<void(ExecutionLine&)> spoil;
-        int error;
+        const char* notSent; ///< "" = the line goes out
+        const char* quantity;
     };
     const Row rows[] = {
-        {"QuantityNotANumber", [](ExecutionLine& l) { l.quantity = "12x"; }, err::TypeMismatch},
-        {"QuantityBeyond16Bit", [](ExecutionLine& l) { l.quantity = "40000"; }, err::Overflow},
-        {"ModifierEmpty", [](ExecutionLine& l) { l.modifier = ""; }, err::TypeMismatch},
-        {"PriceNotFinite",
+        {"FortyThousandSharesGoWhole", 0, [](ExecutionLine& l) { l.quantity = "40000"; }, "",
+         "40000"},
+        {"QuantityNotANumber", 0, [](ExecutionLine& l) { l.quantity = "12x"; },
+         "BAD 12x NASDAQ (quantity is not a number)", ""},
+        {"QuantityBeyond32Bit", 3, [](ExecutionLine& l) { l.quantity = "3000000000"; },
+         "BAD 3000000000 NASDAQ (quantity is more than 2,147,483,647 shares)", ""},
+        {"ModifierEmpty", 0, [](ExecutionLine& l) { l.modifier = ""; },
+         "BAD 300 NASDAQ (price modifier \"\" is not a number)", ""},
+        {"PriceNotFinite", 0,
          [](ExecutionLine& l) {
              l.bid = "1E308";
              l.modifier = "1E308";
          },
-         err::Overflow},
+         "BAD 300 NASDAQ (no limit price)", ""},
+        {"PriceBelowZero", 0, [](ExecutionLine& l) { l.modifier = "-10.05"; },
+         "BAD 300 NASDAQ (limit price -0.05 is not above 0)", ""},
+        {"OwnPriceNotANumber", 18, [](ExecutionLine& l) { l.price = "n/a"; },
+         "BAD 300 NASDAQ (no limit price)", ""},
     };
     for (const Row& r : rows) {
         orders.created.clear();
+        boxes.clear();
         ExecutionLine bad = QuotedLine("BAD");
         r.spoil(bad);
-        const int16_t before = sequence.BasketSeq();
-        try {
-            Click(0, {QuotedLine("IBM"), bad, QuotedLine("MSFT")});
-            ADD_FAILURE() << r.name << ": no error";
-        } catch (const RuntimeError& e) {
-            EXPECT_EQ(e.number(), r.error) << r.name;
+        const ExecuteReport report = Click(r.button, {QuotedLine("IBM"), bad, QuotedLine("MSFT")});
+        EXPECT_EQ(report.outcome, ExecuteOutcome::Sent) << r.name;
+        if (*r.notSent == '\0') {
+            ASSERT_EQ(orders.submitted().size(), 3u) << r.name;
+            EXPECT_EQ(orders.submitted()[1]->value("Quantity"), r.quantity) << r.name;
+            EXPECT_TRUE(boxes.shown().empty()) << r.name;
+        } else {
+            ASSERT_EQ(orders.submitted().size(), 2u) << r.name;
+            EXPECT_EQ(orders.submitted()[1]->value("Symbol"), "MSFT") << r.name;
+            ASSERT_EQ(boxes.shown().size(), 1u) << r.name;
+            EXPECT_EQ(boxes.shown()[0].text,
+                      "***** Orders Not Sent *****\r\n" + std::string(r.notSent) + "\r\n\r\n")
+                << r.name;
         }
-        EXPECT_EQ(orders.submitted().size(), 0u) << r.name;
-        EXPECT_EQ(sequence.BasketSeq(), before + 1) << r.name;
-        EXPECT_EQ(sequence.OrderSeq(), 1) << r.name;
     }
+}
+
+// The limit comes from the quote's own value, not the rounded cell, and lands on the tick
+// grid never more aggressive than asked.
+TEST_F(Execution, LimitPriceIsTheQuotesOwnValueOnTheTickGrid) {
+    struct Row {
+        const char* name;
+        int button;
+        double own; ///< the quote's value behind the price cell; NaN = none
+        const char* cell;
+        const char* modifier;
+        double expected;
+    };
+    const double none = std::numeric_limits<double>::quiet_NaN();
+    const Row rows[] = {
+        {"SubPennyBidNotTheRoundedCell", 0, 0.4567, "0.46", "0", 0.4567},
+        {"SubPennyAskSell", 5, 0.4571, "0.46", "0", 0.4571},
+        {"HalfPennyModifierBuyRoundsDown", 0, 219.50, "219.50", "0.005", 219.50},
+        {"HalfPennyModifierSellRoundsUp", 4, 219.50, "219.50", "0.005", 219.51},
+        {"ShortRoundsUp", 10, 10.051, "10.05", "0", 10.06},
+        {"CellWhenNoQuoteValue", 0, none, "10.00", "0.01", 10.01},
+    };
+    for (const Row& r : rows) {
+        orders.created.clear();
+        ExecutionLine line = QuotedLine("IBM");
+        line.modifier = r.modifier;
+        const auto rule = ExecuteButtonRuleFor(r.button);
+        (rule->price == PriceSource::Bid   ? line.bid
+         : rule->price == PriceSource::Ask ? line.ask
+                                           : line.last) = r.cell;
+        (rule->price == PriceSource::Bid   ? line.bidValue
+         : rule->price == PriceSource::Ask ? line.askValue
+                                           : line.lastValue) = r.own;
+        Click(r.button, {line});
+        ASSERT_EQ(orders.submitted().size(), 1u) << r.name;
+        EXPECT_DOUBLE_EQ(CDbl(orders.submitted()[0]->value("LmtPrice")), r.expected) << r.name;
+    }
+}
+
+class ScriptedOverride : public LimitOverride {
+public:
+    bool ConfirmOverride(const std::string& basket, const std::string& side,
+                         const std::vector<LimitBreach>& breaches) override {
+        asked.push_back(basket + " " + side);
+        seen = breaches;
+        return answer;
+    }
+    bool answer = false;
+    std::vector<std::string> asked;
+    std::vector<LimitBreach> seen;
+};
+
+// Each limit stops a send that breaks it until the trader overrides it; the override is
+// named in the send's report.
+TEST_F(Execution, EachLimitStopsTheSendUnlessOverridden) {
+    struct Row {
+        const char* name;
+        std::function<void(SendLimits&)> set;
+        int button;
+        LimitBreach breach;
+    };
+    const Row rows[] = {
+        {"SharesPerOrder",
+         [](SendLimits& l) { l.maxOrderShares = 10000; },
+         3,
+         {"BIG 40000 NASDAQ", LimitName::OrderShares, "40,000 shares, limit 10,000"}},
+        {"ValuePerOrder",
+         [](SendLimits& l) { l.maxOrderValue = 100000; },
+         3,
+         {"BIG 40000 NASDAQ", LimitName::OrderValue, "$404,000.00, limit $100,000.00"}},
+        {"ValuePerSend",
+         [](SendLimits& l) { l.maxSendValue = 400000; },
+         0,
+         {"Whole send", LimitName::SendValue, "$401,401.00, limit $400,000.00"}},
+        {"PriceBandBuy",
+         [](SendLimits& l) { l.priceBandPercent = 5; },
+         18,
+         {"BIG 40000 NASDAQ", LimitName::PriceBand,
+          "limit 11.01 is 9.01% above the last 10.1, band 5%"}},
+    };
+    for (const Row& r : rows) {
+        for (const bool answer : {false, true}) {
+            orders.created.clear();
+            settings.limits = {};
+            r.set(settings.limits);
+            ScriptedOverride prompt;
+            prompt.answer = answer;
+            ExecutionLine big = QuotedLine("BIG", "40000");
+            big.last = "10.10";
+            big.price = "11.00";
+            const int16_t seq = sequence.BasketSeq();
+            BasketExecution execution(orders, sequence, store, boxes, clock);
+            execution.setLimitOverride(&prompt);
+            const ExecuteReport report = execution.cmdExecuteBasket_Click(
+                r.button, std::vector{QuotedLine("IBM", "100"), big}, inputs, settings);
+            ASSERT_EQ(prompt.seen.size(), 1u) << r.name;
+            const auto text = [](const LimitBreach& b) {
+                return b.line + " | " + b.limit + " | " + b.text;
+            };
+            EXPECT_EQ(text(prompt.seen[0]), text(r.breach)) << r.name;
+            if (answer) {
+                EXPECT_EQ(report.outcome, ExecuteOutcome::Sent) << r.name;
+                EXPECT_EQ(orders.submitted().size(), 2u) << r.name;
+                EXPECT_EQ(report.overriddenLimits, std::vector<std::string>{r.breach.limit})
+                    << r.name;
+            } else {
+                EXPECT_EQ(report.outcome, ExecuteOutcome::LimitsRefused) << r.name;
+                EXPECT_TRUE(orders.created.empty()) << r.name;
+                EXPECT_EQ(sequence.BasketSeq(), seq) << r.name;
+            }
+        }
+    }
+}
+
+TEST_F(Execution, RepeatSendOfTheSameBasketAndSideNeedsAnOverride) {
+    settings.limits.repeatSeconds = 5;
+    ScriptedOverride prompt;
+    BasketExecution execution(orders, sequence, store, boxes, clock);
+    execution.setLimitOverride(&prompt);
+    const auto send = [&](int button) {
+        return execution.cmdExecuteBasket_Click(button, std::vector{QuotedLine("IBM")}, inputs,
+                                                settings);
+    };
+    EXPECT_EQ(send(3).outcome, ExecuteOutcome::Sent);
+    clock.set(clock.now() + std::chrono::seconds(2));
+    EXPECT_EQ(send(7).outcome, ExecuteOutcome::Sent); // the other side is another send
+    EXPECT_EQ(send(3).outcome, ExecuteOutcome::LimitsRefused);
+    EXPECT_EQ(prompt.asked, std::vector<std::string>{"Tech10 BUY"});
+    clock.set(clock.now() + std::chrono::seconds(4));
+    EXPECT_EQ(send(3).outcome, ExecuteOutcome::Sent);
+    EXPECT_EQ(orders.submitted().size(), 3u);
+
+    // Without anyone to ask, a broken limit refuses the send.
+    BasketExecution unattended(orders, sequence, store, boxes, clock);
+    settings.limits = {.maxOrderShares = 1};
+    EXPECT_EQ(unattended.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM")}, inputs, settings)
+                  .outcome,
+              ExecuteOutcome::LimitsRefused);
 }
 
 } // namespace

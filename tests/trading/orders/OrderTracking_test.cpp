@@ -375,7 +375,7 @@ TEST_F(Tracking, FillOrderListGivesOneLinePerSendWithItsTotals) {
     ASSERT_EQ(tracker.BasketListLines().size(), 2u);
     EXPECT_EQ(tracker.BasketListLines()[0],
               (BasketListLine{"57", "Tech10", "02:05:09 PM", "3", "2", "600", "250", "350",
-                              "4005.00", "0.00", "58.33", "", "Sell"}));
+                              "4,005.00", "0.00", "58.33", "", "Sell"}));
     EXPECT_EQ(tracker.BasketListLines()[1],
               (BasketListLine{"58", "Tech10", "03:05:09 PM", "1", "1", "30", "27", "3", "0.00",
                               "10.00", "10.00", "", "Short"}));
