@@ -1,7 +1,6 @@
 // libFuzzer harness for spreadsheet files and pasted text: any bytes must read as a checked
 // basket or as problems, never crash, and a basket said to be storable holds only lines
-// that can be stored. Build: see fuzz/README.md (sources: src/common, src/storage and
-// src/baskets without ImportDefaults.cpp).
+// that can be stored. Built and run by scripts/fuzz.
 #include "baskets/SpreadsheetBasket.h"
 
 #include <cstddef>

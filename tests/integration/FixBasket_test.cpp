@@ -359,10 +359,13 @@ TEST_F(FixBasket, ExchangeKilledMidBasketLinesOfflineAreReportedAndNoReportIsLos
     RecordProperty("resent_reports", resent);
     std::printf("orders taken by the exchange before the kill: %d; reports resent: %d\n", taken,
                 resent);
-    // Nothing the exchange never saw was filled.
+    // Nothing the exchange never saw was filled. (The restarted exchange also answers the
+    // status requests of orders it never took, with no fill: those are not fills.)
     const auto journal = Journal(dir / "journal.txt");
     for (const auto& [id, qty] : exchangeFilled) {
-        EXPECT_EQ(journal.count(id), 1u) << id;
+        if (qty > 0) {
+            EXPECT_EQ(journal.count(id), 1u) << id;
+        }
     }
 }
 
