@@ -53,8 +53,11 @@ void Deliver(const FixBookOutcome& outcome, TradingDesk& desk) {
     for (const auto& event : outcome.events) {
         std::visit(
             [&](const auto& e) {
-                if constexpr (std::is_same_v<std::decay_t<decltype(e)>, FixOrderState>) {
+                using Event = std::decay_t<decltype(e)>;
+                if constexpr (std::is_same_v<Event, FixOrderState>) {
                     desk.OnQVXOrderUpdate(OrderStructOf(e));
+                } else if constexpr (std::is_same_v<Event, FixOrderWarning>) {
+                    desk.OnQVXOrderWarning({e.recordId, e.clOrdID, e.symbol, e.text});
                 } else {
                     desk.OnQVXOrderReject(RejectStructOf(e));
                 }
