@@ -29,7 +29,6 @@ enum class HandOffState : int {
 struct LedgerOrder {
     TrackedOrder tracked;
     HandOffState handOff = HandOffState::Written;
-    int32_t submitResult = 0;
     int32_t maxFloor = 0;
 };
 

@@ -31,7 +31,6 @@ public:
 
     /// Keeps the day in `ledger` from now on; none: orders are tracked, not kept.
     void setLedger(std::unique_ptr<OrderLedger> ledger);
-    bool Keeping() const { return m_ledger != nullptr; }
     /// No ledger can be kept: sends are refused from now on.
     void Refuse() { m_failed = true; }
 
