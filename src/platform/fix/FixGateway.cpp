@@ -37,6 +37,8 @@ constexpr size_t QuoteRequestsInFlight = 50;
 constexpr std::chrono::seconds QuoteRequestTimeout{10};
 // A send window full for this long is news for the trader.
 constexpr std::chrono::seconds StallWarningAfter{5};
+// How long a stop waits for orders and cancels still queued behind the window.
+constexpr std::chrono::seconds FlushBeforeStop{10};
 // How often the sender looks at the clock while nothing happens.
 constexpr std::chrono::milliseconds SenderTick{500};
 // MDReqRejReason(281) 0: the one symbol is unknown; the others refuse the whole feed.
@@ -88,7 +90,11 @@ Result<void> FixGateway::start() {
 void FixGateway::stop() {
     if (m_sender.joinable()) {
         {
-            std::lock_guard lock(m_sendMutex);
+            // What the trader handed over last (the cancels of "cancel all and exit")
+            // still goes out while the session is up, as fast as the window lets it.
+            std::unique_lock lock(m_sendMutex);
+            m_allSent.wait_for(lock, FlushBeforeStop,
+                               [&] { return !m_online || m_window.waiting() == 0; });
             m_stopping = true;
         }
         m_sendWake.notify_one();
@@ -132,7 +138,6 @@ void FixGateway::onSessionEvent(const std::string& text) {
     } else {
         return;
     }
-    bool tell = false;
     {
         std::lock_guard lock(m_causeMutex);
         // The first cause explains what follows it (our logout, its timeout) until the
@@ -141,15 +146,17 @@ void FixGateway::onSessionEvent(const std::string& text) {
             m_cause = cause;
             m_causeHeld = !has("Connection failed");
         }
-        if (has("Connection failed") && !m_failedConnecting) {
-            m_failedConnecting = true; // once, not at every retry
-            tell = true;
-        }
     }
-    if (tell) {
+    if (has("Connection failed")) {
+        // Every attempt is told: they come seconds to a minute apart.
         m_events.onSessionStatus(false, "FIX session " + m_engine->sessionName() +
-                                            " not connected: " + cause + ".");
+                                            " not connected: " + cause + nextAttempt() + ".");
     }
+}
+
+std::string FixGateway::nextAttempt() const {
+    const int seconds = m_engine ? m_engine->secondsToNextAttempt() : 0;
+    return seconds > 0 ? "; next attempt in " + std::to_string(seconds) + " s" : "";
 }
 
 void FixGateway::setPreTradeCheck(std::function<int32_t(const OrderTicket&)> check) {
@@ -449,6 +456,7 @@ void FixGateway::sendLoop() {
             sendOne(m);
         }
         lock.lock();
+        m_allSent.notify_all();
     }
 }
 
@@ -539,7 +547,6 @@ void FixGateway::onLogon() {
         std::lock_guard lock(m_causeMutex);
         m_cause.clear();
         m_causeHeld = false;
-        m_failedConnecting = false;
     }
     m_events.onSessionStatus(true, "FIX session " + m_engine->sessionName() + " logged on.");
     {
@@ -570,6 +577,7 @@ void FixGateway::onLogout() {
         dropped = m_window.reset();
         m_fullSince.reset();
         m_stallReported = false;
+        m_allSent.notify_all();
     }
     // Orders still waiting for the window never left: they are refused, not sent late.
     refuseUnsent(dropped);
@@ -581,7 +589,7 @@ void FixGateway::onLogout() {
     }
     m_events.onSessionStatus(false, "FIX session " + (m_engine ? m_engine->sessionName() : "") +
                                         " disconnected" + (cause.empty() ? "" : ": " + cause) +
-                                        ".");
+                                        nextAttempt() + ".");
 }
 
 void FixGateway::onMessage(const FixMessage& message) {

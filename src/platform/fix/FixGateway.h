@@ -55,7 +55,8 @@ public:
 
     /// Opens the memo journal and starts connecting; an error when either fails.
     Result<void> start();
-    /// Logs out and stops (may take seconds).
+    /// Sends what still waits for the window (for up to 10 s while logged on), then logs
+    /// out and stops (may take seconds). Whatever could not go out is refused.
     void stop();
     bool isLoggedOn() const;
     /// Why the session went down or cannot come up, in words for the trader ("" when it
@@ -100,6 +101,8 @@ private:
     void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                           const std::string& clOrdID) override;
     void onSessionEvent(const std::string& text) override;
+    /// "; next attempt in 20 s" while a reconnect is planned, else "".
+    std::string nextAttempt() const;
 
     /// Queues a cancel or replace behind the orders waiting for the window.
     void enqueue(FixMessage message);
@@ -137,8 +140,9 @@ private:
 
     std::mutex m_sendMutex; // window, sender state, cancel numbering, journal
     std::condition_variable m_sendWake;
-    SendWindow m_window;                      // orders, cancels and replaces only
-    bool m_online = false;                    ///< logged on as far as queuing orders goes
+    std::condition_variable m_allSent; ///< the sender put a batch on the wire, or we went offline
+    SendWindow m_window;               // orders, cancels and replaces only
+    bool m_online = false;             ///< logged on as far as queuing orders goes
     std::vector<FixMessage> m_statusRequests; ///< OrderStatusRequests to send, unpaced
     bool m_stopping = false;
     std::optional<std::chrono::steady_clock::time_point> m_fullSince;
@@ -154,9 +158,8 @@ private:
     bool m_quotesRefused = false; ///< the counterparty refuses market data this session
 
     mutable std::mutex m_causeMutex;
-    std::string m_cause;             ///< the latest event that explains a disconnect
-    bool m_causeHeld = false;        ///< m_cause explains the disconnect to come
-    bool m_failedConnecting = false; ///< a failed connect was reported since the last logon
+    std::string m_cause;      ///< the latest event that explains a disconnect
+    bool m_causeHeld = false; ///< m_cause explains the disconnect to come
 
     mutable std::mutex m_quoteMutex; // the pacer; taken alone or after m_sendMutex
     MarketDataPacer m_pacer;

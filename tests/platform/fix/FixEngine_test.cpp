@@ -1,6 +1,7 @@
 #include "platform/fix/FixTestPeer.h"
 #include "platform/fix/RecordingSessionListener.h"
 #include "platform/fix/engine/FixInitiator.h"
+#include "platform/fix/engine/ReconnectBackoff.h"
 #include "support/TempDir.h"
 
 #include <condition_variable>
@@ -143,6 +144,33 @@ TEST(FixEngine, BadSettingsFileIsAnError) {
     c.settingsFile = (dir.path() / "missing.cfg").string();
     FixInitiator initiator(c, listener);
     EXPECT_THROW(initiator.start(), FixEngineError);
+}
+
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+// Each row: how long the session was up before it went down (-1: the connection failed),
+// and the wait the back-off then gives, starting from 5 s with a 60 s cap.
+TEST(ReconnectBackoff, DoublesToTheCapAndStartsAgainOnlyAfterAStableSession) {
+    struct Step {
+        int upSeconds;
+        int wait;
+    };
+    const Step steps[] = {{-1, 5},  {-1, 10}, {2, 20},  {59, 40}, {-1, 60},
+                          {-1, 60}, {60, 5},  {-1, 10}, {600, 5}};
+    ReconnectBackoff backoff(std::chrono::seconds(5), std::chrono::seconds(60));
+    auto now = std::chrono::steady_clock::time_point();
+    int row = 0;
+    for (const Step& s : steps) {
+        if (s.upSeconds >= 0) {
+            backoff.loggedOn(now);
+            now += std::chrono::seconds(s.upSeconds);
+        }
+        EXPECT_EQ(backoff.wentDown(now).count(), s.wait) << "row " << row++;
+    }
 }
 
 } // namespace

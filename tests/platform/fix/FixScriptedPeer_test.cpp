@@ -9,6 +9,7 @@
 #include "support/TempDir.h"
 
 #include <algorithm>
+#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -21,12 +22,13 @@ using test::RecordingGatewayEvents;
 
 class FixScriptedPeer : public ::testing::Test {
 protected:
-    void start(bool resetOnLogon = true) {
+    void start(bool resetOnLogon = true, int sendWindow = 200) {
         hangUp(); // an earlier row's gateway
         FixPlatformSettings s;
         s.port = peer.port();
         s.reconnectInterval = 1;
         s.resetOnLogon = resetOnLogon;
+        s.sendWindow = sendWindow;
         gateway.reset();
         peer.dropPending();
         rec = std::make_unique<RecordingGatewayEvents>();
@@ -225,6 +227,61 @@ TEST_F(FixScriptedPeer, WhyTheSessionWentDownIsSaid) {
         EXPECT_NE(gateway->downReason().find(row.said), std::string::npos);
         EXPECT_EQ(gateway->book().find(id)->status, "Pending New") << "still visible";
     }
+}
+
+// A peer that ends every session at once is tried again after 1, 2, then 4 s (the first
+// wait is FixReconnectInterval), and the status bar says when.
+TEST_F(FixScriptedPeer, ReconnectAttemptsBackOff) {
+    start();
+    std::vector<double> waits;
+    for (int i = 0; i < 3; ++i) {
+        const auto closed = std::chrono::steady_clock::now();
+        peer.closeClient();
+        ASSERT_TRUE(peer.acceptLogon(15s));
+        waits.push_back(
+            std::chrono::duration<double>(std::chrono::steady_clock::now() - closed).count());
+    }
+    EXPECT_LT(waits[0], 3.0);
+    EXPECT_GE(waits[2], 3.5) << waits[0] << " " << waits[1] << " " << waits[2];
+    EXPECT_GT(waits[2], waits[0] + 2.0);
+    EXPECT_TRUE(statusSays("; next attempt in 4 s."));
+}
+
+// "Cancel all and exit": the cancels queued behind a full window still reach the peer
+// before the logout.
+TEST_F(FixScriptedPeer, StopSendsTheCancelsStillWaitingForTheWindow) {
+    start(true, 2);
+    std::vector<int32_t> ids;
+    for (int i = 1; i <= 4; ++i) {
+        ids.push_back(submit("A-" + std::to_string(i)));
+    }
+    const auto ack = [&](const std::string& id, const char* exec, const char* status) {
+        peer.send("35=8|37=O" + id + "|11=" + id + "|17=E" + id + "|150=" + exec + "|39=" + status +
+                  "|55=IBM|54=1|38=300|151=300|14=0|6=0");
+    };
+    for (int i = 1; i <= 4; ++i) {
+        ASSERT_TRUE(onWire("A-" + std::to_string(i)));
+        ack("A-" + std::to_string(i), "0", "0");
+    }
+    ASSERT_TRUE(allSeen(ids));
+    for (int i = 1; i <= 4; ++i) {
+        ASSERT_EQ(gateway->CancelOrder("A-" + std::to_string(i), ids[i - 1]), 0);
+    }
+    std::thread stopping([&] { gateway->stop(); });
+    std::this_thread::sleep_for(300ms); // the peer answers only once the stop has begun
+    for (int i = 1; i <= 4; ++i) {
+        const std::string cancel = "A-" + std::to_string(i) + "-C" + std::to_string(i);
+        EXPECT_TRUE(onWire(cancel)) << cancel;
+        ack(cancel, "6", "6"); // pending cancel: frees the slot
+    }
+    const std::string wire = peer.readUntil("\x01"
+                                            "35=5\x01",
+                                            15s);
+    peer.send("35=5"); // the logout answered: the stop need not wait for it
+    stopping.join();
+    ASSERT_FALSE(wire.empty()) << "then the logout";
+    EXPECT_LT(wire.find("11=A-4-C4"), wire.find("\x01"
+                                                "35=5\x01"));
 }
 
 TEST_F(FixScriptedPeer, RejectStormEveryOrderRejectedOnceWithItsReason) {

@@ -2,10 +2,14 @@
 
 #include "platform/fix/engine/FixConvert.h"
 #include "platform/fix/engine/FixSettings.h"
+#include "platform/fix/engine/ReconnectBackoff.h"
 
 #include <algorithm>
 #include <atomic>
 #include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <mutex>
 #include <thread>
 
 #include <quickfix/Application.h>
@@ -18,12 +22,17 @@
 namespace wicker {
 namespace {
 
+// The longest wait between two connection attempts.
+constexpr std::chrono::seconds ReconnectCap{60};
+
 // A log that also tells the listener of the session's events (connection failures,
-// timeouts), and writes to the file log when there is one.
+// timeouts), and writes to the file log when there is one. A failed connection is
+// reported to `connectFailed` first, so the listener hears of it with its next attempt
+// already planned.
 class ListeningLog : public FIX::Log {
 public:
-    ListeningLog(FIX::Log* inner, FixSessionListener& listener)
-        : m_inner(inner), m_listener(listener) {}
+    ListeningLog(FIX::Log* inner, FixSessionListener& listener, std::function<void()> connectFailed)
+        : m_inner(inner), m_listener(listener), m_connectFailed(std::move(connectFailed)) {}
     FIX::Log* inner() const { return m_inner; }
     void clear() override {
         if (m_inner) {
@@ -50,6 +59,9 @@ public:
             m_inner->onEvent(s);
         }
         try {
+            if (s.find("Connection failed") != std::string::npos) {
+                m_connectFailed();
+            }
             m_listener.onSessionEvent(s);
         } catch (...) {
         }
@@ -58,12 +70,14 @@ public:
 private:
     FIX::Log* m_inner;
     FixSessionListener& m_listener;
+    std::function<void()> m_connectFailed;
 };
 
 class ListeningLogFactory : public FIX::LogFactory {
 public:
-    ListeningLogFactory(FIX::LogFactory* inner, FixSessionListener& listener)
-        : m_inner(inner), m_listener(listener) {}
+    ListeningLogFactory(FIX::LogFactory* inner, FixSessionListener& listener,
+                        std::function<void()> connectFailed)
+        : m_inner(inner), m_listener(listener), m_connectFailed(std::move(connectFailed)) {}
     FIX::Log* create() override { return wrap(m_inner ? m_inner->create() : nullptr); }
     FIX::Log* create(const FIX::SessionID& id) override {
         return wrap(m_inner ? m_inner->create(id) : nullptr);
@@ -77,9 +91,10 @@ public:
     }
 
 private:
-    FIX::Log* wrap(FIX::Log* inner) { return new ListeningLog(inner, m_listener); }
+    FIX::Log* wrap(FIX::Log* inner) { return new ListeningLog(inner, m_listener, m_connectFailed); }
     FIX::LogFactory* m_inner;
     FixSessionListener& m_listener;
+    std::function<void()> m_connectFailed;
 };
 
 // Text(58) of an admin message, or "".
@@ -96,7 +111,9 @@ bool HasSetting(const FIX::SessionSettings& s, const FIX::SessionID& id, const c
 // order that is stale or sent while disconnected off the wire.
 class InitiatorApplication : public FIX::Application {
 public:
-    explicit InitiatorApplication(FixSessionListener& listener) : m_listener(listener) {}
+    InitiatorApplication(FixSessionListener& listener, std::function<void()> up,
+                         std::function<void()> down)
+        : m_listener(listener), m_up(std::move(up)), m_down(std::move(down)) {}
 
     bool loggedOn() const { return m_loggedOn.load(); }
 
@@ -107,10 +124,12 @@ public:
     }
     void onLogon(const FIX::SessionID&) override {
         m_loggedOn.store(true);
+        Guard([&] { m_up(); });
         Guard([&] { m_listener.onLogon(); });
     }
     void onLogout(const FIX::SessionID&) override {
         m_loggedOn.store(false);
+        Guard([&] { m_down(); });
         Guard([&] { m_listener.onLogout(); });
     }
     void toAdmin(FIX::Message& message, const FIX::SessionID&) override {
@@ -182,6 +201,8 @@ private:
     }
 
     FixSessionListener& m_listener;
+    std::function<void()> m_up;
+    std::function<void()> m_down;
     std::atomic<bool> m_loggedOn{false};
 };
 
@@ -189,11 +210,69 @@ private:
 
 struct FixInitiator::Impl {
     Impl(const FixSessionConfig& c, FixSessionListener& l)
-        : config(c), listener(l), application(l) {}
+        : config(c), listener(l), application(
+                                      l, [this] { up(); }, [this] { down(); }),
+          backoff(std::chrono::seconds(c.reconnectInterval), ReconnectCap) {}
+
+    // QuickFIX would try again every ReconnectInterval; instead the session is disabled
+    // after each failure and enabled again when its back-off wait is over.
+    void up() {
+        std::lock_guard<std::mutex> lock(timerMutex);
+        backoff.loggedOn(std::chrono::steady_clock::now());
+    }
+    void down() {
+        const auto now = std::chrono::steady_clock::now();
+        std::lock_guard<std::mutex> lock(timerMutex);
+        if (timerStopping || held) {
+            return; // stopping, or the same failure told twice: no attempt was made since
+        }
+        const std::chrono::seconds wait = backoff.wentDown(now);
+        if (FIX::Session* s = FIX::Session::lookupSession(sessionID)) {
+            s->logout();
+        }
+        resumeAt = now + wait;
+        waitSeconds = static_cast<int>(wait.count());
+        held = true;
+        timerWake.notify_one();
+    }
+    void timerLoop() {
+        std::unique_lock<std::mutex> lock(timerMutex);
+        while (!timerStopping) {
+            if (!held) {
+                timerWake.wait(lock);
+            } else if (std::chrono::steady_clock::now() < resumeAt) {
+                timerWake.wait_until(lock, resumeAt);
+            } else {
+                held = false;
+                if (FIX::Session* s = FIX::Session::lookupSession(sessionID)) {
+                    s->logon();
+                }
+            }
+        }
+    }
 
     FixSessionConfig config;
     FixSessionListener& listener;
     InitiatorApplication application;
+    std::mutex timerMutex;
+    std::condition_variable timerWake;
+    ReconnectBackoff backoff;
+    bool held = false; ///< the session is disabled until resumeAt
+    bool timerStopping = false;
+    std::chrono::steady_clock::time_point resumeAt;
+    int waitSeconds = 0;
+    std::thread timer;
+
+    void stopTimer() {
+        {
+            std::lock_guard<std::mutex> lock(timerMutex);
+            timerStopping = true;
+        }
+        timerWake.notify_one();
+        if (timer.joinable()) {
+            timer.join();
+        }
+    }
     FIX::SessionSettings settings;
     FIX::SessionID sessionID;
     std::unique_ptr<FIX::MessageStoreFactory> store;
@@ -235,15 +314,19 @@ void FixInitiator::start() {
         } else if (HasSetting(d.settings, d.sessionID, "FileLogPath")) {
             d.log.reset(new FIX::FileLogFactory(d.settings));
         }
-        d.listeningLog.reset(new ListeningLogFactory(d.log.get(), d.listener));
+        d.listeningLog.reset(new ListeningLogFactory(d.log.get(), d.listener, [&d] { d.down(); }));
         d.initiator.reset(
             new FIX::SocketInitiator(d.application, *d.store, d.settings, *d.listeningLog));
+        d.timerStopping = false;
+        d.timer = std::thread([&d] { d.timerLoop(); });
         d.initiator->start();
         d.session = FIX::Session::lookupSession(d.sessionID);
         d.started = true;
     } catch (const FixEngineError&) {
+        d.stopTimer();
         throw;
     } catch (const std::exception& e) {
+        d.stopTimer();
         d.initiator.reset();
         throw FixEngineError(e.what());
     }
@@ -255,6 +338,7 @@ void FixInitiator::stop() {
         return;
     }
     d.started = false;
+    d.stopTimer();
     try {
         // QuickFIX's own wait for the logout reply sleeps in whole seconds; waiting here
         // in short steps saves a second on every clean stop.
@@ -295,6 +379,11 @@ int FixInitiator::send(FixMessage& message) {
     } catch (const std::exception&) {
         return 0;
     }
+}
+
+int FixInitiator::secondsToNextAttempt() const {
+    std::lock_guard<std::mutex> lock(m_impl->timerMutex);
+    return m_impl->held ? m_impl->waitSeconds : 0;
 }
 
 std::string FixInitiator::sessionName() const {

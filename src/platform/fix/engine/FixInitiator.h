@@ -16,7 +16,8 @@ public:
 };
 
 /// One initiating FIX session on QuickFIX's SocketInitiator: a single network thread that
-/// connects, logs on, reconnects and calls the listener. Sending is safe from any thread.
+/// connects, logs on and calls the listener, and a timer that lets it reconnect after a
+/// growing wait. Sending is safe from any thread.
 class FixInitiator {
 public:
     FixInitiator(const FixSessionConfig& config, FixSessionListener& listener);
@@ -36,6 +37,9 @@ public:
     /// MsgSeqNum (also stored in message.msgSeqNum); 0 when nothing was sent and no
     /// sequence number was used.
     int send(FixMessage& message);
+    /// The wait planned before the next connection attempt, in seconds, after a failed
+    /// connection or a disconnect (it doubles up to a minute); 0 when none is planned.
+    int secondsToNextAttempt() const;
     /// "FIX.4.2:SENDER->TARGET".
     std::string sessionName() const;
 

@@ -34,12 +34,13 @@ FIX::SessionSettings InitiatorSettings(const FixSessionConfig& c) {
     d.setString("SocketConnectHost", c.host);
     d.setInt("SocketConnectPort", c.port);
     d.setInt("HeartBtInt", c.heartBtInt);
-    d.setInt("ReconnectInterval", c.reconnectInterval);
     SetCommon(d, c);
     FIX::SessionSettings settings;
-    // SocketInitiator reads the reconnect interval from the defaults only.
+    // The initiator spaces the attempts itself (a growing wait from c.reconnectInterval);
+    // QuickFIX only looks every second whether the session may connect again. It reads
+    // the interval from the defaults only.
     FIX::Dictionary defaults;
-    defaults.setInt("ReconnectInterval", c.reconnectInterval);
+    defaults.setInt("ReconnectInterval", 1);
     settings.set(defaults);
     settings.set(FIX::SessionID(c.beginString, c.senderCompID, c.targetCompID), d);
     return settings;
