@@ -140,17 +140,39 @@ TEST(PreTradeLimits, ReadFromTheSettings) {
     }
 }
 
-// Acknowledges every order.
-void Ack(FixAcceptor& a, const FixMessage& in) {
-    if (in.msgType == "D") {
-        FixMessage ack = test::NewOrderAck(in);
-        a.send(0, ack);
+// Acknowledges every order, then fills it twice over.
+void AckAndOverfill(FixAcceptor& a, const FixMessage& in) {
+    if (in.msgType != "D") {
+        return;
     }
+    FixMessage ack = test::NewOrderAck(in);
+    a.send(0, ack);
+    const std::string id = test::Tag(in, 11);
+    const std::string twice = std::to_string(2 * std::stoi(test::Tag(in, 38)));
+    FixMessage fill;
+    fill.msgType = "8";
+    for (const auto& [tag, value] :
+         std::initializer_list<std::pair<int, std::string>>{{37, "O-" + id},
+                                                            {11, id},
+                                                            {17, "F-" + id},
+                                                            {150, "2"},
+                                                            {39, "2"},
+                                                            {55, test::Tag(in, 55)},
+                                                            {54, test::Tag(in, 54)},
+                                                            {38, test::Tag(in, 38)},
+                                                            {151, "0"},
+                                                            {14, twice},
+                                                            {6, "100"},
+                                                            {32, twice},
+                                                            {31, "100"}}) {
+        fill.add(tag, value);
+    }
+    a.send(0, fill);
 }
 
 TEST(FixPlatform, OrdersGoOutThroughTheLimitsAndTheirReportsArriveInTheQueue) {
     test::FixTestPeer peer({test::PeerSide()});
-    peer.setReply(Ack);
+    peer.setReply(AckAndOverfill);
     test::TempDir dir;
     ManualClock clock{Clock::TimePoint{std::chrono::seconds(1710513000)}};
     test::WriteFile(dir / "basket.ini",
@@ -195,9 +217,14 @@ TEST(FixPlatform, OrdersGoOutThroughTheLimitsAndTheirReportsArriveInTheQueue) {
     Screen screen;
     ASSERT_TRUE(test::RecordingGatewayEvents::waitFor([&] {
         platform.Events().drain(screen, screen);
-        return !screen.updates.empty();
+        return !screen.warnings.empty();
     }));
-    ASSERT_EQ(screen.updates.size(), 1u);
+    ASSERT_EQ(screen.warnings.size(), 1u) << "the overfill reaches the desk as a warning";
+    EXPECT_EQ(screen.warnings[0].OrderRecordId, id);
+    EXPECT_EQ(screen.warnings[0].ClOrderID, "A-4");
+    EXPECT_NE(screen.warnings[0].Text.find("overfill"), std::string::npos)
+        << screen.warnings[0].Text;
+    ASSERT_EQ(screen.updates.size(), 2u);
     EXPECT_EQ(screen.updates[0].OrderRecordId, id);
     EXPECT_EQ(screen.updates[0].ClOrderID, "A-4");
     EXPECT_EQ(screen.updates[0].Memo, "Tech-1-/bskt");
