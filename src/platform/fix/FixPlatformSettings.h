@@ -37,7 +37,10 @@ struct FixPlatformSettings {
     std::string handlInst = "1";            ///< FixHandlInst(21)
     int memoTag = 0; ///< FixMemoTag: tag that carries the memo (58 = Text); 0 none
     FixQuoteSource quotes = FixQuoteSource::Fix; ///< FixQuotes: "FIX" or "NONE"
-    int sendWindow = 200;  ///< FixSendWindow: orders on the wire without an answer
+    /// FixSendWindow: orders on the wire without an answer. A thousand keeps a 5,000-line
+    /// basket flowing at the speed of the link, and bounds what a peer that stops
+    /// answering leaves waiting.
+    int sendWindow = 1000;
     TifProfile tifProfile; ///< FixTifOS, FixTifNOW, FixTifEXT, ...: "59=3;9416=Y"
 };
 

@@ -27,7 +27,7 @@ TEST(FixPlatformSettings, DefaultsWithNoKeys) {
     EXPECT_EQ(s->handlInst, "1");
     EXPECT_EQ(s->memoTag, 0);
     EXPECT_EQ(s->quotes, FixQuoteSource::Fix);
-    EXPECT_EQ(s->sendWindow, 200);
+    EXPECT_EQ(s->sendWindow, 1000);
     EXPECT_FALSE(s->resetOnLogon);
     EXPECT_TRUE(s->tifProfile.letters.empty());
 }
