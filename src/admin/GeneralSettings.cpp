@@ -107,7 +107,7 @@ const std::vector<KeyRule>& FixRules() {
          }},
         {"FixReconnectInterval",
          [](const auto& v) {
-             return WholeNumber(v, "FixReconnectInterval", "FIX reconnect interval (seconds)", 1,
+             return WholeNumber(v, "FixReconnectInterval", "FIX first reconnect wait (seconds)", 1,
                                 3600);
          }},
         {"FixResetOnLogon",

@@ -378,7 +378,7 @@ QWidget* frmGeneralSettings::BuildPlatformPage() {
     text(m_fraFix, fix, "FixTargetCompID", "TargetCompID:");
     choice(m_fraFix, fix, "FixVersion", "FIX version:", {"4.2", "4.4"});
     text(m_fraFix, fix, "FixHeartBtInt", "Heartbeat (seconds):");
-    text(m_fraFix, fix, "FixReconnectInterval", "Reconnect every (seconds):");
+    text(m_fraFix, fix, "FixReconnectInterval", "First reconnect after (seconds):");
     auto* reset = MakeCheck(m_fraFix, "chkFixResetOnLogon", "Reset sequence numbers at logon");
     m_platformBoxes["FixResetOnLogon"] = reset;
     fix->addRow(QString(), reset);

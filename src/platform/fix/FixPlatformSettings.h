@@ -31,11 +31,11 @@ struct FixPlatformSettings {
     std::string targetCompID = "EXCH";      ///< FixTargetCompID
     FixVersion version = FixVersion::Fix42; ///< FixVersion: "4.2" or "4.4"
     int heartBtInt = 30;                    ///< FixHeartBtInt, seconds
-    int reconnectInterval = 5;              ///< FixReconnectInterval, seconds
-    std::string settingsFile;               ///< FixSettingsFile, relative to the data folder
-    bool resetOnLogon = false;              ///< FixResetOnLogon "1"/"0"
-    std::string handlInst = "1";            ///< FixHandlInst(21)
-    int memoTag = 0; ///< FixMemoTag: tag that carries the memo (58 = Text); 0 none
+    int reconnectInterval = 5;   ///< FixReconnectInterval: first wait before reconnecting, seconds
+    std::string settingsFile;    ///< FixSettingsFile, relative to the data folder
+    bool resetOnLogon = false;   ///< FixResetOnLogon "1"/"0"
+    std::string handlInst = "1"; ///< FixHandlInst(21)
+    int memoTag = 0;             ///< FixMemoTag: tag that carries the memo (58 = Text); 0 none
     FixQuoteSource quotes = FixQuoteSource::Fix; ///< FixQuotes: "FIX" or "NONE"
     /// FixSendWindow: orders on the wire without an answer. A thousand keeps a 5,000-line
     /// basket flowing at the speed of the link, and bounds what a peer that stops
