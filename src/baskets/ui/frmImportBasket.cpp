@@ -1,11 +1,8 @@
 #include "baskets/ui/frmImportBasket.h"
 
 #include "baskets/BasketImport.h"
-#include "baskets/Destinations.h"
 #include "baskets/FileChooser.h"
 #include "baskets/MainScreenLink.h"
-#include "baskets/OrdinaryError.h"
-#include "baskets/ui/DialogSupport.h"
 #include "baskets/ui/KeyFilters.h"
 #include "baskets/ui/UiText.h"
 
@@ -22,105 +19,65 @@ namespace {
 
 constexpr int kProgressSteps = 1000;
 
-void Preselect(QComboBox& combo, const std::string& destination) {
-    const int at = combo.findText(ToQ(destination), Qt::MatchExactly);
-    combo.setCurrentIndex(at < 0 ? 0 : at);
-}
-
 } // namespace
 
 frmImportBasket::frmImportBasket(Database& db, MessageBoxes& boxes, FileChooser& files,
                                  MainScreenLink& main, const ImportDefaults& defaults,
                                  QWidget* parent)
-    : QDialog(parent), m_db(db), m_boxes(boxes), m_files(files), m_main(main),
-      m_name(new QLineEdit(this)), m_button(new QLineEdit(this)), m_fileName(new QLineEdit(this)),
-      m_listed(new QComboBox(this)), m_otc(new QComboBox(this)) {
+    : QDialog(parent), m_db(db), m_boxes(boxes), m_files(files), m_main(main), m_fields(this) {
     setObjectName(QStringLiteral("frmImportBasket"));
     setWindowTitle(QStringLiteral("Import Basket"));
-    m_name->setObjectName(QStringLiteral("txtBasketName"));
-    m_button->setObjectName(QStringLiteral("txtButtonName"));
-    m_fileName->setObjectName(QStringLiteral("txtFileName"));
-    m_fileName->setMinimumWidth(300);
-    m_listed->setObjectName(QStringLiteral("cboListed"));
-    m_otc->setObjectName(QStringLiteral("cboOTC"));
-
-    auto* open = new QPushButton(QStringLiteral("..."), this);
-    open->setObjectName(QStringLiteral("cmdOpenFile"));
     auto* importButton = new QPushButton(QStringLiteral("Import"), this);
     importButton->setObjectName(QStringLiteral("cmdImport"));
     auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
     cancel->setObjectName(QStringLiteral("cndCancel"));
-    for (auto* b : {open, importButton, cancel}) {
+    for (auto* b : {importButton, cancel}) {
         b->setAutoDefault(false);
     }
 
-    auto* fileRow = new QHBoxLayout;
-    fileRow->addWidget(m_fileName);
-    fileRow->addWidget(open);
-    auto* form = new QFormLayout;
-    form->addRow(QStringLiteral("Basket Name:"), m_name);
-    form->addRow(QStringLiteral("Button Name:"), m_button);
-    form->addRow(QStringLiteral("File:"), fileRow);
-    form->addRow(QStringLiteral("Default Listed Destination:"), m_listed);
-    form->addRow(QStringLiteral("Default OTC Destination:"), m_otc);
     auto* buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(importButton);
     buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
-    layout->addLayout(form);
+    layout->addLayout(m_fields.form());
     layout->addLayout(buttons);
 
     auto* enter = new EnterPressesButton(importButton, this);
-    for (QWidget* w :
-         std::initializer_list<QWidget*>{m_name, m_button, m_fileName, m_listed, m_otc}) {
+    for (QWidget* w : std::initializer_list<QWidget*>{
+             m_fields.name, m_fields.button, m_fields.fileName, m_fields.listed, m_fields.otc}) {
         enter->watch(w);
     }
-    connect(open, &QPushButton::clicked, this, &frmImportBasket::chooseFile);
+    connect(m_fields.open, &QPushButton::clicked, this, &frmImportBasket::chooseFile);
     connect(importButton, &QPushButton::clicked, this, &frmImportBasket::import);
     connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
-
-    std::vector<std::string> destinations;
-    try {
-        destinations = EnabledDestinations(m_db, true);
-    } catch (const std::exception& e) {
-        ShowOrdinaryError(m_boxes, e);
-    }
-    for (QComboBox* combo : {m_listed, m_otc}) {
-        combo->addItem(QString::fromLatin1(kNoDestination));
-        FillCombo(*combo, destinations);
-    }
-    Preselect(*m_listed, defaults.listed);
-    Preselect(*m_otc, defaults.otc);
-}
-
-std::string frmImportBasket::defaultText(const QComboBox& combo) const {
-    return combo.currentIndex() <= 0 ? std::string() : ToStd(combo.currentText());
+    m_fields.fillDestinations(m_db, m_boxes, defaults);
 }
 
 void frmImportBasket::chooseFile() {
-    if (auto chosen =
-            m_files.openFile("Import Basket", kBasketFileFilter, ToStd(m_fileName->text()))) {
-        m_fileName->setText(ToQ(*chosen));
+    if (auto chosen = m_files.openFile("Import Basket", kBasketFileFilter,
+                                       ToStd(m_fields.fileName->text()))) {
+        m_fields.fileName->setText(ToQ(*chosen));
     }
 }
 
 void frmImportBasket::import() {
-    const BasketImportRequest request{ToStd(m_name->text()), ToStd(m_button->text()),
-                                      ToStd(m_fileName->text()), defaultText(*m_listed),
-                                      defaultText(*m_otc)};
+    const BasketImportRequest request{ToStd(m_fields.name->text()), ToStd(m_fields.button->text()),
+                                      ToStd(m_fields.fileName->text()),
+                                      ImportFields::DefaultText(*m_fields.listed),
+                                      ImportFields::DefaultText(*m_fields.otc)};
     ImportFocus focus = ImportFocus::None;
     auto started = StartBasketImport(m_db, m_boxes, request, focus);
     if (!started) {
         switch (focus) {
         case ImportFocus::BasketName:
-            m_name->setFocus();
+            m_fields.name->setFocus();
             break;
         case ImportFocus::ButtonName:
-            m_button->setFocus();
+            m_fields.button->setFocus();
             break;
         case ImportFocus::FileName:
-            m_fileName->setFocus();
+            m_fields.fileName->setFocus();
             break;
         case ImportFocus::None:
             break;

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "baskets/ImportDefaults.h"
+#include "baskets/ui/ImportFields.h"
 
 #include <cstddef>
 
 #include <QDialog>
-
-class QComboBox;
-class QLineEdit;
 
 namespace wicker {
 
@@ -23,10 +21,6 @@ class frmImportBasket : public QDialog {
     Q_OBJECT
 
 public:
-    /// Entry of the destination combos that stands for "no default": a line without a
-    /// destination is then stored without one.
-    static constexpr const char* kNoDestination = "<none>";
-
     frmImportBasket(Database& db, MessageBoxes& boxes, FileChooser& files, MainScreenLink& main,
                     const ImportDefaults& defaults, QWidget* parent = nullptr);
 
@@ -39,17 +33,12 @@ private:
     void chooseFile();
     void import();
     void run(BasketFileImport& import);
-    std::string defaultText(const QComboBox& combo) const;
 
     Database& m_db;
     MessageBoxes& m_boxes;
     FileChooser& m_files;
     MainScreenLink& m_main;
-    QLineEdit* m_name;
-    QLineEdit* m_button;
-    QLineEdit* m_fileName;
-    QComboBox* m_listed;
-    QComboBox* m_otc;
+    ImportFields m_fields;
     size_t m_linesPerStep = 500;
     int m_progressDelayMs = 500;
 };

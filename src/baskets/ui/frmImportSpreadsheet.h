@@ -2,12 +2,11 @@
 
 #include "baskets/ImportDefaults.h"
 #include "baskets/SpreadsheetBasket.h"
+#include "baskets/ui/ImportFields.h"
 
 #include <QDialog>
 
-class QComboBox;
 class QLabel;
-class QLineEdit;
 class QPushButton;
 class QTableView;
 
@@ -45,11 +44,7 @@ private:
     MainScreenLink& m_main;
     std::vector<std::string> m_destinations;
     SpreadsheetBasket m_basket;
-    QLineEdit* m_name;
-    QLineEdit* m_button;
-    QLineEdit* m_fileName;
-    QComboBox* m_listed;
-    QComboBox* m_otc;
+    ImportFields m_fields;
     QLabel* m_summary;
     QTableView* m_view;
     SpreadsheetPreviewModel* m_model;
