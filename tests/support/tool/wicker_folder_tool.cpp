@@ -5,10 +5,21 @@
 //   ini DIR TAG COUNT          COUNT times: lock, write Hammer/TAG<i> to basket.ini, unlock
 //   firststart DIR [PAUSE]     open (create) baskets.mdb; with PAUSE, stop after PAUSE baskets
 //   import DIR FILE [PAUSE]    import FILE as basket "Imp"; with PAUSE, stop after PAUSE lines
+//   send DIR LINES BUTTON [PAUSE]
+//                              the trading desk on the simulator of basket.ini, its book kept
+//                              in DIR: sends a LINES-line basket with button BUTTON and prints
+//                              "sent SEQ SUBMITTED"; with PAUSE, stops after PAUSE orders left
+//   show DIR [CANCEL]          the desk started again: prints the restore, then every order as
+//                              "order ID CUM LEAVES STATUS"; with CANCEL, first cancels send
+//                              CANCEL of basket "Tool" and prints "cancelled COUNT"
 #include "baskets/BasketImport.h"
+#include "common/Clock.h"
+#include "platform/PlatformSettings.h"
+#include "platform/sim/SimPlatform.h"
 #include "storage/BasketDatabase.h"
 #include "storage/FolderLock.h"
 #include "storage/clsIniFile.h"
+#include "trading/TradingDesk.h"
 
 #include <chrono>
 #include <cstdio>
@@ -115,6 +126,149 @@ int Import(const std::filesystem::path& dir, const std::string& file, uint64_t p
     return 0;
 }
 
+/// Answers every question of the desk with its first button, and prints it.
+class DeskBoxes final : public MessageBoxes {
+public:
+    using MessageBoxes::show;
+    MsgAnswer show(const MessageRequest& r) override {
+        std::cout << "box: " << r.text << std::endl;
+        return r.buttons == MsgButtons::Ok         ? MsgAnswer::Ok
+               : r.buttons == MsgButtons::OkCancel ? MsgAnswer::Ok
+                                                   : MsgAnswer::Yes;
+    }
+};
+
+/// The program's desk on the simulator, started as the program starts it.
+struct SimDesk {
+    explicit SimDesk(const std::filesystem::path& dir)
+        : lock(FolderLock::Acquire(dir)), sim(ReadPlatformSettings(dir / "basket.ini").sim, clock),
+          desk(sim, boxes, clock, dir) {}
+
+    bool open(const std::filesystem::path& dir) {
+        if (!lock) {
+            std::cout << lock.error().message << std::endl;
+            return false;
+        }
+        if (Result<void> kept = sim.KeepBook(dir / kSimBookFileName); !kept) {
+            std::cout << kept.error().message << std::endl;
+            return false;
+        }
+        return desk.FormLoad().ok() && sim.Start().ok();
+    }
+    /// The screen's timers and drains for `span` of wall time.
+    void settle(std::chrono::milliseconds span) {
+        const auto end = std::chrono::steady_clock::now() + span;
+        while (std::chrono::steady_clock::now() < end) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            desk.DrainPlatformEvents();
+            desk.Timer200ms();
+        }
+        desk.Timer1sec();
+    }
+    void close() {
+        sim.Stop();
+        desk.DrainPlatformEvents();
+        desk.Timer1sec();
+        desk.FormUnload();
+    }
+
+    Result<FolderLock> lock;
+    SystemClock clock;
+    DeskBoxes boxes;
+    SimPlatform sim;
+    TradingDesk desk;
+};
+
+/// Passes the send on to the desk's own records, and stops the program after `pause`
+/// orders left.
+class PauseSend final : public SendListener {
+public:
+    PauseSend(SendListener& records, size_t pause) : m_records(records), m_pause(pause) {}
+    void SendBegins(int16_t seq, std::string_view name, std::span<const QVXOrder* const> orders,
+                    std::string_view overrides) override {
+        m_records.SendBegins(seq, name, orders, overrides);
+    }
+    void Submitted(const QVXOrder& order, int32_t result) override {
+        m_records.Submitted(order, result);
+        if (++m_submitted == m_pause) {
+            Park();
+        }
+    }
+    void SendEnds(int16_t seq) override { m_records.SendEnds(seq); }
+
+private:
+    SendListener& m_records;
+    size_t m_pause;
+    size_t m_submitted = 0;
+};
+
+int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) {
+    SimDesk d(dir);
+    if (!d.open(dir)) {
+        return 1;
+    }
+    Database& db = d.desk.db();
+    db.ExecuteSql("DELETE FROM tblBaskets WHERE strBasketName = 'Tool'");
+    db.ExecuteSql("INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
+                  "VALUES('Tool','Tool',0,'B')");
+    const int32_t num = db.OpenRecordset("SELECT intBasketNum FROM tblBaskets WHERE "
+                                         "strBasketName = 'Tool'")
+                            .Field("intBasketNum")
+                            .toInt();
+    std::vector<BasketLine> basket;
+    for (int i = 0; i < lines; ++i) {
+        basket.push_back({"S" + std::to_string(i), std::to_string(100 + i % 900), "NYSE"});
+    }
+    {
+        Database::Transaction lines(db); // one disk sync for the set-up, not one per line
+        SaveBasketDetails(db, num, "Tool", basket);
+        lines.commit();
+    }
+    d.desk.LoadBasketList();
+    if (!d.desk.LoadBasketByName("Tool")) {
+        return 1;
+    }
+    d.settle(std::chrono::milliseconds(300)); // quotes reach the lines
+    PauseSend paused(d.desk.Records(), pause);
+    d.desk.Execution().setListener(&paused);
+    const ExecuteReport sent = d.desk.ExecuteBasket(button, "ACCT01");
+    d.desk.Execution().setListener(&d.desk.Records());
+    std::cout << "sent " << sent.basketSeq << ' ' << sent.ordersSubmitted << std::endl;
+    d.settle(std::chrono::milliseconds(300));
+    d.close();
+    return 0;
+}
+
+int Show(const std::filesystem::path& dir, int cancelSeq) {
+    SimDesk d(dir);
+    if (!d.open(dir)) {
+        return 1;
+    }
+    d.settle(std::chrono::milliseconds(300));
+    if (cancelSeq > 0) {
+        d.desk.LoadBasketList();
+        d.desk.LoadBasketByName("Tool");
+        d.desk.settings().beforeCancel = false;
+        std::cout << "cancelled "
+                  << d.desk.CancelSelectedBasket(
+                         BasketListSelection{std::to_string(cancelSeq), "Tool"})
+                  << std::endl;
+        d.settle(std::chrono::milliseconds(300));
+    }
+    d.close();
+    const RestoreReport& r = d.desk.Restored();
+    std::cout << "restored " << r.restored << " adopted " << r.adopted << " notsent " << r.notSent
+              << " unknown " << r.unknown << std::endl;
+    const OrderTracker& tracker = d.desk.Tracker();
+    for (size_t i = 0; i < tracker.Orders().size(); ++i) {
+        const OrderUpdate& o = tracker.Orders()[i];
+        std::cout << "order " << o.m_strClOrderId << ' ' << o.m_nCumExecQuantity << ' '
+                  << o.m_nLvsQuantity << ' ' << tracker.StatusText(i) << std::endl;
+    }
+    std::cout << "end" << std::endl;
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -136,6 +290,12 @@ int main(int argc, char** argv) {
     if (mode == "import" && argc > 3) {
         return Import(dir, argv[3], number(4));
     }
-    std::cerr << "usage: wicker_folder_tool hold|try|ini|firststart|import DIR ...\n";
+    if (mode == "send" && argc > 4) {
+        return Send(dir, static_cast<int>(number(3)), static_cast<int>(number(4)), number(5));
+    }
+    if (mode == "show") {
+        return Show(dir, static_cast<int>(number(3)));
+    }
+    std::cerr << "usage: wicker_folder_tool hold|try|ini|firststart|import|send|show DIR ...\n";
     return 2;
 }
