@@ -220,9 +220,9 @@ int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) 
         basket.push_back({"S" + std::to_string(i), std::to_string(100 + i % 900), "NYSE"});
     }
     {
-        Database::Transaction lines(db); // one disk sync for the set-up, not one per line
+        Database::Transaction setUp(db); // one disk sync for the set-up, not one per line
         SaveBasketDetails(db, num, "Tool", basket);
-        lines.commit();
+        setUp.commit();
     }
     d.desk.LoadBasketList();
     if (!d.desk.LoadBasketByName("Tool")) {
