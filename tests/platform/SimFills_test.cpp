@@ -394,7 +394,8 @@ TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {
 }
 
 // The broker's book kept in the data folder: the next run of the program finds the day's
-// orders as the last run reported them, and the working ones still work.
+// orders as the last run reported them, and the working ones still work. An order the
+// trader was never told about is not in it.
 TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) {
     TempDir dir;
     ASSERT_TRUE(desk.platform.KeepBook(dir / kSimBookFileName).ok());
@@ -418,12 +419,21 @@ TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) 
     change.newClOrderID = "A-3b";
     ASSERT_EQ(desk.platform.ReplaceOrder("A-3", ids[2], change), 0);
     desk.drain(); // written before this drain delivered a word of it
+    OrderSpec late;
+    late.clOrderId = "A-5";
+    ASSERT_GT(desk.send(late), 0);
+    // The program dies here: the files as they are now, before the next drain wrote A-5.
+    TempDir crashed;
+    for (const char* suffix : {"", "-wal"}) {
+        std::filesystem::copy_file(dir / (std::string(kSimBookFileName) + suffix),
+                                   crashed / (std::string(kSimBookFileName) + suffix));
+    }
 
     SimDesk again(Settings());
-    ASSERT_TRUE(again.platform.KeepBook(dir / kSimBookFileName).ok());
+    ASSERT_TRUE(again.platform.KeepBook(crashed / kSimBookFileName).ok());
     const std::pair<std::string, int32_t> known[] = {{"A-1", ids[0]}, {"A-2", ids[1]},
                                                      {"A-3", ids[2]}, {"A-3b", ids[2]},
-                                                     {"A-4", ids[3]}, {"A-9", 0}};
+                                                     {"A-4", ids[3]}, {"A-5", 0}};
     for (const auto& [clOrderId, recordId] : known) {
         KnownOrder order;
         order.ticket.clOrderID = clOrderId;

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "platform/OrderTicket.h"
+#include "storage/FolderLock.h"
 #include "storage/SqliteFile.h"
 
 #include <cstdint>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +51,7 @@ public:
 
 private:
     struct Statements;
+    std::optional<FolderLock> m_lock; // none when the program holds the folder already
     SqliteFile m_file;
     std::string m_today;
     std::unique_ptr<Statements> m_stmts;
