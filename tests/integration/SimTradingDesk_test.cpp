@@ -312,42 +312,6 @@ TEST_F(SimTradingDesk, OrdersTheProgramNeverHandedOverShowAsNotSent) {
 // The program itself, killed or stopped and started again: the folder tool runs the real
 // desk on the simulator of a data folder (see tests/support/tool).
 
-struct ShownOrder {
-    int64_t cum = 0, leaves = 0;
-    std::string status;
-};
-
-/// What a run of the folder tool printed: its other lines, and the orders "show" listed.
-struct ToolRun {
-    std::vector<std::string> lines;
-    std::map<std::string, ShownOrder> orders; // by client order id
-    int exitCode = -1;
-};
-
-ToolRun RunTool(std::vector<std::string> args) {
-    args.insert(args.begin(), test::FolderTool());
-    test::Subprocess tool(args);
-    ToolRun run;
-    while (const auto line = tool.readLine()) {
-        std::istringstream in(*line);
-        std::string word, id;
-        ShownOrder o;
-        if (in >> word >> id >> o.cum >> o.leaves && word == "order") {
-            std::getline(in >> std::ws, o.status);
-            run.orders[id] = o;
-        } else {
-            run.lines.push_back(*line);
-        }
-    }
-    run.exitCode = tool.wait();
-    return run;
-}
-
-bool Printed(const ToolRun& run, const std::string& prefix) {
-    return std::any_of(run.lines.begin(), run.lines.end(),
-                       [&](const std::string& l) { return l.starts_with(prefix); });
-}
-
 /// The simulated broker's book as the file holds it: status and filled quantity by id.
 std::map<std::string, std::pair<int64_t, int64_t>> BookOf(const std::filesystem::path& dir,
                                                           size_t* rows = nullptr) {
@@ -387,7 +351,7 @@ TEST_F(DeskRestart, AKillHalfWayThroughASendLosesNoOrderOfTheBrokerAndSendsNoneT
         send.killHard();
         send.wait();
     }
-    const ToolRun shown = RunTool({"show", folder()});
+    const test::FolderToolRun shown = test::RunFolderTool({"show", folder()});
     ASSERT_EQ(shown.exitCode, 0);
     const auto book = BookOf(dir.path());
     ASSERT_EQ(book.size(), 2500u);
@@ -406,15 +370,16 @@ TEST_F(DeskRestart, AKillHalfWayThroughASendLosesNoOrderOfTheBrokerAndSendsNoneT
     }
     EXPECT_EQ(notSent, 2500u);
 
-    const ToolRun next = RunTool({"send", folder(), "5", "3"});
-    EXPECT_TRUE(Printed(next, "sent 2 5")) << "a new send number";
+    const test::FolderToolRun next = test::RunFolderTool({"send", folder(), "5", "3"});
+    EXPECT_TRUE(test::Printed(next, "sent 2 5")) << "a new send number";
     size_t rows = 0;
     EXPECT_EQ(BookOf(dir.path(), &rows).size(), 2505u);
     EXPECT_EQ(rows, 2505u) << "no client order id twice at the broker";
 }
 
 TEST_F(DeskRestart, RestingOrdersRestAfterARestartAndACancelFromTheNewRunReachesThem) {
-    const ToolRun sent = RunTool({"send", folder(), "20", "9"}); // SHRT ASK: rests
+    const test::FolderToolRun sent =
+        test::RunFolderTool({"send", folder(), "20", "9"}); // SHRT ASK: rests
     ASSERT_EQ(sent.exitCode, 0);
     const auto line = std::find_if(sent.lines.begin(), sent.lines.end(),
                                    [](const std::string& l) { return l.starts_with("sent "); });
@@ -426,10 +391,10 @@ TEST_F(DeskRestart, RestingOrdersRestAfterARestartAndACancelFromTheNewRunReaches
         ASSERT_EQ(kept.first, QVXOrderStatus::Open) << id;
     }
 
-    const ToolRun shown = RunTool({"show", folder(), std::to_string(seq)});
-    EXPECT_TRUE(Printed(shown, "cancelled " + std::to_string(submitted)));
-    EXPECT_TRUE(Printed(shown, "restored " + std::to_string(submitted) + " adopted " +
-                                   std::to_string(submitted)));
+    const test::FolderToolRun shown = test::RunFolderTool({"show", folder(), std::to_string(seq)});
+    EXPECT_TRUE(test::Printed(shown, "cancelled " + std::to_string(submitted)));
+    EXPECT_TRUE(test::Printed(shown, "restored " + std::to_string(submitted) + " adopted " +
+                                         std::to_string(submitted)));
     const auto book = BookOf(dir.path());
     ASSERT_EQ(book.size(), static_cast<size_t>(submitted));
     for (const auto& [id, kept] : book) {

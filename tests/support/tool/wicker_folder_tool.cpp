@@ -6,9 +6,10 @@
 //   firststart DIR [PAUSE]     open (create) baskets.mdb; with PAUSE, stop after PAUSE baskets
 //   import DIR FILE [PAUSE]    import FILE as basket "Imp"; with PAUSE, stop after PAUSE lines
 //   send DIR LINES BUTTON [PAUSE]
-//                              the trading desk on the simulator of basket.ini, its book kept
-//                              in DIR: sends a LINES-line basket with button BUTTON and prints
-//                              "sent SEQ SUBMITTED"; with PAUSE, stops after PAUSE orders left
+//                              the trading desk on the platform of basket.ini (the simulator
+//                              keeping its book in DIR, or FIX): sends a LINES-line basket with
+//                              button BUTTON and prints "sent SEQ SUBMITTED"; with PAUSE, stops
+//                              after PAUSE orders left
 //   show DIR [CANCEL]          the desk started again: prints the restore, then every order as
 //                              "order ID CUM LEAVES STATUS"; with CANCEL, first cancels send
 //                              CANCEL of basket "Tool" and prints "cancelled COUNT"
@@ -20,6 +21,10 @@
 #include "storage/FolderLock.h"
 #include "storage/clsIniFile.h"
 #include "trading/TradingDesk.h"
+
+#ifdef WICKER_TOOL_FIX
+#include "platform/fix/FixPlatform.h"
+#endif
 
 #include <chrono>
 #include <cstdio>
@@ -138,45 +143,87 @@ public:
     }
 };
 
-/// The program's desk on the simulator, started as the program starts it.
-struct SimDesk {
-    explicit SimDesk(const std::filesystem::path& dir)
-        : lock(FolderLock::Acquire(dir)), sim(ReadPlatformSettings(dir / "basket.ini").sim, clock),
-          desk(sim, boxes, clock, dir) {}
+/// The platform basket.ini names, made as the program makes it: the simulator keeping its
+/// book in the folder, or FIX.
+std::unique_ptr<Platform> MakePlatform(const std::filesystem::path& dir, const Clock& clock) {
+    PlatformSettings settings = ReadPlatformSettings(dir / "basket.ini");
+#ifdef WICKER_TOOL_FIX
+    if (settings.mode == PlatformMode::Fix) {
+        Result<std::unique_ptr<Platform>> fix = CreateFixPlatform(dir, clock);
+        if (!fix) {
+            std::cout << fix.error().message << std::endl;
+            return nullptr;
+        }
+        return std::move(fix).value();
+    }
+#endif
+    auto sim = std::make_unique<SimPlatform>(settings.sim, clock);
+    if (Result<void> kept = sim->KeepBook(dir / kSimBookFileName); !kept) {
+        std::cout << kept.error().message << std::endl;
+        return nullptr;
+    }
+    return sim;
+}
 
-    bool open(const std::filesystem::path& dir) {
+/// The program's desk, started as the program starts it.
+struct ProgramDesk {
+    explicit ProgramDesk(const std::filesystem::path& dir)
+        : lock(FolderLock::Acquire(dir)), platform(lock ? MakePlatform(dir, clock) : nullptr) {
+        if (platform) {
+            desk = std::make_unique<TradingDesk>(*platform, boxes, clock, dir);
+        }
+    }
+
+    bool open() {
         if (!lock) {
             std::cout << lock.error().message << std::endl;
+        }
+        if (!desk || !desk->FormLoad().ok() || !platform->Start().ok()) {
             return false;
         }
-        if (Result<void> kept = sim.KeepBook(dir / kSimBookFileName); !kept) {
-            std::cout << kept.error().message << std::endl;
-            return false;
+        // A broker link logs on first.
+        for (int i = 0; i < 500 && !desk->PlatformOnline(); ++i) {
+            settle(std::chrono::milliseconds(20));
         }
-        return desk.FormLoad().ok() && sim.Start().ok();
+        return desk->PlatformOnline();
+    }
+    /// Settles until the platform has been quiet for half a second (a broker answering the
+    /// restart's status requests), at most `limit`.
+    void settleQuiet(std::chrono::milliseconds limit) {
+        const auto start = std::chrono::steady_clock::now();
+        auto lastEvent = start;
+        while (std::chrono::steady_clock::now() - lastEvent < std::chrono::milliseconds(500) &&
+               std::chrono::steady_clock::now() - start < limit) {
+            std::this_thread::sleep_for(std::chrono::milliseconds(20));
+            if (desk->DrainPlatformEvents() > 0) {
+                lastEvent = std::chrono::steady_clock::now();
+            }
+            desk->Timer200ms();
+        }
+        desk->Timer1sec();
     }
     /// The screen's timers and drains for `span` of wall time.
     void settle(std::chrono::milliseconds span) {
         const auto end = std::chrono::steady_clock::now() + span;
         while (std::chrono::steady_clock::now() < end) {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
-            desk.DrainPlatformEvents();
-            desk.Timer200ms();
+            desk->DrainPlatformEvents();
+            desk->Timer200ms();
         }
-        desk.Timer1sec();
+        desk->Timer1sec();
     }
     void close() {
-        sim.Stop();
-        desk.DrainPlatformEvents();
-        desk.Timer1sec();
-        desk.FormUnload();
+        platform->Stop();
+        desk->DrainPlatformEvents();
+        desk->Timer1sec();
+        desk->FormUnload();
     }
 
     Result<FolderLock> lock;
     SystemClock clock;
     DeskBoxes boxes;
-    SimPlatform sim;
-    TradingDesk desk;
+    std::unique_ptr<Platform> platform;
+    std::unique_ptr<TradingDesk> desk;
 };
 
 /// Passes the send on to the desk's own records, and stops the program after `pause`
@@ -203,11 +250,11 @@ private:
 };
 
 int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) {
-    SimDesk d(dir);
-    if (!d.open(dir)) {
+    ProgramDesk d(dir);
+    if (!d.open()) {
         return 1;
     }
-    Database& db = d.desk.db();
+    Database& db = d.desk->db();
     db.ExecuteSql("DELETE FROM tblBaskets WHERE strBasketName = 'Tool'");
     db.ExecuteSql("INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
                   "VALUES('Tool','Tool',0,'B')");
@@ -224,15 +271,15 @@ int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) 
         SaveBasketDetails(db, num, "Tool", basket);
         setUp.commit();
     }
-    d.desk.LoadBasketList();
-    if (!d.desk.LoadBasketByName("Tool")) {
+    d.desk->LoadBasketList();
+    if (!d.desk->LoadBasketByName("Tool")) {
         return 1;
     }
     d.settle(std::chrono::milliseconds(300)); // quotes reach the lines
-    PauseSend paused(d.desk.Records(), pause);
-    d.desk.Execution().setListener(&paused);
-    const ExecuteReport sent = d.desk.ExecuteBasket(button, "ACCT01");
-    d.desk.Execution().setListener(&d.desk.Records());
+    PauseSend paused(d.desk->Records(), pause);
+    d.desk->Execution().setListener(&paused);
+    const ExecuteReport sent = d.desk->ExecuteBasket(button, "ACCT01");
+    d.desk->Execution().setListener(&d.desk->Records());
     std::cout << "sent " << sent.basketSeq << ' ' << sent.ordersSubmitted << std::endl;
     d.settle(std::chrono::milliseconds(300));
     d.close();
@@ -240,26 +287,26 @@ int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) 
 }
 
 int Show(const std::filesystem::path& dir, int cancelSeq) {
-    SimDesk d(dir);
-    if (!d.open(dir)) {
+    ProgramDesk d(dir);
+    if (!d.open()) {
         return 1;
     }
-    d.settle(std::chrono::milliseconds(300));
+    d.settleQuiet(std::chrono::seconds(20));
     if (cancelSeq > 0) {
-        d.desk.LoadBasketList();
-        d.desk.LoadBasketByName("Tool");
-        d.desk.settings().beforeCancel = false;
+        d.desk->LoadBasketList();
+        d.desk->LoadBasketByName("Tool");
+        d.desk->settings().beforeCancel = false;
         std::cout << "cancelled "
-                  << d.desk.CancelSelectedBasket(
+                  << d.desk->CancelSelectedBasket(
                          BasketListSelection{std::to_string(cancelSeq), "Tool"})
                   << std::endl;
-        d.settle(std::chrono::milliseconds(300));
+        d.settleQuiet(std::chrono::seconds(20));
     }
     d.close();
-    const RestoreReport& r = d.desk.Restored();
+    const RestoreReport& r = d.desk->Restored();
     std::cout << "restored " << r.restored << " adopted " << r.adopted << " notsent " << r.notSent
               << " unknown " << r.unknown << std::endl;
-    const OrderTracker& tracker = d.desk.Tracker();
+    const OrderTracker& tracker = d.desk->Tracker();
     for (size_t i = 0; i < tracker.Orders().size(); ++i) {
         const OrderUpdate& o = tracker.Orders()[i];
         std::cout << "order " << o.m_strClOrderId << ' ' << o.m_nCumExecQuantity << ' '
