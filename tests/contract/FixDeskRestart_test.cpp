@@ -83,7 +83,11 @@ TEST_F(FixDeskRestart, AKillHalfWayThroughASendLosesNoOrderOfTheBrokerAndSendsNo
 
     const test::FolderToolRun next = test::RunFolderTool({"send", folder(), "5", "3"});
     EXPECT_TRUE(test::Printed(next, "sent 2 5")) << "a new send number";
-    const std::vector<std::string> all = ReceivedIds();
+    std::vector<std::string> all = ReceivedIds();
+    for (int i = 0; i < 250 && all.size() < 2505; ++i) {
+        std::this_thread::sleep_for(20ms);
+        all = ReceivedIds();
+    }
     EXPECT_EQ(all.size(), 2505u);
     EXPECT_EQ(std::set<std::string>(all.begin(), all.end()).size(), all.size())
         << "no client order id twice at the broker";

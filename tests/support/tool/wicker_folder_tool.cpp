@@ -187,12 +187,12 @@ struct ProgramDesk {
         }
         return desk->PlatformOnline();
     }
-    /// Settles until the platform has been quiet for half a second (a broker answering the
-    /// restart's status requests), at most `limit`.
+    /// Settles until the platform has been quiet for a second (a broker answering a send or
+    /// the restart's status requests), at most `limit`.
     void settleQuiet(std::chrono::milliseconds limit) {
         const auto start = std::chrono::steady_clock::now();
         auto lastEvent = start;
-        while (std::chrono::steady_clock::now() - lastEvent < std::chrono::milliseconds(500) &&
+        while (std::chrono::steady_clock::now() - lastEvent < std::chrono::seconds(1) &&
                std::chrono::steady_clock::now() - start < limit) {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             if (desk->DrainPlatformEvents() > 0) {
@@ -281,7 +281,7 @@ int Send(const std::filesystem::path& dir, int lines, int button, size_t pause) 
     const ExecuteReport sent = d.desk->ExecuteBasket(button, "ACCT01");
     d.desk->Execution().setListener(&d.desk->Records());
     std::cout << "sent " << sent.basketSeq << ' ' << sent.ordersSubmitted << std::endl;
-    d.settle(std::chrono::milliseconds(300));
+    d.settleQuiet(std::chrono::seconds(20)); // the broker's answers
     d.close();
     return 0;
 }
