@@ -33,7 +33,8 @@ bool StoreTyped(const std::filesystem::path& appFolder, std::string_view key,
         return true;
     }
     boxes.show("The setting " + std::string(keys::kSequence) + " / " + std::string(key) +
-                   " could not be saved to " + file.string() + ".",
+                   " could not be saved to " + file.string() + "." +
+                   (ini.LastError().empty() ? "" : " " + ini.LastError()),
                48, kTitle);
     return false;
 }

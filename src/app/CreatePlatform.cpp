@@ -23,7 +23,11 @@ Result<std::unique_ptr<Platform>> CreatePlatform(const std::filesystem::path& da
                      "[Platform] of basket.ini to trade on the simulated market."};
 #endif
     }
-    return std::unique_ptr<Platform>(std::make_unique<SimPlatform>(settings.sim, clock));
+    auto sim = std::make_unique<SimPlatform>(settings.sim, clock);
+    if (Result<void> kept = sim->KeepBook(dataFolder / kSimBookFileName); !kept) {
+        notes.push_back(kept.error().message);
+    }
+    return std::unique_ptr<Platform>(std::move(sim));
 }
 
 } // namespace wicker

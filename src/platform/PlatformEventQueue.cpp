@@ -31,6 +31,10 @@ void PlatformEventQueue::setWakeUp(std::function<void()> wake) {
     m_wake = std::move(wake);
 }
 
+void PlatformEventQueue::setTakeGate(TakeGate gate) {
+    m_gate = std::move(gate);
+}
+
 void PlatformEventQueue::push(Event event) {
     std::function<void()> wake;
     {
@@ -48,7 +52,7 @@ void PlatformEventQueue::push(Event event) {
 
 std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
                                       std::size_t maxEvents) {
-    {
+    const auto take = [this] {
         // From here on, a push schedules another drain.
         std::lock_guard lock(m_mutex);
         m_wakePending = false;
@@ -57,6 +61,11 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
             m_next = 0;
             m_draining.swap(m_pending);
         }
+    };
+    if (m_gate && m_next == m_draining.size()) {
+        m_gate(take);
+    } else {
+        take();
     }
     const Deliver deliver{orders, quotes};
     std::size_t delivered = 0;

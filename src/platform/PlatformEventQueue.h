@@ -36,6 +36,12 @@ public:
 
     void push(Event event);
 
+    /// Runs around each drain's taking of the pushed events: it must call `take` once, and
+    /// may do work before delivery. A simulated broker makes its book durable there, so
+    /// nothing it reports reaches the trader before it would survive a restart.
+    using TakeGate = std::function<void(const std::function<void()>& take)>;
+    void setTakeGate(TakeGate gate);
+
     /// Delivers up to `maxEvents` queued events to the handlers, oldest first, and returns
     /// how many it delivered. Events pushed by a handler wait for the next drain. When some
     /// are left, the wake-up is called again so the owner comes back for them.
@@ -52,6 +58,7 @@ private:
     std::size_t m_next = 0;
     bool m_wakePending = false;
     std::function<void()> m_wake;
+    TakeGate m_gate; // set before the first drain, read on the draining thread only
 };
 
 } // namespace wicker

@@ -4,6 +4,8 @@
 #include <chrono>
 #include <cstring>
 #include <fcntl.h>
+#include <mutex>
+#include <set>
 #include <string>
 #include <sys/file.h>
 #include <thread>
@@ -58,7 +60,39 @@ bool WritePid(int fd) {
            ::pwrite(fd, text.data(), text.size(), 0) == static_cast<ssize_t>(text.size());
 }
 
+// The folders this process holds, for the writers that must only write under the lock.
+std::mutex g_heldMutex;
+std::set<std::string> g_held;
+
+std::string FolderKey(const std::filesystem::path& folder) {
+    std::error_code ec;
+    std::filesystem::path key = std::filesystem::weakly_canonical(folder, ec);
+    return (ec ? folder : key).lexically_normal().string();
+}
+
 } // namespace
+
+FolderLock::FolderLock(int fd, std::string folder) : m_fd(fd), m_folder(std::move(folder)) {
+    std::lock_guard lock(g_heldMutex);
+    g_held.insert(m_folder);
+}
+
+bool FolderLock::HeldHere(const std::filesystem::path& folder) {
+    const std::string key = FolderKey(folder);
+    std::lock_guard lock(g_heldMutex);
+    return g_held.count(key) != 0;
+}
+
+Result<std::optional<FolderLock>> FolderLock::HoldFor(const std::filesystem::path& folder) {
+    if (HeldHere(folder)) {
+        return std::optional<FolderLock>();
+    }
+    Result<FolderLock> own = Acquire(folder);
+    if (!own) {
+        return own.error();
+    }
+    return std::optional<FolderLock>(std::move(own).value());
+}
 
 Result<FolderLock> FolderLock::Acquire(const std::filesystem::path& folder) {
     const std::filesystem::path path = folder / kFileName;
@@ -83,15 +117,17 @@ Result<FolderLock> FolderLock::Acquire(const std::filesystem::path& folder) {
         return Error{"The data folder " + folder.string() + " cannot be locked: " + path.string() +
                      " cannot be written (" + std::strerror(errno) + ")."};
     }
-    return FolderLock(fd.release());
+    return FolderLock(fd.release(), FolderKey(folder));
 }
 
-FolderLock::FolderLock(FolderLock&& other) noexcept : m_fd(std::exchange(other.m_fd, -1)) {}
+FolderLock::FolderLock(FolderLock&& other) noexcept
+    : m_fd(std::exchange(other.m_fd, -1)), m_folder(std::move(other.m_folder)) {}
 
 FolderLock& FolderLock::operator=(FolderLock&& other) noexcept {
     if (this != &other) {
         release();
         m_fd = std::exchange(other.m_fd, -1);
+        m_folder = std::move(other.m_folder);
     }
     return *this;
 }
@@ -109,6 +145,8 @@ void FolderLock::release() noexcept {
     [[maybe_unused]] const int truncated = ::ftruncate(m_fd, 0);
     ::close(m_fd); // closing drops the lock
     m_fd = -1;
+    std::lock_guard lock(g_heldMutex);
+    g_held.erase(m_folder);
 }
 
 } // namespace wicker

@@ -3,6 +3,8 @@
 #include "common/Result.h"
 
 #include <filesystem>
+#include <optional>
+#include <string>
 
 namespace wicker {
 
@@ -18,6 +20,14 @@ public:
     /// holds it, the Error names the folder and that process id, and no file is changed.
     static Result<FolderLock> Acquire(const std::filesystem::path& folder);
 
+    /// Whether a FolderLock of this process holds `folder` now.
+    static bool HeldHere(const std::filesystem::path& folder);
+    /// What a writer of the folder's files holds while it writes: nothing more when this
+    /// process holds the folder already (the program does, from its start), else a lock of
+    /// its own. The Error, when another process holds the folder, says who; then nothing may
+    /// be written.
+    static Result<std::optional<FolderLock>> HoldFor(const std::filesystem::path& folder);
+
     FolderLock(FolderLock&& other) noexcept;
     FolderLock& operator=(FolderLock&& other) noexcept;
     FolderLock(const FolderLock&) = delete;
@@ -25,10 +35,11 @@ public:
     ~FolderLock();
 
 private:
-    explicit FolderLock(int fd) : m_fd(fd) {}
+    FolderLock(int fd, std::string folder);
     void release() noexcept;
 
     int m_fd = -1;
+    std::string m_folder; // as HeldHere compares it
 };
 
 } // namespace wicker

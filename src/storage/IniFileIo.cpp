@@ -1,10 +1,13 @@
 #include "storage/IniFileIo.h"
 
+#include "storage/FolderLock.h"
+
 #include <cstdio>
 #include <exception>
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <optional>
 #include <random>
 #include <string>
 #include <string_view>
@@ -186,6 +189,17 @@ IniFileContent ReadIniFile(const fs::path& path) {
 
 Result<void> WriteIniFile(const fs::path& path, const IniDocument& document) {
     try {
+        // Two programs writing the file at once keep only one's keys: the data folder's
+        // lock is held for every write. A missing folder is Replace's to report.
+        const fs::path folder = path.parent_path().empty() ? fs::path(".") : path.parent_path();
+        std::error_code ec;
+        Result<std::optional<FolderLock>> held = std::optional<FolderLock>();
+        if (fs::is_directory(folder, ec)) {
+            held = FolderLock::HoldFor(folder);
+        }
+        if (!held) {
+            return Failed(path, held.error().message);
+        }
         return Replace(path, document);
     } catch (const std::exception& e) { // no random source, no memory: the old file stays
         return Failed(path, e.what());

@@ -98,18 +98,21 @@ Result<void> Write(const fs::path& appFolder, std::string_view section,
     ini.setPath(SettingsFile(appFolder));
     ini.setSection(std::string(section));
     std::string failed;
+    std::string why;
     for (const auto& [key, value] : keys) {
         ini.setKey(std::string(key));
         ini.setValue(value);
         if (!ini.Success()) {
             failed += (failed.empty() ? "" : ", ") + std::string(key);
+            why = ini.LastError();
         }
     }
     if (failed.empty()) {
         return {};
     }
     return Error{"The setting " + std::string(section) + " / " + failed +
-                 " could not be saved to " + SettingsFile(appFolder).string() + "."};
+                 " could not be saved to " + SettingsFile(appFolder).string() + "." +
+                 (why.empty() ? "" : " " + why)};
 }
 
 std::string Join(const std::vector<std::string>& parts) {

@@ -77,11 +77,15 @@ void Enumerate(const std::string& list, std::vector<std::string>& names, int32_t
 }
 
 // Writes the changed document back unless that would change nothing.
-int32_t Store(const fs::path& path, const IniFileContent& file) {
+int32_t Store(const fs::path& path, const IniFileContent& file, std::string& error) {
     if (file.state == IniFileContent::State::Read && file.document.Serialize() == file.bytes) {
         return 1;
     }
-    return WriteIniFile(path, file.document) ? 1 : 0;
+    const Result<void> written = WriteIniFile(path, file.document);
+    if (!written) {
+        error = written.error().message;
+    }
+    return written ? 1 : 0;
 }
 
 // Outcome of removing something that is not there: done, if a file could be there.
@@ -123,31 +127,34 @@ void clsIniFile::setValue(std::string_view text) {
     std::string value(text);
     value.erase(std::remove(value.begin(), value.end(), '\0'), value.end());
     m_lastReturnCode = 0;
+    m_lastError.clear();
     IniFileContent file = ReadIniFile(m_path);
     if (m_path.empty() || file.state == IniFileContent::State::Unreadable ||
         !file.document.Set(m_section, m_key, value)) {
         return;
     }
-    m_lastReturnCode = Store(m_path, file);
+    m_lastReturnCode = Store(m_path, file, m_lastError);
 }
 
 void clsIniFile::DeleteKey() {
     m_lastReturnCode = 0;
+    m_lastError.clear();
     IniFileContent file = ReadIniFile(m_path);
     if (file.state == IniFileContent::State::Unreadable) {
         return;
     }
-    m_lastReturnCode = file.document.RemoveKey(m_section, m_key) ? Store(m_path, file)
+    m_lastReturnCode = file.document.RemoveKey(m_section, m_key) ? Store(m_path, file, m_lastError)
                                                                  : NothingToRemove(m_path, file);
 }
 
 void clsIniFile::DeleteSection() {
     m_lastReturnCode = 0;
+    m_lastError.clear();
     IniFileContent file = ReadIniFile(m_path);
     if (file.state == IniFileContent::State::Unreadable) {
         return;
     }
-    m_lastReturnCode = file.document.RemoveSection(m_section) ? Store(m_path, file)
+    m_lastReturnCode = file.document.RemoveSection(m_section) ? Store(m_path, file, m_lastError)
                                                               : NothingToRemove(m_path, file);
 }
 

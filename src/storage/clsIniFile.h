@@ -47,6 +47,8 @@ public:
     /// Return value of the last write: non-zero on success.
     int32_t LastReturnCode() const { return m_lastReturnCode; }
     bool Success() const { return m_lastReturnCode != 0; }
+    /// Why the last write failed, when the file could not be written; empty otherwise.
+    const std::string& LastError() const { return m_lastError; }
 
     /// Fills names[1..count] (names[0] unused, kept empty) from INISection.
     void EnumerateCurrentSection(std::vector<std::string>& names, int32_t& count) const;
@@ -69,6 +71,7 @@ private:
     std::string m_key;
     std::string m_default;
     int32_t m_lastReturnCode = 0;
+    std::string m_lastError;
 };
 
 } // namespace wicker

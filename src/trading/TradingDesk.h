@@ -261,6 +261,7 @@ public:
     QuoteBoard& Quotes() { return m_quotes; }
     const QuoteRegistrations& Registrations() const { return m_registrations; }
     OrderTracker& Tracker() { return m_tracker; }
+    OrderRecords& Records() { return m_records; }
     SendSequence& Sequence() { return m_sequence; }
     BasketExecution& Execution() { return m_execution; }
 

@@ -1,4 +1,5 @@
 #include "SimDesk.h"
+#include "support/TempDir.h"
 
 #include <cmath>
 
@@ -390,6 +391,85 @@ TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {
     EXPECT_EQ(desk.events.of(id).size(), updates);
     EXPECT_EQ(desk.events.quotes.size(), quotes);
     EXPECT_FALSE(desk.platform.online());
+}
+
+// The broker's book kept in the data folder: the next run of the program finds the day's
+// orders as the last run reported them, and the working ones still work. An order the
+// trader was never told about is not in it.
+TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) {
+    TempDir dir;
+    ASSERT_TRUE(desk.platform.KeepBook(dir / kSimBookFileName).ok());
+    OrderSpec filled;
+    filled.clOrderId = "A-1";
+    OrderSpec resting;
+    resting.priceType = 5;
+    resting.price = quote().BidPrice - 5.00;
+    resting.clOrderId = "A-2";
+    OrderSpec replaced = resting;
+    replaced.clOrderId = "A-3";
+    OrderSpec auction;
+    auction.priceType = 2;
+    auction.clOrderId = "A-4";
+    const int32_t ids[] = {desk.send(filled), desk.send(resting), desk.send(replaced),
+                           desk.send(auction)};
+    QVXOrderChange change;
+    change.quantity = 300;
+    change.priceType = 5;
+    change.lmtPrice = resting.price;
+    change.newClOrderID = "A-3b";
+    ASSERT_EQ(desk.platform.ReplaceOrder("A-3", ids[2], change), 0);
+    desk.drain(); // written before this drain delivered a word of it
+    OrderSpec late;
+    late.clOrderId = "A-5";
+    ASSERT_GT(desk.send(late), 0);
+    // The program dies here: the files as they are now, before the next drain wrote A-5.
+    TempDir crashed;
+    for (const char* suffix : {"", "-wal"}) {
+        std::filesystem::copy_file(dir / (std::string(kSimBookFileName) + suffix),
+                                   crashed / (std::string(kSimBookFileName) + suffix));
+    }
+
+    SimDesk again(Settings());
+    ASSERT_TRUE(again.platform.KeepBook(crashed / kSimBookFileName).ok());
+    const std::pair<std::string, int32_t> known[] = {{"A-1", ids[0]}, {"A-2", ids[1]},
+                                                     {"A-3", ids[2]}, {"A-3b", ids[2]},
+                                                     {"A-4", ids[3]}, {"A-5", 0}};
+    for (const auto& [clOrderId, recordId] : known) {
+        KnownOrder order;
+        order.ticket.clOrderID = clOrderId;
+        EXPECT_EQ(again.platform.AdoptOrder(order), recordId) << clOrderId;
+    }
+    again.drain();
+    for (const int32_t id : ids) {
+        const QVXOrderStruct was = desk.events.of(id).back();
+        const QVXOrderStruct is = again.events.of(id).back();
+        EXPECT_EQ(is.ClOrderID, was.ClOrderID);
+        EXPECT_EQ(std::tie(is.OrderStatus, is.Quantity, is.CumExecQuantity, is.LvsQuantity),
+                  std::tie(was.OrderStatus, was.Quantity, was.CumExecQuantity, was.LvsQuantity));
+        EXPECT_EQ(is.AvgExecPrice, was.AvgExecPrice);
+        EXPECT_EQ(is.LmtPrice, was.LmtPrice);
+    }
+    // A cancel reaches the resting order, the auction fills after the delay, and new orders
+    // take the record ids after the kept ones.
+    again.platform.CancelOrder("A-2", ids[1], "", "");
+    again.run(milliseconds(4000));
+    EXPECT_EQ(again.events.of(ids[1]).back().OrderStatus, QVXOrderStatus::Cancelled);
+    EXPECT_EQ(again.events.of(ids[3]).back().OrderStatus, QVXOrderStatus::Filled);
+    OrderSpec next;
+    next.clOrderId = "B-1";
+    EXPECT_EQ(again.send(next), ids[3] + 1);
+}
+
+TEST(SimKeptBookFile, AFileThatIsNoBookIsReportedAndLeftAsItIs) {
+    TempDir dir;
+    const std::string bytes = "the trader's own notes, not a database\n";
+    WriteFile(dir / kSimBookFileName, bytes);
+    SimDesk sim;
+    const Result<void> kept = sim.platform.KeepBook(dir / kSimBookFileName);
+    ASSERT_FALSE(kept.ok());
+    EXPECT_NE(kept.error().message.find("cannot be used"), std::string::npos);
+    EXPECT_EQ(ReadFile(dir / kSimBookFileName), bytes);
+    EXPECT_GT(sim.send(OrderSpec{}), 0) << "the simulator still trades, in memory";
 }
 
 } // namespace

@@ -1,8 +1,12 @@
+#include "platform/sim/SimBookFile.h"
 #include "storage/FolderLock.h"
 #include "storage/clsIniFile.h"
 #include "support/Subprocess.h"
 #include "support/TempDir.h"
+#include "trading/orders/IniSequenceStore.h"
+#include "trading/orders/OrderLedger.h"
 
+#include <functional>
 #include <map>
 
 #include <gtest/gtest.h>
@@ -65,6 +69,50 @@ TEST(FolderLock, TwoProcessesWritingBasketIniUnderTheLockKeepEveryKey) {
         ini.setKey(std::string(tag) + std::to_string(kKeys - 1));
         EXPECT_EQ(ini.Value(), std::to_string(kKeys - 1)) << tag;
     }
+}
+
+// The writers of the folder's files write under its lock: while another process holds the
+// folder, each refuses, names the holder, and writes nothing; once this process holds it,
+// they write.
+TEST(FolderLock, WritersOfTheFolderRefuseWhileAnotherProcessHoldsIt) {
+    test::TempDir dir;
+    test::WriteFile(dir / "basket.ini", "[Sequence]\r\nBasketNum=7\r\n");
+    ManualClock clock;
+    const auto refusal = [](const std::function<void()>& write) {
+        try {
+            write();
+        } catch (const std::exception& e) {
+            return std::string(e.what());
+        }
+        return std::string();
+    };
+    const std::pair<std::string, std::function<std::string()>> writers[] = {
+        {"basket.ini",
+         [&] {
+             const Result<void> saved = IniSequenceStore(dir / "basket.ini").SaveBasketNum(9);
+             return saved ? std::string() : saved.error().message;
+         }},
+        {"order journal", [&] { return refusal([&] { OrderLedger(dir / "orders.db", clock); }); }},
+        {"simulated book",
+         [&] { return refusal([&] { SimBookFile(dir / kSimBookFileName, "20240315"); }); }},
+    };
+    {
+        Subprocess holder({FolderTool(), "hold", dir.path().string()});
+        ASSERT_TRUE(holder.waitFor("locked"));
+        const auto before = Snapshot(dir.path());
+        for (const auto& [name, write] : writers) {
+            const std::string text = write();
+            EXPECT_NE(text.find("process id " + std::to_string(holder.pid())), std::string::npos)
+                << name << ": " << text;
+        }
+        EXPECT_EQ(Snapshot(dir.path()), before);
+    }
+    Result<FolderLock> held = FolderLock::Acquire(dir.path());
+    ASSERT_TRUE(held);
+    for (const auto& [name, write] : writers) {
+        EXPECT_EQ(write(), "") << name;
+    }
+    EXPECT_EQ(test::ReadFile(dir / "basket.ini"), "[Sequence]\r\nBasketNum=9\r\n");
 }
 
 } // namespace

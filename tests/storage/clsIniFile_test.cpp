@@ -1,3 +1,4 @@
+#include "storage/FolderLock.h"
 #include "storage/clsIniFile.h"
 #include "support/TempDir.h"
 
@@ -19,11 +20,14 @@ protected:
         ini.setSection("Sequence");
         ini.setKey("BasketNum");
     }
-    // Every entry of the folder, to see that no temporary file stays behind.
+    // Every entry of the folder, to see that no temporary file stays behind; the folder's
+    // lock file, which every write takes, stays by design.
     Strings Entries() const {
         Strings out;
         for (const auto& e : fs::directory_iterator(dir.path())) {
-            out.push_back(e.path().filename().string());
+            if (e.path().filename() != FolderLock::kFileName) {
+                out.push_back(e.path().filename().string());
+            }
         }
         return out;
     }

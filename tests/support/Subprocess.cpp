@@ -2,6 +2,7 @@
 
 #include <csignal>
 #include <poll.h>
+#include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -98,6 +99,34 @@ std::string FolderTool() {
 #else
     throw std::runtime_error("this test program was built without the folder tool");
 #endif
+}
+
+FolderToolRun RunFolderTool(std::vector<std::string> args) {
+    args.insert(args.begin(), FolderTool());
+    Subprocess tool(args);
+    FolderToolRun run;
+    while (const auto line = tool.readLine()) {
+        std::istringstream in(*line);
+        std::string word, id;
+        ShownOrder o;
+        if (in >> word >> id >> o.cum >> o.leaves && word == "order") {
+            std::getline(in >> std::ws, o.status);
+            run.orders[id] = o;
+        } else {
+            run.lines.push_back(*line);
+        }
+    }
+    run.exitCode = tool.wait();
+    return run;
+}
+
+bool Printed(const FolderToolRun& run, const std::string& prefix) {
+    for (const std::string& line : run.lines) {
+        if (line.starts_with(prefix)) {
+            return true;
+        }
+    }
+    return false;
 }
 
 } // namespace wicker::test

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <sys/types.h>
@@ -35,5 +37,23 @@ private:
 
 /// The folder tool built beside the tests (see tests/support/tool).
 std::string FolderTool();
+
+/// An order as the folder tool's "show" listed it.
+struct ShownOrder {
+    int64_t cum = 0, leaves = 0;
+    std::string status;
+};
+
+/// What a run of the folder tool printed: the orders "show" listed, and its other lines.
+struct FolderToolRun {
+    std::vector<std::string> lines;
+    std::map<std::string, ShownOrder> orders; // by client order id
+    int exitCode = -1;
+};
+
+/// Runs the folder tool with `args` to its end.
+FolderToolRun RunFolderTool(std::vector<std::string> args);
+/// Whether a line of the run starts with `prefix`.
+bool Printed(const FolderToolRun& run, const std::string& prefix);
 
 } // namespace wicker::test

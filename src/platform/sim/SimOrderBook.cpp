@@ -110,7 +110,8 @@ int32_t SimOrderBook::adopt(const std::string& clOrderId, int64_t nowUs) {
 }
 
 void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
-    SimRefusal refusal = SimBrokerRefusal(o.ticket, m_settings.limits.enabledDestinations, m_settings.routes);
+    SimRefusal refusal =
+        SimBrokerRefusal(o.ticket, m_settings.limits.enabledDestinations, m_settings.routes);
     if (refusal.text.empty() && m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
         refusal = {kSimRejectHalted, "Symbol halted"};
     }
@@ -146,11 +147,15 @@ void SimOrderBook::Work(Order& o, int64_t nowUs) {
         return;
     }
     if (o.working()) {
-        if (m_working.size() <= o.instrument) {
-            m_working.resize(o.instrument + 1);
-        }
-        m_working[o.instrument].push_back(o.recordId);
+        ListWorking(o);
     }
+}
+
+void SimOrderBook::ListWorking(const Order& o) {
+    if (m_working.size() <= o.instrument) {
+        m_working.resize(o.instrument + 1);
+    }
+    m_working[o.instrument].push_back(o.recordId);
 }
 
 bool SimOrderBook::TryFill(Order& o, bool arrival, bool whole, int64_t nowUs) {
@@ -310,7 +315,70 @@ void SimOrderBook::runAuctions(int64_t nowUs) {
     }
 }
 
+std::vector<SimKeptOrder> SimOrderBook::takeChanged() {
+    std::vector<SimKeptOrder> kept;
+    kept.reserve(m_changed.size());
+    for (const int32_t recordId : m_changed) {
+        Order& o = m_orders[static_cast<size_t>(recordId - 1)];
+        o.changed = false;
+        kept.push_back({o.ticket, o.formerIds, o.recordId, o.status, o.cum, o.notional, o.updates,
+                        o.replaces, o.resting, o.orderTime, o.lastFill});
+    }
+    m_changed.clear();
+    return kept;
+}
+
+bool SimOrderBook::restore(std::vector<SimKeptOrder> kept, int64_t nowUs) {
+    bool renumbered = false;
+    for (SimKeptOrder& k : kept) {
+        Order o;
+        o.recordId = static_cast<int32_t>(m_orders.size() + 1);
+        renumbered = renumbered || o.recordId != k.recordId;
+        o.ticket = std::move(k.ticket);
+        o.side = SimSideCode(o.ticket.side);
+        o.instrument = m_market.instrumentOf(o.ticket.symbol);
+        o.kind = KindOf(o.ticket);
+        if (o.kind == Kind::Limit) {
+            o.limit = SimLimitUnits(o.ticket.lmtPrice, o.buy());
+        }
+        o.status = k.status;
+        o.cum = k.cum;
+        o.notional = k.notional;
+        o.updates = k.updates;
+        o.resting = k.resting;
+        o.orderTime = std::move(k.orderTime);
+        o.lastFill = std::move(k.lastFill);
+        o.formerIds = std::move(k.formerIds);
+        o.replaces = k.replaces;
+        m_orders.push_back(std::move(o));
+        Order& back = m_orders.back();
+        if (!back.working()) {
+            continue;
+        }
+        m_market.pin(back.instrument, nowUs);
+        if (back.kind == Kind::OnOpen || back.kind == Kind::OnClose) {
+            Work(back, nowUs); // its auction, the fill delay from now
+        } else {
+            ListWorking(back);
+        }
+    }
+    if (renumbered) {
+        for (Order& o : m_orders) {
+            Note(o);
+        }
+    }
+    return renumbered;
+}
+
+void SimOrderBook::Note(Order& o) {
+    if (m_keeping && !o.changed) {
+        o.changed = true;
+        m_changed.push_back(o.recordId);
+    }
+}
+
 void SimOrderBook::Publish(Order& o, int64_t nowUs) {
+    Note(o);
     const OrderTicket& t = o.ticket;
     QVXOrderStruct u;
     u.Account = t.account;

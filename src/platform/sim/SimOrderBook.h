@@ -4,6 +4,7 @@
 #include "platform/OrderTicket.h"
 #include "platform/PlatformEventQueue.h"
 #include "platform/QVXOrderMaintenance.h"
+#include "platform/sim/SimBookFile.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimSettings.h"
 
@@ -45,6 +46,15 @@ public:
     /// The symbol of instrument `i` has just moved: its working orders get their chance.
     void onTick(size_t instrument, int64_t nowUs);
 
+    /// From now on every order whose state changes is noted for takeChanged.
+    void keepChanges() { m_keeping = true; }
+    /// The orders that changed since the last call, as the book keeps them.
+    std::vector<SimKeptOrder> takeChanged();
+    /// Takes back the orders of an earlier run (an empty book only): working ones work
+    /// again, auction orders wait the fill delay from `nowUs`. Record ids follow the kept
+    /// order; true when they had to be renumbered (a gap), so the kept rows need replacing.
+    bool restore(std::vector<SimKeptOrder> kept, int64_t nowUs);
+
     /// When the next market-on-open/-close order is due; SimMarket::kNever when none is.
     int64_t nextAuctionUs() const;
     /// Fills the market-on-open/-close orders due at or before `nowUs`.
@@ -68,6 +78,7 @@ private:
         std::string lastFill;
         std::vector<std::string> formerIds; // client order ids before its replaces
         int32_t replaces = 0;
+        bool changed = false; // noted for takeChanged
 
         bool buy() const { return side == "B"; }
         bool working() const;
@@ -81,11 +92,14 @@ private:
     static Kind KindOf(const OrderTicket& ticket);
     /// Queues an order for the auction or lets it trade now, as on arrival.
     void Work(Order& o, int64_t nowUs);
+    void ListWorking(const Order& o);
     /// One clip (or all, with `whole`) if the order can trade now; false when it cannot.
     bool TryFill(Order& o, bool arrival, bool whole, int64_t nowUs);
     void Fill(Order& o, int32_t quantity, SimUnits price, int64_t nowUs);
     void Finish(Order& o, int32_t status, int64_t nowUs);
     void Publish(Order& o, int64_t nowUs);
+    /// Notes a changed order for takeChanged while the book is kept.
+    void Note(Order& o);
     std::string TimeText(int64_t nowUs) const;
 
     const SimSettings& m_settings;
@@ -95,6 +109,8 @@ private:
     std::vector<Order> m_orders;                 // record id - 1
     std::vector<std::vector<int32_t>> m_working; // by instrument: record ids in arrival order
     std::vector<Due> m_auctions;                 // min-heap
+    bool m_keeping = false;
+    std::vector<int32_t> m_changed; // record ids
 };
 
 } // namespace wicker

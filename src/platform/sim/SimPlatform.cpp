@@ -1,5 +1,6 @@
 #include "platform/sim/SimPlatform.h"
 
+#include "common/Formats.h"
 #include "common/Text.h"
 #include "platform/TicketOrder.h"
 
@@ -14,6 +15,54 @@ SimPlatform::SimPlatform(SimSettings settings, const Clock& clock, SimDriver dri
 
 SimPlatform::~SimPlatform() {
     StopDriver();
+    SaveBook(nullptr);
+}
+
+Result<void> SimPlatform::KeepBook(const std::filesystem::path& file) {
+    try {
+        auto kept = std::make_unique<SimBookFile>(file, FormatYyyymmdd(m_clock.localNow()));
+        std::vector<SimKeptOrder> orders = kept->Load();
+        std::lock_guard bookLock(m_bookMutex);
+        std::lock_guard lock(m_mutex);
+        m_book.keepChanges();
+        m_replaceKept = m_book.restore(std::move(orders), m_nowUs);
+        m_kept = std::move(kept);
+    } catch (const std::exception& e) {
+        return Error{"The simulated broker's book " + file.string() + " cannot be used (" +
+                     e.what() +
+                     "). Orders of earlier runs are not restored, and orders from "
+                     "now on will not survive a restart. The file is left as it is."};
+    }
+    m_events.setTakeGate([this](const std::function<void()>& take) { SaveBook(&take); });
+    return {};
+}
+
+void SimPlatform::SaveBook(const std::function<void()>* take) {
+    // The book lock is taken before the market's is let go, so writes land in the order
+    // their snapshots were taken.
+    std::lock_guard bookLock(m_bookMutex);
+    std::vector<SimKeptOrder> changed;
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_kept) {
+            changed = m_book.takeChanged();
+        }
+        if (take != nullptr) {
+            (*take)();
+        }
+    }
+    if (changed.empty()) {
+        return;
+    }
+    try {
+        m_kept->Save(changed, m_replaceKept);
+        m_replaceKept = false;
+    } catch (const SqliteError& e) {
+        m_kept.reset();
+        m_events.push(PlatformEventQueue::Status{
+            online(), std::string("Simulated market: its book cannot be written any more (") +
+                          e.what() + "); resting orders will not survive a restart."});
+    }
 }
 
 std::string SimPlatform::DisplayName() const {
@@ -39,8 +88,13 @@ Result<void> SimPlatform::Start() {
     if (m_driverMode == SimDriver::RealTime) {
         std::lock_guard lock(m_driverMutex);
         if (!m_driver) {
-            m_driver = std::make_unique<SimRealTimeDriver>(
-                m_clock, [this](std::chrono::microseconds by) { advance(by); });
+            m_driver =
+                std::make_unique<SimRealTimeDriver>(m_clock, [this](std::chrono::microseconds by) {
+                    advance(by);
+                    // Also while the UI thread is busy (a long send): the book follows in
+                    // batches off the send's path.
+                    SaveBook(nullptr);
+                });
         }
     }
     return {};
@@ -48,11 +102,14 @@ Result<void> SimPlatform::Start() {
 
 void SimPlatform::Stop() {
     StopDriver();
-    std::lock_guard lock(m_mutex);
-    if (m_online) {
-        m_online = false;
-        m_events.push(PlatformEventQueue::Status{false, "Simulated market stopped"});
+    {
+        std::lock_guard lock(m_mutex);
+        if (m_online) {
+            m_online = false;
+            m_events.push(PlatformEventQueue::Status{false, "Simulated market stopped"});
+        }
     }
+    SaveBook(nullptr);
 }
 
 void SimPlatform::TriggerShutdown() {

@@ -3,12 +3,15 @@
 #include "common/Clock.h"
 #include "platform/OrderTicket.h"
 #include "platform/Platform.h"
+#include "platform/sim/SimBookFile.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimOrderBook.h"
 #include "platform/sim/SimRealTimeDriver.h"
 #include "platform/sim/SimSettings.h"
 
 #include <chrono>
+#include <filesystem>
+#include <functional>
 #include <memory>
 #include <mutex>
 
@@ -46,6 +49,14 @@ public:
     void RegisterSymbol(const std::string& symbol, const std::string& exchange) override;
     void DeregisterSymbol(const std::string& symbol, const std::string& exchange) override;
 
+    /// Keeps the simulated broker's book in `file` from now on (before Start and before any
+    /// order): today's orders of earlier runs are taken back, resting ones rest again. The
+    /// book is written once per drain of the event queue, before that drain delivers: what
+    /// the trader sees of an order the book would still hold after a restart. An order the
+    /// program died with before that write is unknown to the simulated broker afterwards.
+    /// An error when the file cannot be used; it is then left as it is, and not kept.
+    Result<void> KeepBook(const std::filesystem::path& file);
+
     /// The platform closes for good: a shutdown event, then -16 for every order.
     void TriggerShutdown();
 
@@ -61,6 +72,8 @@ private:
     void AdvanceLocked(int64_t targetUs);
     void PushSnapshot(size_t instrument);
     void StopDriver();
+    /// Writes the book's changes; with `take`, lets the event queue take what they explain.
+    void SaveBook(const std::function<void()>* take);
 
     SimSettings m_settings;
     const Clock& m_clock;
@@ -72,6 +85,9 @@ private:
     bool m_shutDown = false;
     SimMarket m_market;
     SimOrderBook m_book;
+    std::mutex m_bookMutex;                      // one writer of the book at a time, in order
+    std::unique_ptr<SimBookFile> m_kept;         // none: the book lives in memory only
+    bool m_replaceKept = false;                  // the next write replaces the day's rows
     std::mutex m_driverMutex;                    // Start/Stop from several threads
     std::unique_ptr<SimRealTimeDriver> m_driver; // last: its thread calls advance()
 };

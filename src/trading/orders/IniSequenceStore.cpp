@@ -16,7 +16,7 @@ Result<void> IniSequenceStore::SaveBasketNum(int16_t nextBasketSeq) {
         ini.setKey("BasketNum");
         ini.setValue(std::to_string(nextBasketSeq));
         if (!ini.Success()) {
-            return Error{failed};
+            return Error{ini.LastError().empty() ? failed : failed + " " + ini.LastError()};
         }
     } catch (const std::exception& e) {
         return Error{failed + " " + e.what()};

@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "platform/QVXOrder.h"
+#include "storage/FolderLock.h"
 #include "storage/SqliteFile.h"
 #include "trading/orders/OrderTracker.h"
 
@@ -80,6 +81,7 @@ private:
     std::string Now() const;
 
     const Clock& m_clock;
+    std::optional<FolderLock> m_lock; // none when the program holds the folder already
     SqliteFile m_file;
     std::unique_ptr<Statements> m_stmts;
     bool m_inTransaction = false;
