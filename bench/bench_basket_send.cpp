@@ -6,7 +6,6 @@
 // stretch the UI thread is busy in one piece while such a basket goes out: the click, each
 // batch of events the window's pump delivers, and the timer ticks that follow.
 #include "BenchReport.h"
-
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/sim/SimPlatform.h"
@@ -165,8 +164,7 @@ double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int round) {
 }
 
 /// One timed piece of UI-thread work; keeps the longest.
-template <typename Work>
-void Slice(double& longest, Work&& work) {
+template <typename Work> void Slice(double& longest, Work&& work) {
     const auto start = Wall::now();
     work();
     longest = std::max(longest, Ms(Wall::now() - start).count());
