@@ -3,7 +3,8 @@
 // platform's thread pushes 10,000 updates into the platform's event queue, and the UI thread
 // does what it does for them in the running program: the event pump's drains into the
 // QuoteBoard, the Timer200ms tick that writes the cells, the table model's signals and the
-// view's reaction to them. That UI-thread work is the figure. Also CalcBasket over the
+// view's reaction to them. That UI-thread work, as the thread's CPU time (the machine may be
+// shared), is the figure. Also CalcBasket over the
 // 5,000 lines.
 #include "BenchReport.h"
 #include "common/Clock.h"
@@ -16,6 +17,7 @@
 
 #include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <filesystem>
 #include <string>
 #include <thread>
@@ -28,8 +30,13 @@ namespace {
 
 using namespace wicker;
 namespace fs = std::filesystem;
-using Ms = std::chrono::duration<double, std::milli>;
-using Wall = std::chrono::steady_clock;
+
+/// CPU time of the calling thread: the UI thread's own work, whatever else the machine runs.
+double ThreadCpuMs() {
+    timespec t{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
+}
 
 constexpr int Lines = 5000;
 constexpr int UpdatesPerTick = 10000; // 50,000 a second for 200 ms
@@ -122,15 +129,17 @@ void PushStorm(Screen& s, const std::vector<QVXQuoteStruct>& storm) {
     platformThread.join();
 }
 
-/// The UI thread's work for one 200 ms tick of the storm, in milliseconds.
-double UiWorkMs(Screen& s) {
-    const auto start = Wall::now();
+/// The UI thread's work for one 200 ms tick of the storm, in milliseconds; `drainMs` gets
+/// the share of the event pump's drains.
+double UiWorkMs(Screen& s, double& drainMs) {
+    const double start = ThreadCpuMs();
     while (s.platform.Events().size() > 0) {
         QCoreApplication::processEvents(); // the pump's queued drains
     }
+    drainMs = ThreadCpuMs() - start;
     const int written = s.desk.Timer200ms(); // what frmMain's Timer200ms runs
     QCoreApplication::processEvents();       // the view takes the model's signals
-    const double ms = Ms(Wall::now() - start).count();
+    const double ms = ThreadCpuMs() - start;
     if (written == 0) {
         std::fprintf(stderr, "the storm changed no cell\n");
         std::exit(1);
@@ -141,10 +150,10 @@ double UiWorkMs(Screen& s) {
 double CalcBasketMs(Screen& s, int round) {
     std::vector<float> notional;
     const char* multipliers[] = {"1", "2"}; // every quantity really changes
-    const auto start = Wall::now();
+    const double start = ThreadCpuMs();
     CalcBasket(s.desk.Stocks(), {multipliers[round & 1], "100"}, 100, notional);
     s.desk.Stocks().FlushChanges();
-    return Ms(Wall::now() - start).count();
+    return ThreadCpuMs() - start;
 }
 
 } // namespace
@@ -160,16 +169,18 @@ int main(int argc, char** argv) {
     std::vector<double> calc;
     for (int round = 0; round < Rounds; ++round) {
         PushStorm(screen, storms[round & 1]);
-        uiWork.push_back(UiWorkMs(screen));
+        double drain = 0;
+        uiWork.push_back(UiWorkMs(screen, drain));
         calc.push_back(CalcBasketMs(screen, round));
         QCoreApplication::processEvents();
-        std::printf("round %d: UI-thread work for 200 ms of the storm %.2f ms; CalcBasket %.2f "
-                    "ms\n",
-                    round + 1, uiWork.back(), calc.back());
+        std::printf("round %d: UI-thread work for 200 ms of the storm %.2f ms (drains %.2f ms); "
+                    "CalcBasket %.2f ms\n",
+                    round + 1, uiWork.back(), drain, calc.back());
     }
-    bench::Report("UI-thread work per 200 ms at 50,000 quote updates/s, 5,000-line basket "
-                  "(frmMain offscreen: queue drains + Timer200ms + model signals)",
-                  "ms", uiWork, {"<", 6});
+    bench::Report(
+        "UI-thread work per 200 ms at 50,000 quote updates/s, 5,000-line basket "
+        "(frmMain offscreen: queue drains + Timer200ms + model signals; UI-thread CPU time)",
+        "ms", uiWork, {"<", 6});
     bench::Report("CalcBasket over 5,000 lines of the loaded basket", "ms", calc, {"<", 5});
     return 0;
 }
