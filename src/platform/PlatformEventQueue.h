@@ -6,6 +6,8 @@
 #include <functional>
 #include <limits>
 #include <mutex>
+#include <string>
+#include <unordered_map>
 #include <variant>
 #include <vector>
 
@@ -14,6 +16,12 @@ namespace wicker {
 /// The one road from a platform to the trading logic. A platform pushes events from any
 /// thread; the owner of the handlers (the UI thread) drains them in the order they were
 /// pushed. The logic behind the handlers therefore never needs a lock.
+///
+/// Quote updates are conflated before they reach the draining thread: an update of a
+/// symbol that already has an undelivered update, with nothing but quote updates pushed
+/// since, is merged into it (the later values win, the fields carried add up). Applying the
+/// merged record has the effect of applying both; only updates of other symbols can end up
+/// in a different order around it.
 class PlatformEventQueue {
 public:
     struct QuoteSnap {
@@ -35,6 +43,8 @@ public:
     void setWakeUp(std::function<void()> wake);
 
     void push(Event event);
+    /// Merges one update's carried fields into an earlier one of the same symbol.
+    static void MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& later);
 
     /// Delivers up to `maxEvents` queued events to the handlers, oldest first, and returns
     /// how many it delivered. Events pushed by a handler wait for the next drain. When some
@@ -50,6 +60,8 @@ private:
     std::vector<Event> m_pending;  // pushed, not yet taken by a drain
     std::vector<Event> m_draining; // taken, delivered from m_next on (drain thread only)
     std::size_t m_next = 0;
+    /// Position in m_pending of each symbol's update in the run of updates at its end.
+    std::unordered_map<std::string, std::size_t> m_runUpdates;
     bool m_wakePending = false;
     std::function<void()> m_wake;
 };
