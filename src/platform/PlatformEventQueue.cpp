@@ -31,6 +31,12 @@ void PlatformEventQueue::setWakeUp(std::function<void()> wake) {
     m_wake = std::move(wake);
 }
 
+void PlatformEventQueue::setQuoteConflation(bool on) {
+    std::lock_guard lock(m_mutex);
+    m_conflate = on;
+    m_runUpdates.clear();
+}
+
 void PlatformEventQueue::MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& later) {
     namespace F = QVXQuoteField;
     const auto take = [&](uint32_t field, auto member) {
@@ -65,7 +71,7 @@ void PlatformEventQueue::push(Event event) {
     {
         std::lock_guard lock(m_mutex);
         bool merged = false;
-        if (auto* update = std::get_if<QuoteUpdate>(&event)) {
+        if (auto* update = std::get_if<QuoteUpdate>(&event); update != nullptr && m_conflate) {
             const auto [at, added] =
                 m_runUpdates.try_emplace(update->quote.Symbol, m_pending.size());
             if (!added) {

@@ -17,11 +17,11 @@ namespace wicker {
 /// thread; the owner of the handlers (the UI thread) drains them in the order they were
 /// pushed. The logic behind the handlers therefore never needs a lock.
 ///
-/// Quote updates are conflated before they reach the draining thread: an update of a
-/// symbol that already has an undelivered update, with nothing but quote updates pushed
-/// since, is merged into it (the later values win, the fields carried add up). Applying the
-/// merged record has the effect of applying both; only updates of other symbols can end up
-/// in a different order around it.
+/// With conflation on (the screen's pump turns it on), quote updates are conflated before
+/// they reach the draining thread: an update of a symbol that already has an undelivered update,
+/// with nothing but quote updates pushed since, is merged into it (the later values win, the fields
+/// carried add up). Applying the merged record has the effect of applying both; only updates of
+/// other symbols can end up in a different order around it.
 class PlatformEventQueue {
 public:
     struct QuoteSnap {
@@ -43,6 +43,9 @@ public:
     void setWakeUp(std::function<void()> wake);
 
     void push(Event event);
+    /// Turns the merging of quote updates on or off; off by default, so that a consumer that
+    /// counts the platform's updates sees every one.
+    void setQuoteConflation(bool on);
     /// Merges one update's carried fields into an earlier one of the same symbol.
     static void MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& later);
 
@@ -63,6 +66,7 @@ private:
     /// Position in m_pending of each symbol's update in the run of updates at its end.
     std::unordered_map<std::string, std::size_t> m_runUpdates;
     bool m_wakePending = false;
+    bool m_conflate = false;
     std::function<void()> m_wake;
 };
 

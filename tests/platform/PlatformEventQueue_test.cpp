@@ -78,6 +78,7 @@ TEST(PlatformEventQueue, UpdatesOfASymbolMergeOnlyWithinARunOfUpdates) {
         return PlatformEventQueue::QuoteUpdate{q};
     };
     PlatformEventQueue queue;
+    queue.setQuoteConflation(true);
     Journal journal;
     queue.push(update("IBM", F::Bid | F::Last, 1));
     queue.push(update("MSFT", F::Bid, 2));

@@ -225,6 +225,7 @@ TEST_F(QuoteBoardTest, ConflatedUpdatesShowWhatEveryUpdateWould) {
     QuoteBoard directBoard;
     directBoard.SetLines(direct);
     PlatformEventQueue queue;
+    queue.setQuoteConflation(true);
     struct ToBoard : QVXEvents, QVXQuoteEvents {
         QuoteBoard& board;
         explicit ToBoard(QuoteBoard& b) : board(b) {}
