@@ -1,10 +1,9 @@
 // Whole-process memory while the main window (offscreen) tracks 20,000 orders on the
 // simulator: a loaded 5,000-line basket sent four times (BUY BID), the market moved on until
-// the orders are acknowledged and partly filled, every event taken and lvBaskets rebuilt. Each run is a
-// fresh process (this program started again with --one-run), which reads its own VmRSS and
+// the orders are acknowledged and partly filled, every event taken and lvBaskets rebuilt. Each run
+// is a fresh process (this program started again with --one-run), which reads its own VmRSS and
 // VmHWM from /proc/self/status; the program reports the runs' figures.
 #include "BenchReport.h"
-
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/sim/SimPlatform.h"
@@ -152,10 +151,12 @@ int main(int argc, char** argv) {
                     "the basket loaded, before the first send)\n",
                     run + 1, orders, r, h, before);
     }
-    bench::Report("whole-process resident memory (VmRSS), main window (offscreen) tracking 20,000 orders on the "
+    bench::Report("whole-process resident memory (VmRSS), main window (offscreen) tracking 20,000 "
+                  "orders on the "
                   "simulator",
                   "MB", rss, {"<", 80});
-    bench::Report("whole-process peak resident memory (VmHWM), main window (offscreen) tracking 20,000 orders on the "
+    bench::Report("whole-process peak resident memory (VmHWM), main window (offscreen) tracking "
+                  "20,000 orders on the "
                   "simulator",
                   "MB", hwm, {"<", 80});
     return 0;

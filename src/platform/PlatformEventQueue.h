@@ -3,6 +3,7 @@
 #include "platform/QVXEvents.h"
 
 #include <cstddef>
+#include <deque>
 #include <functional>
 #include <limits>
 #include <mutex>
@@ -60,8 +61,10 @@ public:
 
 private:
     mutable std::mutex m_mutex;
-    std::vector<Event> m_pending;  // pushed, not yet taken by a drain
-    std::vector<Event> m_draining; // taken, delivered from m_next on (drain thread only)
+    // Deques, not vectors: a burst (a basket's acknowledgements, about 1 KB an event) must not
+    // keep its room for the rest of the day once it has been delivered.
+    std::deque<Event> m_pending;  // pushed, not yet taken by a drain
+    std::deque<Event> m_draining; // taken, delivered from m_next on (drain thread only)
     std::size_t m_next = 0;
     /// Position in m_pending of each symbol's update in the run of updates at its end.
     std::unordered_map<std::string, std::size_t> m_runUpdates;

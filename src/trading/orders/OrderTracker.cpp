@@ -16,13 +16,13 @@ OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
 
 OrderTracker::UpdateOutcome
 OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
-    if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
-        found != m_byRecordId.end()) {
-        m_orders[found->second].UpdateOrder(structOrderUpdate, false);
-        m_answers.Answered(found->second);
-        MarkChanged(found->second);
-        if (!structOrderUpdate.ClOrderID.empty()) {
-            m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
+    if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId)) {
+        m_orders[*found].UpdateOrder(structOrderUpdate, false);
+        m_answers.Answered(*found);
+        MarkChanged(*found);
+        if (std::string& current = m_currentClOrderIds[*found];
+            !structOrderUpdate.ClOrderID.empty() && current != structOrderUpdate.ClOrderID) {
+            current = structOrderUpdate.ClOrderID;
         }
         m_ordersChanged = true;
         return UpdateOutcome::Updated;
@@ -71,7 +71,7 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
     const QVXOrderStruct r =
         HandedOffRecord(order, orderRecordId, FormatTime12(m_clock.localNow()));
     if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
-        const uint32_t position = m_byRecordId.at(orderRecordId);
+        const uint32_t position = *m_byRecordId.find(orderRecordId);
         m_answers.Expect(position, m_clock.now());
         m_isChanged[position] = false;
         m_changed.pop_back();
@@ -137,8 +137,8 @@ void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
 
 void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     std::optional<uint32_t> position;
-    if (const auto found = m_byRecordId.find(warning.OrderRecordId); found != m_byRecordId.end()) {
-        position = found->second;
+    if (const auto found = m_byRecordId.find(warning.OrderRecordId)) {
+        position = *found;
     } else if (const auto byId = m_byClOrderId.find(warning.ClOrderID);
                byId != m_byClOrderId.end() && !byId->second.empty()) {
         position = byId->second.front();
@@ -271,7 +271,7 @@ void OrderTracker::RemoveOrderSummaryWindow(int handle) {
 
 const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
     const auto found = m_byRecordId.find(orderRecordId);
-    return found == m_byRecordId.end() ? nullptr : &m_orders[found->second];
+    return found ? &m_orders[*found] : nullptr;
 }
 
 const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
@@ -285,7 +285,7 @@ void OrderTracker::ZeroLeaves(size_t orderIndex) {
 
 std::optional<size_t> OrderTracker::PositionOf(int32_t orderRecordId) const {
     const auto found = m_byRecordId.find(orderRecordId);
-    return found == m_byRecordId.end() ? std::nullopt : std::optional<size_t>(found->second);
+    return found ? std::optional<size_t>(*found) : std::nullopt;
 }
 
 std::optional<size_t> OrderTracker::PositionOf(const std::string& clOrderId) const {
@@ -361,7 +361,7 @@ TrackedOrder OrderTracker::Snapshot(size_t orderIndex) const {
 void OrderTracker::Restore(const TrackedOrder& tracked) {
     OrderUpdate order;
     order.UpdateOrder(tracked.state, true);
-    if (order.m_strBasketId.empty() || m_byRecordId.count(tracked.state.OrderRecordId) != 0) {
+    if (order.m_strBasketId.empty() || m_byRecordId.find(tracked.state.OrderRecordId)) {
         return;
     }
     const auto position = static_cast<uint32_t>(m_orders.size());

@@ -7,6 +7,7 @@
 #include "trading/orders/AnswerWatch.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/orders/OrderUpdate.h"
+#include "trading/orders/RecordIdIndex.h"
 
 #include <chrono>
 #include <cstdint>
@@ -159,7 +160,7 @@ private:
     std::vector<bool> m_isChanged;                ///< by position: listed in m_changed
     AnswerWatch m_answers;
     std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
-    std::unordered_map<int32_t, uint32_t> m_byRecordId;
+    RecordIdIndex m_byRecordId;
     std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
     std::map<BasketKey, uint32_t> m_groupIndex;
     std::vector<BasketGroup> m_groups;
