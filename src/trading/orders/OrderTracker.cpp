@@ -37,7 +37,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (order.m_strBasketId.empty()) {
         return UpdateOutcome::NotABasketOrder;
     }
-    Append(std::move(order), FormatTime12(m_clock.localNow()));
+    Append(std::move(order), NowText());
     m_ordersChanged = true;
     return UpdateOutcome::Added;
 }
@@ -68,14 +68,23 @@ QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
 }
 
 void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
-    const QVXOrderStruct r =
-        HandedOffRecord(order, orderRecordId, FormatTime12(m_clock.localNow()));
+    const QVXOrderStruct r = HandedOffRecord(order, orderRecordId, NowText());
     if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
         const uint32_t position = *m_byRecordId.find(orderRecordId);
         m_answers.Expect(position, m_clock.now());
         m_isChanged[position] = false;
         m_changed.pop_back();
     }
+}
+
+const std::string& OrderTracker::NowText() {
+    const auto second =
+        std::chrono::duration_cast<std::chrono::seconds>(m_clock.now().time_since_epoch()).count();
+    if (second != m_nowTextSecond || m_nowText.empty()) {
+        m_nowText = FormatTime12(m_clock.localNow());
+        m_nowTextSecond = second;
+    }
+    return m_nowText;
 }
 
 std::string OrderTracker::StatusText(size_t orderIndex) const {

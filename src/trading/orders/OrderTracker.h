@@ -145,6 +145,8 @@ private:
     };
 
     void Append(OrderUpdate&& order, std::string seenAt);
+    /// The clock's time as "hh:mm:ss AM/PM", made once a second: a send stamps thousands.
+    const std::string& NowText();
     void MarkChanged(uint32_t position);
     std::string IndexText(const OrderRow& row) const;
 
@@ -171,6 +173,8 @@ private:
     std::vector<std::string> m_rejects;
     bool m_ordersChanged = false;
     bool m_inTick = false;
+    int64_t m_nowTextSecond = 0;
+    std::string m_nowText;
 
     std::function<std::string(const OrderRow&)> m_indexText;
     std::map<int, std::function<void()>> m_summaryWindows;
