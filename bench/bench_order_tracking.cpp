@@ -1,14 +1,18 @@
-// Order tracking at the scale of a busy day: updates found through the record-id index
-// against the linear walk of all orders, the per-basket list rebuild, and the memory the
-// tracked orders take. Prints the ratios measured in this run.
+// Order tracking at the scale of a busy day, on the real OrderTracker: 200,000 order updates
+// over 20,000 tracked orders, found through the record-id index, against the linear walk of
+// all orders that the index replaces (the first order whose record id matches, from the
+// front), each round timing both on the same updates; and the per-basket list rebuild.
+// (Whole-process memory with 20,000 tracked orders: bench_order_memory.)
+#include "BenchReport.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "trading/orders/OrderTracker.h"
 
 #include <algorithm>
+#include <chrono>
 #include <cstdio>
+#include <ctime>
 #include <deque>
-#include <malloc.h>
 #include <map>
 #include <memory>
 #include <string>
@@ -120,43 +124,26 @@ private:
     std::deque<OrderUpdate> m_orders;
 };
 
-void BM_UpdatesIndexed(benchmark::State& state) {
-    const int orders = static_cast<int>(state.range(0));
-    const int updates = static_cast<int>(state.range(1));
-    SilentBoxes boxes;
-    SystemClock clock;
-    OrderTracker tracker(boxes, clock);
-    Populate(tracker, orders);
-    const auto ids = UpdateIds(orders, updates);
-    QVXOrderStruct r = MakeRecord(0, 1);
-    for (auto _ : state) {
-        int32_t version = 1;
-        for (int32_t id : ids) {
-            Retarget(r, id, ++version % 50);
-            tracker.OnQVXOrderUpdate(r);
-        }
-    }
-    state.counters["ns_per_update"] = benchmark::Counter(
-        static_cast<double>(updates),
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+/// CPU time of this thread: both sides measured alike, whatever else the machine runs.
+double ThreadCpuMs() {
+    timespec t{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
 }
 
-void BM_UpdatesLinearWalk(benchmark::State& state) {
-    const int orders = static_cast<int>(state.range(0));
-    const int updates = static_cast<int>(state.range(1));
-    LinearWalk walk(orders);
-    const auto ids = UpdateIds(orders, updates);
+constexpr int Orders = 20000;
+constexpr int Updates = 200000;
+constexpr int Rounds = 3;
+
+template <typename Target> double TimeUpdatesMs(Target& target, const std::vector<int32_t>& ids) {
     QVXOrderStruct r = MakeRecord(0, 1);
-    for (auto _ : state) {
-        int32_t version = 1;
-        for (int32_t id : ids) {
-            Retarget(r, id, ++version % 50);
-            walk.OnQVXOrderUpdate(r);
-        }
+    int32_t version = 1;
+    const double start = ThreadCpuMs();
+    for (int32_t id : ids) {
+        Retarget(r, id, ++version % 50);
+        target.OnQVXOrderUpdate(r);
     }
-    state.counters["ns_per_update"] = benchmark::Counter(
-        static_cast<double>(updates),
-        benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
+    return ThreadCpuMs() - start;
 }
 
 void BM_FillOrderList(benchmark::State& state) {
@@ -179,97 +166,39 @@ void BM_GroupByLinearWalk(benchmark::State& state) {
     }
 }
 
-void BM_MemoryOfTrackedOrders(benchmark::State& state) {
-    const int orders = static_cast<int>(state.range(0));
-    double megabytes = 0;
-    for (auto _ : state) {
-        const size_t before = mallinfo2().uordblks;
-        {
-            SilentBoxes boxes;
-            SystemClock clock;
-            auto tracker = std::make_unique<OrderTracker>(boxes, clock);
-            Populate(*tracker, orders);
-            tracker->FillOrderList();
-            megabytes = static_cast<double>(mallinfo2().uordblks - before) / (1024.0 * 1024.0);
-        }
-    }
-    state.counters["MB"] = megabytes;
-}
-
-BENCHMARK(BM_UpdatesIndexed)
-    ->Args({20000, 200000})
-    ->Args({50000, 200000})
-    ->Unit(benchmark::kMillisecond);
-// The walk over 50,000 orders takes half a minute for 200,000 updates: a tenth of them
-// gives the same cost per update.
-BENCHMARK(BM_UpdatesLinearWalk)
-    ->Args({20000, 200000})
-    ->Args({50000, 20000})
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_FillOrderList)->Arg(20000)->Arg(50000)->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_GroupByLinearWalk)->Arg(20000)->Arg(50000)->Unit(benchmark::kMillisecond);
-BENCHMARK(BM_MemoryOfTrackedOrders)
-    ->Arg(20000)
-    ->Arg(50000)
-    ->Iterations(1)
-    ->Unit(benchmark::kMillisecond);
-
-/// Keeps every run's figures for the summary after the table.
-class SummaryReporter : public benchmark::ConsoleReporter {
-public:
-    void ReportRuns(const std::vector<Run>& runs) override {
-        for (const Run& run : runs) {
-            m_time[run.benchmark_name()] = run.GetAdjustedRealTime();
-            for (const auto& [name, counter] : run.counters) {
-                m_counters[run.benchmark_name() + ":" + name] = counter.value;
-            }
-        }
-        ConsoleReporter::ReportRuns(runs);
-    }
-    double time(const std::string& name) const { return find(m_time, name); }
-    double counter(const std::string& name) const { return find(m_counters, name); }
-
-private:
-    static double find(const std::map<std::string, double>& m, const std::string& key) {
-        const auto it = m.find(key);
-        return it == m.end() ? 0 : it->second;
-    }
-    std::map<std::string, double> m_time;
-    std::map<std::string, double> m_counters;
-};
 
 } // namespace
 
 int main(int argc, char** argv) {
     benchmark::Initialize(&argc, argv);
-    SummaryReporter reporter;
-    benchmark::RunSpecifiedBenchmarks(&reporter);
-    std::printf("\nSummary (same run)\n");
-    for (const char* orders : {"20000", "50000"}) {
-        const std::string walked = std::string(orders) == "20000" ? "/200000" : "/20000";
-        const double indexed =
-            reporter.counter("BM_UpdatesIndexed/" + std::string(orders) + "/200000:ns_per_update");
-        const double linear = reporter.counter("BM_UpdatesLinearWalk/" + std::string(orders) +
-                                               walked + "/iterations:1:ns_per_update");
-        if (indexed > 0 && linear > 0) {
-            std::printf("%s orders, updates: index %.0f ns/update, linear walk %.0f ns/update, "
-                        "%.0fx faster (target >= 50x)\n",
-                        orders, indexed * 1e9, linear * 1e9, linear / indexed);
-        }
-        const double fill = reporter.time(std::string("BM_FillOrderList/") + orders);
-        const double group = reporter.time(std::string("BM_GroupByLinearWalk/") + orders);
-        if (fill > 0) {
-            std::printf("%s orders: FillOrderList %.2f ms (target < 20 ms), grouping by linear "
-                        "walk %.2f ms\n",
-                        orders, fill, group);
-        }
-        const double mb = reporter.counter(std::string("BM_MemoryOfTrackedOrders/") + orders +
-                                           "/iterations:1:MB");
-        if (mb > 0) {
-            std::printf("%s orders: %.1f MB tracked (target < 100 MB for 20000)\n", orders, mb);
-        }
-    }
+    benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
+
+    SilentBoxes boxes;
+    SystemClock clock;
+    OrderTracker tracker(boxes, clock);
+    Populate(tracker, Orders);
+    LinearWalk walk(Orders);
+    const std::vector<int32_t> ids = UpdateIds(Orders, Updates);
+    std::vector<double> ratios;
+    std::vector<double> fills;
+    for (int round = 0; round < Rounds; ++round) {
+        const double indexed = TimeUpdatesMs(tracker, ids);
+        const double linear = TimeUpdatesMs(walk, ids);
+        ratios.push_back(linear / indexed);
+        const double start = ThreadCpuMs();
+        tracker.FillOrderList();
+        fills.push_back(ThreadCpuMs() - start);
+        std::printf("round %d: %d updates over %d orders: OrderTracker %.1f ms (%.0f ns each), "
+                    "linear walk %.0f ms, %.1fx; FillOrderList %.2f ms\n",
+                    round + 1, Updates, Orders, indexed, indexed * 1e6 / Updates, linear,
+                    linear / indexed, fills.back());
+    }
+    bench::Report("200,000 order updates over 20,000 tracked orders: linear walk / OrderTracker "
+                  "(thread CPU time)",
+                  "x", ratios, {">=", 50});
+    bench::Report("FillOrderList over 20,000 tracked orders", "ms", fills, {"<", 20});
     return 0;
 }

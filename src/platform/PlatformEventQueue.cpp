@@ -35,11 +35,60 @@ void PlatformEventQueue::setTakeGate(TakeGate gate) {
     m_gate = std::move(gate);
 }
 
+void PlatformEventQueue::setQuoteConflation(bool on) {
+    std::lock_guard lock(m_mutex);
+    m_conflate = on;
+    m_runUpdates.clear();
+}
+
+void PlatformEventQueue::MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& later) {
+    namespace F = QVXQuoteField;
+    const auto take = [&](uint32_t field, auto member) {
+        if (later.Carries(field)) {
+            into.*member = later.*member;
+        }
+    };
+    take(F::Bid, &QVXQuoteStruct::BidPrice);
+    take(F::Ask, &QVXQuoteStruct::AskPrice);
+    take(F::Last, &QVXQuoteStruct::LastPrice);
+    take(F::BidSize, &QVXQuoteStruct::BidSize);
+    take(F::AskSize, &QVXQuoteStruct::AskSize);
+    take(F::LastSize, &QVXQuoteStruct::LastSize);
+    take(F::CumVolume, &QVXQuoteStruct::CumVolume);
+    take(F::Open, &QVXQuoteStruct::OpenPrice);
+    take(F::High, &QVXQuoteStruct::HighPrice);
+    take(F::Low, &QVXQuoteStruct::LowPrice);
+    take(F::Close, &QVXQuoteStruct::ClosePrice);
+    take(F::Vwap, &QVXQuoteStruct::Vwap);
+    take(F::Week52High, &QVXQuoteStruct::Week52High);
+    take(F::Week52Low, &QVXQuoteStruct::Week52Low);
+    take(F::AvgVolume, &QVXQuoteStruct::AvgVolume);
+    take(F::SharesOutstanding, &QVXQuoteStruct::SharesOutstanding);
+    take(F::Reference, &QVXQuoteStruct::CompanyName);
+    take(F::Reference, &QVXQuoteStruct::Cusip);
+    take(F::Reference, &QVXQuoteStruct::Exchange);
+    into.Fields |= later.Fields;
+}
+
 void PlatformEventQueue::push(Event event) {
     std::function<void()> wake;
     {
         std::lock_guard lock(m_mutex);
-        m_pending.push_back(std::move(event));
+        bool merged = false;
+        if (auto* update = std::get_if<QuoteUpdate>(&event); update != nullptr && m_conflate) {
+            const auto [at, added] =
+                m_runUpdates.try_emplace(update->quote.Symbol, m_pending.size());
+            if (!added) {
+                MergeQuote(std::get<QuoteUpdate>(m_pending[at->second]).quote, update->quote);
+                merged = true;
+            }
+        } else {
+            // Orders, snapshots and status keep their place among the updates around them.
+            m_runUpdates.clear();
+        }
+        if (!merged) {
+            m_pending.push_back(std::move(event));
+        }
         if (!m_wakePending && m_wake) {
             m_wakePending = true;
             wake = m_wake;
@@ -60,6 +109,7 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
             m_draining.clear();
             m_next = 0;
             m_draining.swap(m_pending);
+            m_runUpdates.clear();
         }
     };
     if (m_gate && m_next == m_draining.size()) {

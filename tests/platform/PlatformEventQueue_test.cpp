@@ -14,6 +14,7 @@ namespace {
 class Journal : public QVXEvents, public QVXQuoteEvents {
 public:
     std::vector<std::string> lines;
+    std::vector<QVXQuoteStruct> updates;
     PlatformEventQueue* pushOnUpdate = nullptr;
 
     void OnQVXOrderUpdate(const QVXOrderStruct& e) override {
@@ -37,6 +38,7 @@ public:
     void OnQVXQuoteSnap(const QVXQuoteStruct& q) override { lines.push_back("snap " + q.Symbol); }
     void OnQVXQuoteUpdate(const QVXQuoteStruct& q) override {
         lines.push_back("quote " + q.Symbol);
+        updates.push_back(q);
     }
 };
 
@@ -65,6 +67,39 @@ TEST(PlatformEventQueue, DeliversEveryKindInPushOrder) {
     EXPECT_EQ(journal.lines, (std::vector<std::string>{"up logged on", "snap IBM", "update 1",
                                                        "quote IBM", "reject 2", "shutdown"}));
     EXPECT_EQ(queue.drain(journal, journal), 0u);
+}
+
+TEST(PlatformEventQueue, UpdatesOfASymbolMergeOnlyWithinARunOfUpdates) {
+    namespace F = QVXQuoteField;
+    const auto update = [](const std::string& symbol, uint32_t fields, double price) {
+        QVXQuoteStruct q = Quote(symbol);
+        q.Fields = fields;
+        q.BidPrice = q.AskPrice = q.LastPrice = price;
+        return PlatformEventQueue::QuoteUpdate{q};
+    };
+    PlatformEventQueue queue;
+    queue.setQuoteConflation(true);
+    Journal journal;
+    queue.push(update("IBM", F::Bid | F::Last, 1));
+    queue.push(update("MSFT", F::Bid, 2));
+    queue.push(update("IBM", F::Ask | F::Last, 3)); // merged into the first
+    queue.push(Update("1"));
+    queue.push(update("IBM", F::Bid, 4)); // after an order: an event of its own
+    queue.push(PlatformEventQueue::QuoteSnap{Quote("IBM")});
+    queue.push(update("IBM", F::Bid, 5));
+    EXPECT_EQ(queue.size(), 6u);
+    queue.drain(journal, journal);
+    EXPECT_EQ(journal.lines, (std::vector<std::string>{"quote IBM", "quote MSFT", "update 1",
+                                                       "quote IBM", "snap IBM", "quote IBM"}));
+    const QVXQuoteStruct& merged = journal.updates[0];
+    EXPECT_EQ(merged.Fields, F::Bid | F::Ask | F::Last);
+    EXPECT_EQ(merged.BidPrice, 1); // not carried by the later update: kept
+    EXPECT_EQ(merged.AskPrice, 3);
+    EXPECT_EQ(merged.LastPrice, 3);
+    // A drained run is over: the next update is not merged into a delivered one.
+    queue.push(update("IBM", F::Bid, 6));
+    queue.drain(journal, journal);
+    EXPECT_EQ(journal.updates.back().BidPrice, 6);
 }
 
 TEST(PlatformEventQueue, OneWakeUpPerBurstAndAgainAfterADrain) {

@@ -9,6 +9,7 @@
 #include "platform/sim/SimSettings.h"
 
 #include <cstdint>
+#include <deque>
 #include <string>
 #include <utility>
 #include <vector>
@@ -106,7 +107,7 @@ private:
     SimMarket& m_market;
     PlatformEventQueue& m_events;
     Clock::TimePoint m_origin;
-    std::vector<Order> m_orders;                 // record id - 1
+    std::deque<Order> m_orders;                  // record id - 1; grows without moving any
     std::vector<std::vector<int32_t>> m_working; // by instrument: record ids in arrival order
     std::vector<Due> m_auctions;                 // min-heap
     bool m_keeping = false;

@@ -5,6 +5,8 @@
 
 #include <charconv>
 #include <cmath>
+#include <cstdint>
+#include <optional>
 #include <string_view>
 
 namespace wicker {
@@ -112,11 +114,97 @@ bool AllZero(const std::string& s) {
     return s.find_first_not_of('0') == std::string::npos;
 }
 
+constexpr int64_t Pow10[] = {1,
+                             10,
+                             100,
+                             1'000,
+                             10'000,
+                             100'000,
+                             1'000'000,
+                             10'000'000,
+                             100'000'000,
+                             1'000'000'000,
+                             10'000'000'000,
+                             100'000'000'000,
+                             1'000'000'000'000,
+                             10'000'000'000'000,
+                             100'000'000'000'000,
+                             1'000'000'000'000'000};
+
+constexpr double Pow10d[] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7,  1e8,  1e9,  1e10, 1e11,
+                             1e12, 1e13, 1e14, 1e15, 1e16, 1e17, 1e18, 1e19, 1e20, 1e21, 1e22};
+
+/// |value| in units of 10^-decimals, rounded as Round does (to 15 significant digits, then
+/// half away from zero), in integer arithmetic; nothing when the result could differ from
+/// Round's: |value| below 1e-6, a last decimal beyond the 15th digit, or a 15-digit rounding
+/// too close to a tie for one multiplication to decide.
+std::optional<int64_t> ScaledFast(double value, int decimals) {
+    const double a = std::fabs(value);
+    if (a == 0) {
+        return 0;
+    }
+    if (!(a >= 1e-6 && a < FastLimit)) {
+        return std::nullopt;
+    }
+    // a lies in [10^(e-1), 10^e); a wrong guess at a power's edge fails the range check below.
+    int e = -5;
+    while (e < 15 && a >= (e >= 0 ? Pow10d[e] : 1 / Pow10d[-e])) {
+        ++e;
+    }
+    const int drop = 15 - e - decimals; // digits of the 15 below the last decimal
+    if (drop < 0) {
+        return std::nullopt;
+    }
+    // a x 10^(15-e) is below 2^50, so its rounding error is at most 1/16 (10^(15-e) is
+    // exact for 15-e <= 22). Round's 15 digits are this product rounded to an integer.
+    const double product = a * Pow10d[15 - e];
+    const double whole = std::floor(product);
+    const double fraction = product - whole;
+    if (product >= 1e15 || product < 1e14 || std::fabs(fraction - 0.5) < 0.125) {
+        return std::nullopt;
+    }
+    const auto digits = static_cast<int64_t>(whole) + (fraction > 0.5 ? 1 : 0);
+    if (drop > 15) {
+        return 0; // below half a unit of the last decimal
+    }
+    const int64_t unit = Pow10[drop];
+    // Half away from zero on the 15 digits: the first digit dropped decides.
+    return digits / unit + (digits % unit * 2 >= unit && drop > 0 ? 1 : 0);
+}
+
+/// Appends n with exactly `width` digits, leading zeros kept.
+void AppendDigits(std::string& out, int64_t n, int width) {
+    char buf[20];
+    for (int i = width - 1; i >= 0; --i) {
+        buf[i] = static_cast<char>('0' + n % 10);
+        n /= 10;
+    }
+    out.append(buf, static_cast<size_t>(width));
+}
+
 } // namespace
 
 std::string FixedText(double value, int decimals, bool leadingZero) {
     if (!std::isfinite(value) || std::fabs(value) >= FastLimit || decimals < 0 || decimals > 8) {
         return leadingZero ? FormatDecimals(value, decimals) : Format(value, "#.00");
+    }
+    if (const std::optional<int64_t> scaled = ScaledFast(value, decimals)) {
+        const int64_t units = *scaled;
+        const int64_t intValue = units / Pow10[decimals];
+        std::string out;
+        if (value < 0 && units != 0) {
+            out += '-';
+        }
+        if (intValue != 0) {
+            out += std::to_string(intValue);
+        } else if (leadingZero) {
+            out += '0';
+        }
+        if (decimals > 0) {
+            out += '.';
+            AppendDigits(out, units % Pow10[decimals], decimals);
+        }
+        return out;
     }
     std::string intPart;
     std::string fracPart;
@@ -145,10 +233,17 @@ std::string ThousandsText(double value) {
         return Format(value, "#,###");
     }
     std::string intPart;
-    std::string fracPart;
-    Round(value, 0, intPart, fracPart);
-    if (intPart.empty()) {
-        return {};
+    if (const std::optional<int64_t> whole = ScaledFast(value, 0)) {
+        if (*whole == 0) {
+            return {};
+        }
+        intPart = std::to_string(*whole);
+    } else {
+        std::string fracPart;
+        Round(value, 0, intPart, fracPart);
+        if (intPart.empty()) {
+            return {};
+        }
     }
     std::string out;
     out.reserve(intPart.size() + intPart.size() / 3 + 1);

@@ -133,12 +133,12 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         // Every order is complete, and written down, before the first one leaves.
         const std::string date = FormatYyyymmdd(m_clock.localNow());
         std::vector<std::unique_ptr<QVXOrder>> orders;
-        std::vector<std::string> reportTexts;
+        std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
         for (const PlannedOrder& planned : plan.orders) {
             const ExecutionLine& line = lines[planned.line];
             if (auto order = PrepareLine(index, line, planned, inputs, settings, date, report)) {
                 orders.push_back(std::move(order));
-                reportTexts.push_back(ReportText(line, planned));
+                sent.push_back(&planned);
             }
         }
         Announce(basketSeq, inputs.basketName, orders, report);
@@ -151,7 +151,8 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
                 }
             }
         } listenerEnd{m_listener, basketSeq};
-        Submit(orders, reportTexts, report);
+        Submit(
+            orders, [&](size_t i) { return ReportText(lines[sent[i]->line], *sent[i]); }, report);
     }
     if (report.ordersSubmitted > 0) {
         m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
@@ -264,7 +265,8 @@ void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
 }
 
 void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
-                             const std::vector<std::string>& reportTexts, ExecuteReport& report) {
+                             const std::function<std::string(size_t)>& reportTextOf,
+                             ExecuteReport& report) {
     for (size_t i = 0; i < orders.size(); ++i) {
         m_lastSubmitResult = orders[i]->SubmitOrder();
         ++report.ordersSubmitted;
@@ -272,7 +274,7 @@ void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
             m_listener->Submitted(*orders[i], m_lastSubmitResult);
         }
         if (m_lastSubmitResult < 0) {
-            report.submitErrors.emplace_back(reportTexts[i], m_lastSubmitResult);
+            report.submitErrors.emplace_back(reportTextOf(i), m_lastSubmitResult);
         }
         orders[i].reset();
     }

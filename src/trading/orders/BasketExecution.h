@@ -10,6 +10,7 @@
 #include "trading/orders/TickTable.h"
 
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -109,8 +110,9 @@ private:
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,
                   const ExecuteReport& report);
     /// Hands the prepared orders to the platform, one by one, and tells the listener.
+    /// `reportTextOf(i)` names order i in the summary; made only for an order refused.
     void Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
-                const std::vector<std::string>& reportTexts, ExecuteReport& report);
+                const std::function<std::string(size_t)>& reportTextOf, ExecuteReport& report);
 
     QVXOrderFactory& m_orders;
     SendSequence& m_sequence;

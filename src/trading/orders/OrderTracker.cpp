@@ -16,13 +16,13 @@ OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
 
 OrderTracker::UpdateOutcome
 OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
-    if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId);
-        found != m_byRecordId.end()) {
-        m_orders[found->second].UpdateOrder(structOrderUpdate, false);
-        m_answers.Answered(found->second);
-        MarkChanged(found->second);
-        if (!structOrderUpdate.ClOrderID.empty()) {
-            m_currentClOrderIds[found->second] = structOrderUpdate.ClOrderID;
+    if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId)) {
+        m_orders[*found].UpdateOrder(structOrderUpdate, false);
+        m_answers.Answered(*found);
+        MarkChanged(*found);
+        if (std::string& current = m_currentClOrderIds[*found];
+            !structOrderUpdate.ClOrderID.empty() && current != structOrderUpdate.ClOrderID) {
+            current = structOrderUpdate.ClOrderID;
         }
         m_ordersChanged = true;
         return UpdateOutcome::Updated;
@@ -37,7 +37,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (order.m_strBasketId.empty()) {
         return UpdateOutcome::NotABasketOrder;
     }
-    Append(std::move(order), FormatTime12(m_clock.localNow()));
+    Append(std::move(order), NowText());
     m_ordersChanged = true;
     return UpdateOutcome::Added;
 }
@@ -68,14 +68,23 @@ QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
 }
 
 void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
-    const QVXOrderStruct r =
-        HandedOffRecord(order, orderRecordId, FormatTime12(m_clock.localNow()));
+    const QVXOrderStruct r = HandedOffRecord(order, orderRecordId, NowText());
     if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
-        const uint32_t position = m_byRecordId.at(orderRecordId);
+        const uint32_t position = *m_byRecordId.find(orderRecordId);
         m_answers.Expect(position, m_clock.now());
         m_isChanged[position] = false;
         m_changed.pop_back();
     }
+}
+
+const std::string& OrderTracker::NowText() {
+    const auto second =
+        std::chrono::duration_cast<std::chrono::seconds>(m_clock.now().time_since_epoch()).count();
+    if (second != m_nowTextSecond || m_nowText.empty()) {
+        m_nowText = FormatTime12(m_clock.localNow());
+        m_nowTextSecond = second;
+    }
+    return m_nowText;
 }
 
 std::string OrderTracker::StatusText(size_t orderIndex) const {
@@ -137,8 +146,8 @@ void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
 
 void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     std::optional<uint32_t> position;
-    if (const auto found = m_byRecordId.find(warning.OrderRecordId); found != m_byRecordId.end()) {
-        position = found->second;
+    if (const auto found = m_byRecordId.find(warning.OrderRecordId)) {
+        position = *found;
     } else if (const auto byId = m_byClOrderId.find(warning.ClOrderID);
                byId != m_byClOrderId.end() && !byId->second.empty()) {
         position = byId->second.front();
@@ -271,7 +280,7 @@ void OrderTracker::RemoveOrderSummaryWindow(int handle) {
 
 const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
     const auto found = m_byRecordId.find(orderRecordId);
-    return found == m_byRecordId.end() ? nullptr : &m_orders[found->second];
+    return found ? &m_orders[*found] : nullptr;
 }
 
 const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
@@ -285,7 +294,7 @@ void OrderTracker::ZeroLeaves(size_t orderIndex) {
 
 std::optional<size_t> OrderTracker::PositionOf(int32_t orderRecordId) const {
     const auto found = m_byRecordId.find(orderRecordId);
-    return found == m_byRecordId.end() ? std::nullopt : std::optional<size_t>(found->second);
+    return found ? std::optional<size_t>(*found) : std::nullopt;
 }
 
 std::optional<size_t> OrderTracker::PositionOf(const std::string& clOrderId) const {
@@ -361,7 +370,7 @@ TrackedOrder OrderTracker::Snapshot(size_t orderIndex) const {
 void OrderTracker::Restore(const TrackedOrder& tracked) {
     OrderUpdate order;
     order.UpdateOrder(tracked.state, true);
-    if (order.m_strBasketId.empty() || m_byRecordId.count(tracked.state.OrderRecordId) != 0) {
+    if (order.m_strBasketId.empty() || m_byRecordId.find(tracked.state.OrderRecordId)) {
         return;
     }
     const auto position = static_cast<uint32_t>(m_orders.size());

@@ -7,6 +7,7 @@
 #include "trading/orders/AnswerWatch.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/orders/OrderUpdate.h"
+#include "trading/orders/RecordIdIndex.h"
 
 #include <chrono>
 #include <cstdint>
@@ -144,6 +145,8 @@ private:
     };
 
     void Append(OrderUpdate&& order, std::string seenAt);
+    /// The clock's time as "hh:mm:ss AM/PM", made once a second: a send stamps thousands.
+    const std::string& NowText();
     void MarkChanged(uint32_t position);
     std::string IndexText(const OrderRow& row) const;
 
@@ -159,7 +162,7 @@ private:
     std::vector<bool> m_isChanged;                ///< by position: listed in m_changed
     AnswerWatch m_answers;
     std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
-    std::unordered_map<int32_t, uint32_t> m_byRecordId;
+    RecordIdIndex m_byRecordId;
     std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
     std::map<BasketKey, uint32_t> m_groupIndex;
     std::vector<BasketGroup> m_groups;
@@ -170,6 +173,8 @@ private:
     std::vector<std::string> m_rejects;
     bool m_ordersChanged = false;
     bool m_inTick = false;
+    int64_t m_nowTextSecond = 0;
+    std::string m_nowText;
 
     std::function<std::string(const OrderRow&)> m_indexText;
     std::map<int, std::function<void()>> m_summaryWindows;

@@ -6,8 +6,30 @@
 
 namespace wicker {
 
+namespace {
+
+/// True when the symbol is its own key: no blank at either end, no lower-case letter.
+bool IsSymbolKey(std::string_view symbol) {
+    if (!symbol.empty() && (symbol.front() == ' ' || symbol.back() == ' ')) {
+        return false;
+    }
+    return std::none_of(symbol.begin(), symbol.end(), [](char c) { return c >= 'a' && c <= 'z'; });
+}
+
+} // namespace
+
 std::string SymbolKeyOf(std::string_view symbol) {
     return UCase(Trim(symbol));
+}
+
+QuoteBoard::SymbolEntry& QuoteBoard::EntryOf(std::string_view symbol) {
+    if (!IsSymbolKey(symbol)) {
+        return m_symbols[SymbolKeyOf(symbol)];
+    }
+    if (const auto it = m_symbols.find(symbol); it != m_symbols.end()) {
+        return it->second;
+    }
+    return m_symbols[std::string(symbol)];
 }
 
 void QuoteBoard::SetLines(const StockList& lines) {
@@ -16,7 +38,7 @@ void QuoteBoard::SetLines(const StockList& lines) {
     for (int row = 0; row < lines.Count(); ++row) {
         Quote& quote = m_quotes[static_cast<size_t>(row)];
         const std::string& symbol = lines.Cell(row, stkSymbol);
-        SymbolEntry& entry = m_symbols[SymbolKeyOf(symbol)];
+        SymbolEntry& entry = EntryOf(symbol);
         if (entry.quoted) {
             // Show what is known at once; the snapshot that follows registration refreshes it.
             quote = entry.latest;
@@ -52,7 +74,7 @@ void QuoteBoard::OnQVXQuoteUpdate(const QVXQuoteStruct& structQuoteUpdate) {
 }
 
 void QuoteBoard::OnQuote(const QVXQuoteStruct& record) {
-    SymbolEntry& entry = m_symbols[SymbolKeyOf(record.Symbol)];
+    SymbolEntry& entry = EntryOf(record.Symbol);
     for (uint32_t row : entry.rows) {
         Quote& quote = m_quotes[row];
         const bool queued = quote.AnyUpdate();
@@ -126,13 +148,15 @@ void QuoteBoard::WriteQuote(Quote& quote, StockList& lines, int& written) {
 }
 
 const Quote* QuoteBoard::Latest(std::string_view symbol) const {
-    const auto it = m_symbols.find(SymbolKeyOf(symbol));
+    const auto it =
+        IsSymbolKey(symbol) ? m_symbols.find(symbol) : m_symbols.find(SymbolKeyOf(symbol));
     return it == m_symbols.end() || !it->second.quoted ? nullptr : &it->second.latest;
 }
 
 std::vector<const Quote*> QuoteBoard::QuotesOf(std::string_view symbol) const {
     std::vector<const Quote*> out;
-    const auto it = m_symbols.find(SymbolKeyOf(symbol));
+    const auto it =
+        IsSymbolKey(symbol) ? m_symbols.find(symbol) : m_symbols.find(SymbolKeyOf(symbol));
     if (it != m_symbols.end()) {
         for (uint32_t row : it->second.rows) {
             out.push_back(&m_quotes[row]);

@@ -6,6 +6,7 @@
 #include "trading/quotes/QuoteDisplay.h"
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -51,7 +52,10 @@ public:
     size_t QuoteCount() const { return m_quotes.size(); }
 
 private:
+    struct SymbolEntry;
     void OnQuote(const QVXQuoteStruct& record);
+    /// The entry of a symbol as a platform names it, made when missing.
+    SymbolEntry& EntryOf(std::string_view symbol);
     void WriteQuote(Quote& quote, StockList& lines, int& written);
 
     /// What is kept per symbol: its latest values and the lines it stands on.
@@ -61,10 +65,17 @@ private:
         std::vector<uint32_t> rows;
     };
 
+    /// Finds keys by string_view: a storm's symbols are looked up without a copy.
+    struct KeyHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view key) const { return std::hash<std::string_view>{}(key); }
+    };
+
     QuoteDisplay m_display;
-    std::vector<Quote> m_quotes;                            ///< one per line, by row
-    std::unordered_map<std::string, SymbolEntry> m_symbols; ///< by SymbolKeyOf
-    std::vector<uint32_t> m_pending;                        ///< rows with flags set, each once
+    std::vector<Quote> m_quotes; ///< one per line, by row
+    std::unordered_map<std::string, SymbolEntry, KeyHash, std::equal_to<>>
+        m_symbols;                   ///< by SymbolKeyOf
+    std::vector<uint32_t> m_pending; ///< rows with flags set, each once
 };
 
 /// The key a symbol is found under: trimmed, upper case (collections never told case apart).

@@ -7,6 +7,8 @@ namespace wicker {
 PlatformEventPump::PlatformEventPump(PlatformEventQueue& queue, std::function<size_t(size_t)> drain,
                                      size_t batch, QObject* parent)
     : QObject(parent), m_queue(queue), m_drain(std::move(drain)), m_batch(batch > 0 ? batch : 1) {
+    // The screen shows each symbol's latest quote: merged updates spare the UI thread.
+    m_queue.setQuoteConflation(true);
     m_queue.setWakeUp([this] {
         // Any thread: only schedule. Qt drops the call if the pump is gone by then.
         QMetaObject::invokeMethod(
@@ -16,6 +18,7 @@ PlatformEventPump::PlatformEventPump(PlatformEventQueue& queue, std::function<si
 
 PlatformEventPump::~PlatformEventPump() {
     m_queue.setWakeUp({});
+    m_queue.setQuoteConflation(false);
 }
 
 size_t PlatformEventPump::drainBatch() {

@@ -12,7 +12,8 @@ namespace wicker {
 /// Brings the platform's events to the UI thread: the queue's wake-up (called on the
 /// platform's thread) posts one queued call, and that call delivers at most `batch` events.
 /// When more are waiting the queue wakes it again, so the window keeps painting and taking
-/// clicks between batches however many quotes arrive.
+/// clicks between batches however many quotes arrive. While it exists the queue merges
+/// each symbol's quote updates.
 class PlatformEventPump final : public QObject {
     Q_OBJECT
 

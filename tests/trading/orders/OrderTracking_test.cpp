@@ -1,9 +1,13 @@
 #include "platform/TicketOrder.h"
 #include "support/RecordingMessageBoxes.h"
 #include "trading/orders/OrderTracker.h"
+#include "trading/orders/RecordIdIndex.h"
 
 #include <chrono>
+#include <cstdint>
 #include <memory>
+#include <optional>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -101,78 +105,78 @@ TEST_F(Tracking, LaterUpdatesGoToTheOrderWithTheRecordIdWhateverTheirMemo) {
 void ExpectEveryField(const OrderUpdate& o) {
     EXPECT_EQ(o.m_strAccount, "v0");
     EXPECT_EQ(o.m_strAction, "v1");
-    EXPECT_EQ(o.m_strBatchId, "v2");
+    EXPECT_EQ(o.Extras().m_strBatchId, "v2");
     EXPECT_EQ(o.m_strDestination, "v3");
     EXPECT_EQ(o.m_strExchClOrderId, "v4");
     EXPECT_EQ(o.m_strExchOrderId, "v5");
-    EXPECT_EQ(o.m_strExecBroker, "v6");
-    EXPECT_EQ(o.m_strExecInst, "v7");
+    EXPECT_EQ(o.Extras().m_strExecBroker, "v6");
+    EXPECT_EQ(o.Extras().m_strExecInst, "v7");
     EXPECT_EQ(o.m_strInstrument, "v8");
     EXPECT_EQ(o.m_strLogMessage, "v9");
     EXPECT_EQ(o.m_strOrderTime, "v10");
-    EXPECT_EQ(o.m_strPairId, "v11");
+    EXPECT_EQ(o.Extras().m_strPairId, "v11");
     EXPECT_EQ(o.m_strPriceType, "v12");
     EXPECT_EQ(o.m_strSide, "v13");
-    EXPECT_EQ(o.m_fTrailInc, 14.5);
-    EXPECT_EQ(o.m_strSorPreference, "v15");
-    EXPECT_EQ(o.m_strStrategy, "v16");
-    EXPECT_EQ(o.m_strStartTime, "v17");
-    EXPECT_EQ(o.m_strEndTime, "v18");
+    EXPECT_EQ(o.Extras().m_fTrailInc, 14.5);
+    EXPECT_EQ(o.Extras().m_strSorPreference, "v15");
+    EXPECT_EQ(o.Extras().m_strStrategy, "v16");
+    EXPECT_EQ(o.Extras().m_strStartTime, "v17");
+    EXPECT_EQ(o.Extras().m_strEndTime, "v18");
     EXPECT_EQ(o.m_strTif, "v19");
     EXPECT_EQ(o.m_strUpdateTime, "v20");
-    EXPECT_EQ(o.m_strUser, "v21");
-    EXPECT_EQ(o.m_strUserId, "v22");
+    EXPECT_EQ(o.Extras().m_strUser, "v21");
+    EXPECT_EQ(o.Extras().m_strUserId, "v22");
     EXPECT_EQ(o.m_fAvgExecPrice, 23.5);
-    EXPECT_EQ(o.m_fAvgPriceLmt, 24.5);
-    EXPECT_EQ(o.m_fCashComponent, 25.5);
-    EXPECT_EQ(o.m_fDiscretion, 26.5);
+    EXPECT_EQ(o.Extras().m_fAvgPriceLmt, 24.5);
+    EXPECT_EQ(o.Extras().m_fCashComponent, 25.5);
+    EXPECT_EQ(o.Extras().m_fDiscretion, 26.5);
     EXPECT_EQ(o.m_fExecPriceLmt, 27.5);
     EXPECT_EQ(o.m_fLmtPrice, 28.5);
-    EXPECT_EQ(o.m_fMaxHighPctDeviation, 29.5);
-    EXPECT_EQ(o.m_fMaxLowPctDeviation, 30.5);
-    EXPECT_EQ(o.m_fPctPerSlice, 31.5);
-    EXPECT_EQ(o.m_fPegDiff, 32.5);
-    EXPECT_EQ(o.m_fPremium, 33.5);
-    EXPECT_EQ(o.m_fRatio, 34.5);
-    EXPECT_EQ(o.m_fReactPrice, 35.5);
-    EXPECT_EQ(o.m_fStpPrice, 36.5);
-    EXPECT_EQ(o.m_fTargetPctVolume, 37.5);
-    EXPECT_EQ(o.m_fTargetPrice, 38.5);
-    EXPECT_EQ(o.m_fTilt, 39.5);
-    EXPECT_EQ(o.m_fTrailAmt, 40.5);
-    EXPECT_EQ(o.m_fUrStpdPrice, 41.5);
+    EXPECT_EQ(o.Extras().m_fMaxHighPctDeviation, 29.5);
+    EXPECT_EQ(o.Extras().m_fMaxLowPctDeviation, 30.5);
+    EXPECT_EQ(o.Extras().m_fPctPerSlice, 31.5);
+    EXPECT_EQ(o.Extras().m_fPegDiff, 32.5);
+    EXPECT_EQ(o.Extras().m_fPremium, 33.5);
+    EXPECT_EQ(o.Extras().m_fRatio, 34.5);
+    EXPECT_EQ(o.Extras().m_fReactPrice, 35.5);
+    EXPECT_EQ(o.Extras().m_fStpPrice, 36.5);
+    EXPECT_EQ(o.Extras().m_fTargetPctVolume, 37.5);
+    EXPECT_EQ(o.Extras().m_fTargetPrice, 38.5);
+    EXPECT_EQ(o.Extras().m_fTilt, 39.5);
+    EXPECT_EQ(o.Extras().m_fTrailAmt, 40.5);
+    EXPECT_EQ(o.Extras().m_fUrStpdPrice, 41.5);
     EXPECT_EQ(o.m_nSeqNum, 1042);
-    EXPECT_EQ(o.m_nAuction, 1043);
+    EXPECT_EQ(o.Extras().m_nAuction, 1043);
     EXPECT_EQ(o.m_nCumExecQuantity, 1044);
-    EXPECT_EQ(o.m_nDbsNo, 1045);
+    EXPECT_EQ(o.Extras().m_nDbsNo, 1045);
     EXPECT_EQ(o.m_nDisplay, 1046);
-    EXPECT_EQ(o.m_nDuration, 1047);
-    EXPECT_EQ(o.m_nExecAggression, 1048);
+    EXPECT_EQ(o.Extras().m_nDuration, 1047);
+    EXPECT_EQ(o.Extras().m_nExecAggression, 1048);
     EXPECT_EQ(o.m_nLvsQuantity, 1049);
-    EXPECT_EQ(o.m_nMarketStructure, 1050);
-    EXPECT_EQ(o.m_nMaxPctVolume, 1051);
-    EXPECT_EQ(o.m_nMinPctVolume, 1052);
-    EXPECT_EQ(o.m_nMinQuantity, 1053);
-    EXPECT_EQ(o.m_nOrderCompletion, 1054);
+    EXPECT_EQ(o.Extras().m_nMarketStructure, 1050);
+    EXPECT_EQ(o.Extras().m_nMaxPctVolume, 1051);
+    EXPECT_EQ(o.Extras().m_nMinPctVolume, 1052);
+    EXPECT_EQ(o.Extras().m_nMinQuantity, 1053);
+    EXPECT_EQ(o.Extras().m_nOrderCompletion, 1054);
     EXPECT_EQ(o.m_nOrderRecordId, 1055);
     EXPECT_EQ(o.m_nOrderStatus, 1056);
-    EXPECT_EQ(o.m_nPingInterval, 1057);
-    EXPECT_EQ(o.m_nPriceTolerance, 1058);
+    EXPECT_EQ(o.Extras().m_nPingInterval, 1057);
+    EXPECT_EQ(o.Extras().m_nPriceTolerance, 1058);
     EXPECT_EQ(o.m_nPriceType, 1059);
     EXPECT_EQ(o.m_nQuantity, 1060);
-    EXPECT_EQ(o.m_nQtyTolerancePct, 1061);
-    EXPECT_EQ(o.m_nQtyToleranceSize, 1062);
-    EXPECT_EQ(o.m_nRefresh, 1063);
-    EXPECT_EQ(o.m_nRefreshInterval, 1064);
-    EXPECT_EQ(o.m_nSeqNo, 1065);
-    EXPECT_EQ(o.m_nSizeLow, 1066);
-    EXPECT_EQ(o.m_nSizeMax, 1067);
-    EXPECT_EQ(o.m_nTrailId, 1068);
+    EXPECT_EQ(o.Extras().m_nQtyTolerancePct, 1061);
+    EXPECT_EQ(o.Extras().m_nQtyToleranceSize, 1062);
+    EXPECT_EQ(o.Extras().m_nRefresh, 1063);
+    EXPECT_EQ(o.Extras().m_nRefreshInterval, 1064);
+    EXPECT_EQ(o.Extras().m_nSeqNo, 1065);
+    EXPECT_EQ(o.Extras().m_nSizeLow, 1066);
+    EXPECT_EQ(o.Extras().m_nSizeMax, 1067);
+    EXPECT_EQ(o.Extras().m_nTrailId, 1068);
     EXPECT_TRUE(o.m_bMoo);
     EXPECT_TRUE(o.m_bMoc);
-    EXPECT_TRUE(o.m_bOpportunisticTrade);
-    EXPECT_TRUE(o.m_bSvrStpReleased);
-    EXPECT_TRUE(o.m_bTakeLiquidity);
+    EXPECT_TRUE(o.Extras().m_bOpportunisticTrade);
+    EXPECT_TRUE(o.Extras().m_bSvrStpReleased);
+    EXPECT_TRUE(o.Extras().m_bTakeLiquidity);
 }
 
 TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
@@ -266,6 +270,17 @@ TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
     EXPECT_EQ(copy.m_strBasketId, "Basket");
     EXPECT_EQ(copy.m_nBasketSeq, 9);
     EXPECT_EQ(copy.m_strClOrderId, "ACC-20240315-9-1");
+
+    // Each report is taken whole: one that carries a single rare field clears the others.
+    QVXOrderStruct plain;
+    plain.Tilt = 1.5;
+    o.UpdateOrder(plain, false);
+    OrderExtras onlyTilt;
+    onlyTilt.m_fTilt = 1.5;
+    EXPECT_EQ(o.Extras(), onlyTilt);
+    o.UpdateOrder(QVXOrderStruct{}, false);
+    EXPECT_EQ(o.Extras(), OrderExtras{});
+    EXPECT_EQ(copy.Extras().m_strStrategy, "v16"); // the copy keeps its own
 }
 
 TEST_F(Tracking, NewOrderOfNoBasketFillsNothing) {
@@ -495,6 +510,35 @@ TEST_F(Tracking, AWarningNotesItsOrderAndJoinsTheRejectionNotification) {
     EXPECT_EQ(boxes.shown()[0].text,
               "Warning: order ACCT01-20240315-57-1 IBM: Filled 200 of 100 shares\r\n"
               "Warning: order NOT-OURS-1 MSFT: Unreadable report\r\n");
+}
+
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+// The index behind "the first order whose record id matches": growth, clustering of
+// consecutive and colliding ids, and the ids at the ends of the range.
+TEST(RecordIdIndex, FindsEveryIdAtItsFirstPosition) {
+    RecordIdIndex index;
+    std::vector<int32_t> ids = {0, -1, INT32_MIN, INT32_MAX};
+    for (int32_t i = 1; i <= 5000; ++i) {
+        ids.push_back(i);          // what platforms hand out
+        ids.push_back(i << 18);    // same low bits
+        ids.push_back(-i * 65536); // same high bits
+    }
+    for (size_t p = 0; p < ids.size(); ++p) {
+        ASSERT_TRUE(index.emplace(ids[p], static_cast<uint32_t>(p))) << ids[p];
+    }
+    EXPECT_FALSE(index.emplace(7, 99)); // a second order under an id is not indexed
+    EXPECT_EQ(index.size(), ids.size());
+    for (size_t p = 0; p < ids.size(); ++p) {
+        ASSERT_EQ(index.find(ids[p]), std::optional<uint32_t>(static_cast<uint32_t>(p)));
+    }
+    EXPECT_EQ(index.find(5001), std::nullopt);
+    index.clear();
+    EXPECT_EQ(index.find(0), std::nullopt);
 }
 
 } // namespace

@@ -1,3 +1,4 @@
+#include "platform/PlatformEventQueue.h"
 #include "trading/quotes/QuoteBoard.h"
 
 #include <gtest/gtest.h>
@@ -208,6 +209,58 @@ TEST_F(QuoteBoardTest, SymbolOnTwoLinesUpdatesBothAndCaseDoesNotMatter) {
     EXPECT_EQ(lines.Cell(0, stkLast), "7.00");
     EXPECT_EQ(lines.Cell(1, stkLast), "");
     EXPECT_EQ(lines.Cell(2, stkLast), "7.00");
+    q.Symbol = " msft ";
+    board.OnQVXQuoteUpdate(q);
+    board.Timer200ms(lines);
+    EXPECT_EQ(lines.Cell(1, stkLast), "7.00");
+    EXPECT_NE(board.Latest("Msft"), nullptr);
+}
+
+// The queue merges a symbol's updates before the board sees them: the cells must come out
+// as if every update had been applied one by one.
+TEST_F(QuoteBoardTest, ConflatedUpdatesShowWhatEveryUpdateWould) {
+    Load({"AA", "BB", "CC", "aa"});
+    StockList direct;
+    direct.Assign(std::vector<StockLine>(lines.Lines().begin(), lines.Lines().end()));
+    QuoteBoard directBoard;
+    directBoard.SetLines(direct);
+    PlatformEventQueue queue;
+    queue.setQuoteConflation(true);
+    struct ToBoard : QVXEvents, QVXQuoteEvents {
+        QuoteBoard& board;
+        explicit ToBoard(QuoteBoard& b) : board(b) {}
+        void OnQVXOrderUpdate(const QVXOrderStruct&) override {}
+        void OnQVXOrderReject(const QVXRejectStruct&) override {}
+        void OnQVXOrderWarning(const QVXOrderWarning&) override {}
+        void OnQVXShutdown() override {}
+        void OnPlatformStatus(bool, const std::string&) override {}
+        void OnQVXQuoteSnap(const QVXQuoteStruct& q) override { board.OnQVXQuoteSnap(q); }
+        void OnQVXQuoteUpdate(const QVXQuoteStruct& q) override { board.OnQVXQuoteUpdate(q); }
+    } sink(board);
+    const char* symbols[] = {"AA", "BB", "CC", "DD"};
+    uint32_t x = 7;
+    for (int tick = 0; tick < 20; ++tick) {
+        for (int i = 0; i < 50; ++i) {
+            x = x * 1664525u + 1013904223u;
+            QVXQuoteStruct q = Record(symbols[(x >> 8) % 4], (x >> 12) & F::All);
+            q.BidPrice = q.AskPrice = q.LastPrice = q.OpenPrice = q.ClosePrice =
+                static_cast<double>((x >> 16) % 5000) / 100;
+            q.CumVolume = static_cast<int32_t>(x >> 10);
+            q.CompanyName = "Co " + std::to_string(x % 97);
+            directBoard.OnQVXQuoteUpdate(q);
+            queue.push(PlatformEventQueue::QuoteUpdate{q});
+        }
+        queue.drain(sink, sink);
+        board.Timer200ms(lines);
+        directBoard.Timer200ms(direct);
+        for (int row = 0; row < lines.Count(); ++row) {
+            ASSERT_EQ(lines.Line(row).cells, direct.Line(row).cells) << "tick " << tick;
+            EXPECT_EQ(board.QuoteAt(row)->m_strCompanyName,
+                      directBoard.QuoteAt(row)->m_strCompanyName);
+        }
+    }
+    ASSERT_NE(board.Latest("DD"), nullptr);
+    EXPECT_EQ(board.Latest("DD")->m_fLastPrice, directBoard.Latest("DD")->m_fLastPrice);
 }
 
 TEST_F(QuoteBoardTest, NewLinesStartFromTheLatestValues) {

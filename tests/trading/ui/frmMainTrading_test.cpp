@@ -130,18 +130,24 @@ TEST_F(MainScreen, AQuoteStormIsDeliveredInBoundedBatches) {
     Pump();
     const size_t batch = window->eventPump().batch();
     QVXQuoteStruct q;
-    q.Symbol = "MSFT";
     q.Fields = QVXQuoteField::Last;
+    q.LastPrice = 1;
     for (size_t i = 0; i < batch * 2 + 10; ++i) {
-        q.LastPrice = 100 + static_cast<double>(i) / 100;
+        q.Symbol = "Z" + std::to_string(i); // symbols of their own: one event each
+        sim->Events().push(PlatformEventQueue::QuoteUpdate{q});
+    }
+    // A symbol's updates that wait together reach the screen as one, with the latest value.
+    q.Symbol = "MSFT";
+    for (int i = 0; i < 100; ++i) {
+        q.LastPrice = 100 + i / 100.0;
         sim->Events().push(PlatformEventQueue::QuoteUpdate{q});
     }
     EXPECT_EQ(window->eventPump().drainBatch(), batch);
-    EXPECT_EQ(sim->Events().size(), batch + 10);
+    EXPECT_EQ(sim->Events().size(), batch + 11);
     Pump();
     EXPECT_EQ(sim->Events().size(), 0u);
     window->Timer200ms();
-    EXPECT_EQ(Cell(Stocks(), 1, stkLast), "140.09"); // the latest value wins
+    EXPECT_EQ(Cell(Stocks(), 1, stkLast), "100.99");
 }
 
 TEST_F(MainScreen, ExitWithOpenOrdersAsksButThePlatformShutdownClosesAtOnce) {
