@@ -3,6 +3,7 @@
 #include "admin/MainTradingDataReset.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TrackedOrders.h"
 #include "trading/FakePlatform.h"
 #include "trading/TradingDesk.h"
 #include "trading/orders/OrderTracker.h"
@@ -13,21 +14,7 @@ namespace wicker {
 namespace {
 
 using test::RecordingMessageBoxes;
-
-QVXOrderStruct Order(int32_t id, const std::string& memo, const std::string& clOrderId,
-                     int32_t leaves) {
-    QVXOrderStruct r;
-    r.OrderRecordId = id;
-    r.Memo = memo;
-    r.ClOrderID = clOrderId;
-    r.Side = "B";
-    r.Quantity = 100;
-    r.LvsQuantity = leaves;
-    r.CumExecQuantity = 100 - leaves;
-    r.Symbol = "IBM";
-    r.Instrument = "IBM";
-    return r;
-}
+using test::TrackedOrder;
 
 QVXRejectStruct Reject(const std::string& clOrderId) {
     QVXRejectStruct r;
@@ -50,8 +37,8 @@ protected:
 };
 
 TEST_F(TrackerClear, ForgetsOrdersRejectsAndRowsAndRefreshesOpenSummaries) {
-    tracker.OnQVXOrderUpdate(Order(1, "Tech-1-/bskt", "A1", 100));
-    tracker.OnQVXOrderUpdate(Order(2, "Oil-2-/bskt", "A2", 0));
+    tracker.OnQVXOrderUpdate(TrackedOrder(1, "Tech-1-/bskt", "A1", 100));
+    tracker.OnQVXOrderUpdate(TrackedOrder(2, "Oil-2-/bskt", "A2", 0));
     tracker.OnQVXOrderReject(Reject("A1"));
     ASSERT_TRUE(tracker.Timer1sec());
     boxes.clear();
@@ -73,7 +60,7 @@ TEST_F(TrackerClear, ForgetsOrdersRejectsAndRowsAndRefreshesOpenSummaries) {
     EXPECT_EQ(refills, 1);
 
     // The same ids later are new orders of a new list.
-    EXPECT_EQ(tracker.OnQVXOrderUpdate(Order(1, "Tech-3-/bskt", "A1", 100)),
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(TrackedOrder(1, "Tech-3-/bskt", "A1", 100)),
               OrderTracker::UpdateOutcome::Added);
     tracker.Timer1sec();
     ASSERT_EQ(tracker.BasketListLines().size(), 1u);
@@ -86,9 +73,9 @@ protected:
         desk = std::make_unique<TradingDesk>(platform, boxes, clock, dir.path());
         desk->setScreenChanged([this](uint32_t parts) { changed |= parts; });
         EXPECT_TRUE(desk->FormLoad().ok());
-        desk->OnQVXOrderUpdate(Order(1, "Tech-1-/bskt", "A1", 100));
-        desk->OnQVXOrderUpdate(Order(2, "Tech-1-/bskt", "A2", 40));
-        desk->OnQVXOrderUpdate(Order(3, "Tech-1-/bskt", "A3", 0));
+        desk->OnQVXOrderUpdate(TrackedOrder(1, "Tech-1-/bskt", "A1", 100));
+        desk->OnQVXOrderUpdate(TrackedOrder(2, "Tech-1-/bskt", "A2", 40));
+        desk->OnQVXOrderUpdate(TrackedOrder(3, "Tech-1-/bskt", "A3", 0));
         desk->Timer1sec();
         changed = 0;
         boxes.clear();
