@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <memory>
+#include <type_traits>
 
 #include <gtest/gtest.h>
 
@@ -98,174 +99,61 @@ TEST_F(Tracking, LaterUpdatesGoToTheOrderWithTheRecordIdWhateverTheirMemo) {
     EXPECT_EQ(tracker.Orders()[1].m_nLvsQuantity, 50);
 }
 
-void ExpectEveryField(const OrderUpdate& o) {
-    EXPECT_EQ(o.m_strAccount, "v0");
-    EXPECT_EQ(o.m_strAction, "v1");
-    EXPECT_EQ(o.m_strBatchId, "v2");
-    EXPECT_EQ(o.m_strDestination, "v3");
-    EXPECT_EQ(o.m_strExchClOrderId, "v4");
-    EXPECT_EQ(o.m_strExchOrderId, "v5");
-    EXPECT_EQ(o.m_strExecBroker, "v6");
-    EXPECT_EQ(o.m_strExecInst, "v7");
-    EXPECT_EQ(o.m_strInstrument, "v8");
-    EXPECT_EQ(o.m_strLogMessage, "v9");
-    EXPECT_EQ(o.m_strOrderTime, "v10");
-    EXPECT_EQ(o.m_strPairId, "v11");
-    EXPECT_EQ(o.m_strPriceType, "v12");
-    EXPECT_EQ(o.m_strSide, "v13");
-    EXPECT_EQ(o.m_fTrailInc, 14.5);
-    EXPECT_EQ(o.m_strSorPreference, "v15");
-    EXPECT_EQ(o.m_strStrategy, "v16");
-    EXPECT_EQ(o.m_strStartTime, "v17");
-    EXPECT_EQ(o.m_strEndTime, "v18");
-    EXPECT_EQ(o.m_strTif, "v19");
-    EXPECT_EQ(o.m_strUpdateTime, "v20");
-    EXPECT_EQ(o.m_strUser, "v21");
-    EXPECT_EQ(o.m_strUserId, "v22");
-    EXPECT_EQ(o.m_fAvgExecPrice, 23.5);
-    EXPECT_EQ(o.m_fAvgPriceLmt, 24.5);
-    EXPECT_EQ(o.m_fCashComponent, 25.5);
-    EXPECT_EQ(o.m_fDiscretion, 26.5);
-    EXPECT_EQ(o.m_fExecPriceLmt, 27.5);
-    EXPECT_EQ(o.m_fLmtPrice, 28.5);
-    EXPECT_EQ(o.m_fMaxHighPctDeviation, 29.5);
-    EXPECT_EQ(o.m_fMaxLowPctDeviation, 30.5);
-    EXPECT_EQ(o.m_fPctPerSlice, 31.5);
-    EXPECT_EQ(o.m_fPegDiff, 32.5);
-    EXPECT_EQ(o.m_fPremium, 33.5);
-    EXPECT_EQ(o.m_fRatio, 34.5);
-    EXPECT_EQ(o.m_fReactPrice, 35.5);
-    EXPECT_EQ(o.m_fStpPrice, 36.5);
-    EXPECT_EQ(o.m_fTargetPctVolume, 37.5);
-    EXPECT_EQ(o.m_fTargetPrice, 38.5);
-    EXPECT_EQ(o.m_fTilt, 39.5);
-    EXPECT_EQ(o.m_fTrailAmt, 40.5);
-    EXPECT_EQ(o.m_fUrStpdPrice, 41.5);
-    EXPECT_EQ(o.m_nSeqNum, 1042);
-    EXPECT_EQ(o.m_nAuction, 1043);
-    EXPECT_EQ(o.m_nCumExecQuantity, 1044);
-    EXPECT_EQ(o.m_nDbsNo, 1045);
-    EXPECT_EQ(o.m_nDisplay, 1046);
-    EXPECT_EQ(o.m_nDuration, 1047);
-    EXPECT_EQ(o.m_nExecAggression, 1048);
-    EXPECT_EQ(o.m_nLvsQuantity, 1049);
-    EXPECT_EQ(o.m_nMarketStructure, 1050);
-    EXPECT_EQ(o.m_nMaxPctVolume, 1051);
-    EXPECT_EQ(o.m_nMinPctVolume, 1052);
-    EXPECT_EQ(o.m_nMinQuantity, 1053);
-    EXPECT_EQ(o.m_nOrderCompletion, 1054);
-    EXPECT_EQ(o.m_nOrderRecordId, 1055);
-    EXPECT_EQ(o.m_nOrderStatus, 1056);
-    EXPECT_EQ(o.m_nPingInterval, 1057);
-    EXPECT_EQ(o.m_nPriceTolerance, 1058);
-    EXPECT_EQ(o.m_nPriceType, 1059);
-    EXPECT_EQ(o.m_nQuantity, 1060);
-    EXPECT_EQ(o.m_nQtyTolerancePct, 1061);
-    EXPECT_EQ(o.m_nQtyToleranceSize, 1062);
-    EXPECT_EQ(o.m_nRefresh, 1063);
-    EXPECT_EQ(o.m_nRefreshInterval, 1064);
-    EXPECT_EQ(o.m_nSeqNo, 1065);
-    EXPECT_EQ(o.m_nSizeLow, 1066);
-    EXPECT_EQ(o.m_nSizeMax, 1067);
-    EXPECT_EQ(o.m_nTrailId, 1068);
-    EXPECT_TRUE(o.m_bMoo);
-    EXPECT_TRUE(o.m_bMoc);
-    EXPECT_TRUE(o.m_bOpportunisticTrade);
-    EXPECT_TRUE(o.m_bSvrStpReleased);
-    EXPECT_TRUE(o.m_bTakeLiquidity);
+// Every field the tracker keeps of an order record, by the record's name; the kept member
+// is the same name behind m_str, m_f, m_n or m_b.
+// clang-format off
+#define KEPT_TEXTS(X) X(Account) X(Action) X(BatchId) X(Destination) X(ExchClOrderId) \
+    X(ExchOrderId) X(ExecBroker) X(ExecInst) X(Instrument) X(LogMessage) X(OrderTime) X(PairId) \
+    X(PriceType) X(Side) X(SorPreference) X(Strategy) X(StartTime) X(EndTime) X(Tif) \
+    X(UpdateTime) X(User) X(UserId)
+#define KEPT_PRICES(X) X(TrailInc) X(AvgExecPrice) X(AvgPriceLmt) X(CashComponent) \
+    X(Discretion) X(ExecPriceLmt) X(LmtPrice) X(MaxHighPctDeviation) X(MaxLowPctDeviation) \
+    X(PctPerSlice) X(PegDiff) X(Premium) X(Ratio) X(ReactPrice) X(StpPrice) X(TargetPctVolume) \
+    X(TargetPrice) X(Tilt) X(TrailAmt) X(UrStpdPrice)
+#define KEPT_COUNTS(X) X(SeqNum) X(Auction) X(CumExecQuantity) X(DbsNo) X(Display) X(Duration) \
+    X(ExecAggression) X(LvsQuantity) X(MarketStructure) X(MaxPctVolume) X(MinPctVolume) \
+    X(MinQuantity) X(OrderCompletion) X(OrderRecordId) X(OrderStatus) X(PingInterval) \
+    X(PriceTolerance) X(Quantity) X(QtyTolerancePct) X(QtyToleranceSize) X(Refresh) \
+    X(RefreshInterval) X(SeqNo) X(SizeLow) X(SizeMax) X(TrailId)
+#define KEPT_FLAGS(X) X(Moo) X(Moc) X(OpportunisticTrade) X(SvrStpReleased) X(TakeLiquidity)
+
+/// A record whose every kept field holds a value of its own.
+QVXOrderStruct EveryFieldSet() {
+    QVXOrderStruct r;
+    int v = 0;
+#define SET_TEXT(F) r.F = "v" + std::to_string(++v);
+#define SET_NUMBER(F) r.F = static_cast<decltype(r.F)>(++v + 0.5 * std::is_floating_point_v<decltype(r.F)>);
+#define SET_FLAG(F) r.F = true;
+    KEPT_TEXTS(SET_TEXT) KEPT_PRICES(SET_NUMBER) KEPT_COUNTS(SET_NUMBER) KEPT_FLAGS(SET_FLAG)
+    r.PriceTypeCode = 1059;
+    return r;
 }
 
+void ExpectEveryField(const OrderUpdate& o, const QVXOrderStruct& r) {
+#define EXPECT_KEPT(PREFIX, F) EXPECT_EQ(o.PREFIX##F, r.F) << #F;
+#define EXPECT_TEXT(F) EXPECT_KEPT(m_str, F)
+#define EXPECT_PRICE(F) EXPECT_KEPT(m_f, F)
+#define EXPECT_COUNT(F) EXPECT_KEPT(m_n, F)
+#define EXPECT_FLAG(F) EXPECT_KEPT(m_b, F)
+    KEPT_TEXTS(EXPECT_TEXT) KEPT_PRICES(EXPECT_PRICE) KEPT_COUNTS(EXPECT_COUNT) KEPT_FLAGS(EXPECT_FLAG)
+    EXPECT_EQ(o.m_nPriceType, r.PriceTypeCode);
+}
+// clang-format on
+
 TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
-    QVXOrderStruct r;
-    r.Account = "v0";
-    r.Action = "v1";
-    r.BatchId = "v2";
-    r.Destination = "v3";
-    r.ExchClOrderId = "v4";
-    r.ExchOrderId = "v5";
-    r.ExecBroker = "v6";
-    r.ExecInst = "v7";
-    r.Instrument = "v8";
-    r.LogMessage = "v9";
-    r.OrderTime = "v10";
-    r.PairId = "v11";
-    r.PriceType = "v12";
-    r.Side = "v13";
-    r.TrailInc = 14.5;
-    r.SorPreference = "v15";
-    r.Strategy = "v16";
-    r.StartTime = "v17";
-    r.EndTime = "v18";
-    r.Tif = "v19";
-    r.UpdateTime = "v20";
-    r.User = "v21";
-    r.UserId = "v22";
-    r.AvgExecPrice = 23.5;
-    r.AvgPriceLmt = 24.5;
-    r.CashComponent = 25.5;
-    r.Discretion = 26.5;
-    r.ExecPriceLmt = 27.5;
-    r.LmtPrice = 28.5;
-    r.MaxHighPctDeviation = 29.5;
-    r.MaxLowPctDeviation = 30.5;
-    r.PctPerSlice = 31.5;
-    r.PegDiff = 32.5;
-    r.Premium = 33.5;
-    r.Ratio = 34.5;
-    r.ReactPrice = 35.5;
-    r.StpPrice = 36.5;
-    r.TargetPctVolume = 37.5;
-    r.TargetPrice = 38.5;
-    r.Tilt = 39.5;
-    r.TrailAmt = 40.5;
-    r.UrStpdPrice = 41.5;
-    r.SeqNum = 1042;
-    r.Auction = 1043;
-    r.CumExecQuantity = 1044;
-    r.DbsNo = 1045;
-    r.Display = 1046;
-    r.Duration = 1047;
-    r.ExecAggression = 1048;
-    r.LvsQuantity = 1049;
-    r.MarketStructure = 1050;
-    r.MaxPctVolume = 1051;
-    r.MinPctVolume = 1052;
-    r.MinQuantity = 1053;
-    r.OrderCompletion = 1054;
-    r.OrderRecordId = 1055;
-    r.OrderStatus = 1056;
-    r.PingInterval = 1057;
-    r.PriceTolerance = 1058;
-    r.PriceTypeCode = 1059;
-    r.Quantity = 1060;
-    r.QtyTolerancePct = 1061;
-    r.QtyToleranceSize = 1062;
-    r.Refresh = 1063;
-    r.RefreshInterval = 1064;
-    r.SeqNo = 1065;
-    r.SizeLow = 1066;
-    r.SizeMax = 1067;
-    r.TrailId = 1068;
-    r.Moo = true;
-    r.Moc = true;
-    r.OpportunisticTrade = true;
-    r.SvrStpReleased = true;
-    r.TakeLiquidity = true;
+    QVXOrderStruct r = EveryFieldSet();
     r.Memo = "Basket-9-/bskt";
     r.ClOrderID = "ACC-20240315-9-1";
     OrderUpdate o;
     o.UpdateOrder(r, true);
-    ExpectEveryField(o);
-    EXPECT_EQ(o.m_strBasketId, "Basket");
-    EXPECT_EQ(o.m_nBasketSeq, 9);
-    EXPECT_EQ(o.m_strClOrderId, "ACC-20240315-9-1");
-
     OrderUpdate copy;
     copy.SetAllMembers(o);
-    ExpectEveryField(copy);
-    EXPECT_EQ(copy.m_strBasketId, "Basket");
-    EXPECT_EQ(copy.m_nBasketSeq, 9);
-    EXPECT_EQ(copy.m_strClOrderId, "ACC-20240315-9-1");
+    for (const OrderUpdate* kept : {&o, &copy}) {
+        ExpectEveryField(*kept, r);
+        EXPECT_EQ(kept->m_strBasketId, "Basket");
+        EXPECT_EQ(kept->m_nBasketSeq, 9);
+        EXPECT_EQ(kept->m_strClOrderId, "ACC-20240315-9-1");
+    }
 }
 
 TEST_F(Tracking, NewOrderOfNoBasketFillsNothing) {
