@@ -1,4 +1,4 @@
-// Clearing and closing the tracked orders from the utilities screen.
+// Clearing and closing the desk's tracked orders from the utilities screen.
 
 #include "admin/MainTradingDataReset.h"
 #include "support/RecordingMessageBoxes.h"
@@ -6,7 +6,6 @@
 #include "support/TrackedOrders.h"
 #include "trading/FakePlatform.h"
 #include "trading/TradingDesk.h"
-#include "trading/orders/OrderTracker.h"
 
 #include <gtest/gtest.h>
 
@@ -15,57 +14,6 @@ namespace {
 
 using test::RecordingMessageBoxes;
 using test::TrackedOrder;
-
-QVXRejectStruct Reject(const std::string& clOrderId) {
-    QVXRejectStruct r;
-    r.ClOrderID = clOrderId;
-    r.Side = "B";
-    r.Quantity = 100;
-    r.Symbol = "IBM";
-    r.RejectReason = 3;
-    return r;
-}
-
-class TrackerClear : public testing::Test {
-protected:
-    TrackerClear()
-        : clock(FromLocal(LocalDateTime{2024, 3, 15, 14, 5, 9, 0})), tracker(boxes, clock) {}
-
-    RecordingMessageBoxes boxes;
-    ManualClock clock;
-    OrderTracker tracker;
-};
-
-TEST_F(TrackerClear, ForgetsOrdersRejectsAndRowsAndRefreshesOpenSummaries) {
-    tracker.OnQVXOrderUpdate(TrackedOrder(1, "Tech-1-/bskt", "A1", 100));
-    tracker.OnQVXOrderUpdate(TrackedOrder(2, "Oil-2-/bskt", "A2", 0));
-    tracker.OnQVXOrderReject(Reject("A1"));
-    ASSERT_TRUE(tracker.Timer1sec());
-    boxes.clear();
-    tracker.OnQVXOrderReject(Reject("A2"));
-    int refills = 0;
-    tracker.AddOrderSummaryWindow([&] { ++refills; });
-
-    tracker.Clear();
-    EXPECT_TRUE(tracker.Orders().empty());
-    EXPECT_TRUE(tracker.Rows().empty());
-    EXPECT_TRUE(tracker.BasketListLines().empty());
-    EXPECT_TRUE(tracker.Symbols().empty());
-    EXPECT_TRUE(tracker.PendingRejects().empty());
-    EXPECT_EQ(tracker.FindOrder(1), nullptr);
-
-    // The queued reject is gone; the open summary window is refilled, with nothing.
-    EXPECT_TRUE(tracker.Timer1sec());
-    EXPECT_TRUE(boxes.shown().empty());
-    EXPECT_EQ(refills, 1);
-
-    // The same ids later are new orders of a new list.
-    EXPECT_EQ(tracker.OnQVXOrderUpdate(TrackedOrder(1, "Tech-3-/bskt", "A1", 100)),
-              OrderTracker::UpdateOutcome::Added);
-    tracker.Timer1sec();
-    ASSERT_EQ(tracker.BasketListLines().size(), 1u);
-    EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
-}
 
 class MainReset : public testing::Test {
 protected:

@@ -385,5 +385,42 @@ TEST_F(Tracking, AWarningNotesItsOrderAndJoinsTheRejectionNotification) {
               "Warning: order NOT-OURS-1 MSFT: Unreadable report\r\n");
 }
 
+TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummaries) {
+    tracker.OnQVXOrderUpdate(Record(1, "Tech-1-/bskt", "A1"));
+    tracker.OnQVXOrderUpdate(Record(2, "Oil-2-/bskt", "A2", "B", 100, 0, 100));
+    tracker.OnQVXOrderReject(Reject("A1", "B", 100, "IBM", 3));
+    ASSERT_TRUE(tracker.Timer1sec());
+    boxes.clear();
+    tracker.OnQVXOrderReject(Reject("A2", "B", 100, "IBM", 3));
+    tracker.OnOrderHandedOff(*HandedOff("ACCT01-20240315-57-1"), 7);
+    int refills = 0;
+    tracker.AddOrderSummaryWindow([&] { ++refills; });
+
+    tracker.Clear();
+    EXPECT_TRUE(tracker.Orders().empty());
+    EXPECT_TRUE(tracker.Rows().empty());
+    EXPECT_TRUE(tracker.BasketListLines().empty());
+    EXPECT_TRUE(tracker.Symbols().empty());
+    EXPECT_TRUE(tracker.PendingRejects().empty());
+    EXPECT_EQ(tracker.FindOrder(1), nullptr);
+
+    // The queued reject and the unanswered order are gone; the open summary window is
+    // refilled, with nothing.
+    clock.advance(std::chrono::seconds(30));
+    EXPECT_TRUE(tracker.Timer1sec());
+    EXPECT_TRUE(boxes.shown().empty());
+    EXPECT_EQ(tracker.NoAnswerCount(), 0u);
+    EXPECT_EQ(refills, 1);
+
+    // The same record id later is a new order of a new list; a reject of a forgotten client
+    // order id touches none of the new orders.
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(1, "Tech-3-/bskt", "B1")), Outcome::Added);
+    tracker.OnQVXOrderReject(Reject("A1", "B", 100, "IBM", 3));
+    EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 100);
+    tracker.Timer1sec();
+    ASSERT_EQ(tracker.BasketListLines().size(), 1u);
+    EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
+}
+
 } // namespace
 } // namespace wicker
