@@ -151,6 +151,14 @@ TEST_F(SetupScreen, DeletingABasketShowsTheFollowingOneAndDropsItsLines) {
     EXPECT_EQ(baskets(*s).currentIndex().row(), 1);
     EXPECT_TRUE(t.lines(banks).empty());
     EXPECT_EQ(t.lines(tech).size(), 2u);
+
+    clickBasket(*s, 0);
+    Click(*s, "cmdDeleteBasket"); // Tech: Oil follows
+    Click(*s, "cmdDeleteBasket"); // Oil, the last: nothing is shown
+    EXPECT_EQ(Rows(baskets(*s)), 0);
+    EXPECT_EQ(Rows(stocks(*s)), 0);
+    EXPECT_EQ(label(*s), "");
+    EXPECT_EQ(s->currentBasketNum(), 0);
 }
 
 TEST_F(SetupScreen, DeleteStockRemovesTheRowAtOnce) {
