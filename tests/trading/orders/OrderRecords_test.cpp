@@ -4,6 +4,7 @@
 #include "platform/TicketOrder.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TrackedOrders.h"
 #include "trading/FakePlatform.h"
 #include "trading/orders/OrderRecords.h"
 
@@ -21,7 +22,7 @@ protected:
         order.setMemo(Memo);
         order.setAccount("ACCT01");
         order.setSymbol("IBM");
-        order.setQuantity(300);
+        order.setQuantity(100);
         order.setDestination("NYSE");
         order.setSide("B");
         order.setPriceType(OrderPriceType::Limit);
@@ -52,15 +53,8 @@ TEST_F(Records, EveryReportOfAnOrderIsKeptWithItsMemo) {
     WriteTheSend();
     records.Submitted(order, 7);
     records.SendEnds(57);
-    for (const int32_t leaves : {200, 0}) {
-        QVXOrderStruct r;
-        r.OrderRecordId = 7;
-        r.Memo = Memo;
-        r.ClOrderID = ClOrderId;
-        r.Side = "B";
-        r.Quantity = 300;
-        r.LvsQuantity = leaves;
-        r.CumExecQuantity = 300 - leaves;
+    for (const int32_t leaves : {40, 0}) {
+        QVXOrderStruct r = test::TrackedOrder(7, Memo, ClOrderId, leaves);
         r.AvgExecPrice = 10.1;
         r.ExecPriceLmt = 10.25;
         r.OrderStatus = leaves > 0 ? QVXOrderStatus::PartiallyFilled : QVXOrderStatus::Filled;
@@ -72,7 +66,7 @@ TEST_F(Records, EveryReportOfAnOrderIsKeptWithItsMemo) {
     ASSERT_EQ(kept.size(), 1u);
     EXPECT_EQ(kept[0].tracked.state.Memo, Memo);
     EXPECT_EQ(kept[0].tracked.state.LvsQuantity, 0);
-    EXPECT_EQ(kept[0].tracked.state.CumExecQuantity, 300);
+    EXPECT_EQ(kept[0].tracked.state.CumExecQuantity, 100);
     EXPECT_EQ(kept[0].tracked.state.AvgExecPrice, 10.1);
     EXPECT_EQ(kept[0].tracked.state.ExecPriceLmt, 10.25);
 }
