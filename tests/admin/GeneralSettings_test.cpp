@@ -1,7 +1,6 @@
 #include "admin/GeneralSettings.h"
 #include "platform/PlatformSettings.h"
 #include "storage/Settings.h"
-#include "storage/clsIniFile.h"
 #include "support/TempDir.h"
 
 #include <gtest/gtest.h>
@@ -16,12 +15,7 @@ protected:
     Settings LoadScreen() const { return LoadSettings(dir.path(), clock); }
     GeneralSettings Load() const { return LoadGeneralSettings(LoadScreen(), dir.path()); }
     std::string Stored(const std::string& section, const std::string& key) const {
-        clsIniFile ini;
-        ini.setPath(dir / "basket.ini");
-        ini.setSection(section);
-        ini.setKey(key);
-        ini.setDefault("<missing>");
-        return ini.Value();
+        return test::IniValue(dir / "basket.ini", section, key);
     }
 
     TempDir dir;

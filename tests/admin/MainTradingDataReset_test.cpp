@@ -1,11 +1,11 @@
-// Clearing and closing the tracked orders from the utilities screen.
+// Clearing and closing the desk's tracked orders from the utilities screen.
 
 #include "admin/MainTradingDataReset.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TrackedOrders.h"
 #include "trading/FakePlatform.h"
 #include "trading/TradingDesk.h"
-#include "trading/orders/OrderTracker.h"
 
 #include <gtest/gtest.h>
 
@@ -13,72 +13,7 @@ namespace wicker {
 namespace {
 
 using test::RecordingMessageBoxes;
-
-QVXOrderStruct Order(int32_t id, const std::string& memo, const std::string& clOrderId,
-                     int32_t leaves) {
-    QVXOrderStruct r;
-    r.OrderRecordId = id;
-    r.Memo = memo;
-    r.ClOrderID = clOrderId;
-    r.Side = "B";
-    r.Quantity = 100;
-    r.LvsQuantity = leaves;
-    r.CumExecQuantity = 100 - leaves;
-    r.Symbol = "IBM";
-    r.Instrument = "IBM";
-    return r;
-}
-
-QVXRejectStruct Reject(const std::string& clOrderId) {
-    QVXRejectStruct r;
-    r.ClOrderID = clOrderId;
-    r.Side = "B";
-    r.Quantity = 100;
-    r.Symbol = "IBM";
-    r.RejectReason = 3;
-    return r;
-}
-
-class TrackerClear : public testing::Test {
-protected:
-    TrackerClear()
-        : clock(FromLocal(LocalDateTime{2024, 3, 15, 14, 5, 9, 0})), tracker(boxes, clock) {}
-
-    RecordingMessageBoxes boxes;
-    ManualClock clock;
-    OrderTracker tracker;
-};
-
-TEST_F(TrackerClear, ForgetsOrdersRejectsAndRowsAndRefreshesOpenSummaries) {
-    tracker.OnQVXOrderUpdate(Order(1, "Tech-1-/bskt", "A1", 100));
-    tracker.OnQVXOrderUpdate(Order(2, "Oil-2-/bskt", "A2", 0));
-    tracker.OnQVXOrderReject(Reject("A1"));
-    ASSERT_TRUE(tracker.Timer1sec());
-    boxes.clear();
-    tracker.OnQVXOrderReject(Reject("A2"));
-    int refills = 0;
-    tracker.AddOrderSummaryWindow([&] { ++refills; });
-
-    tracker.Clear();
-    EXPECT_TRUE(tracker.Orders().empty());
-    EXPECT_TRUE(tracker.Rows().empty());
-    EXPECT_TRUE(tracker.BasketListLines().empty());
-    EXPECT_TRUE(tracker.Symbols().empty());
-    EXPECT_TRUE(tracker.PendingRejects().empty());
-    EXPECT_EQ(tracker.FindOrder(1), nullptr);
-
-    // The queued reject is gone; the open summary window is refilled, with nothing.
-    EXPECT_TRUE(tracker.Timer1sec());
-    EXPECT_TRUE(boxes.shown().empty());
-    EXPECT_EQ(refills, 1);
-
-    // The same ids later are new orders of a new list.
-    EXPECT_EQ(tracker.OnQVXOrderUpdate(Order(1, "Tech-3-/bskt", "A1", 100)),
-              OrderTracker::UpdateOutcome::Added);
-    tracker.Timer1sec();
-    ASSERT_EQ(tracker.BasketListLines().size(), 1u);
-    EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
-}
+using test::TrackedOrder;
 
 class MainReset : public testing::Test {
 protected:
@@ -86,9 +21,9 @@ protected:
         desk = std::make_unique<TradingDesk>(platform, boxes, clock, dir.path());
         desk->setScreenChanged([this](uint32_t parts) { changed |= parts; });
         EXPECT_TRUE(desk->FormLoad().ok());
-        desk->OnQVXOrderUpdate(Order(1, "Tech-1-/bskt", "A1", 100));
-        desk->OnQVXOrderUpdate(Order(2, "Tech-1-/bskt", "A2", 40));
-        desk->OnQVXOrderUpdate(Order(3, "Tech-1-/bskt", "A3", 0));
+        desk->OnQVXOrderUpdate(TrackedOrder(1, "Tech-1-/bskt", "A1", 100));
+        desk->OnQVXOrderUpdate(TrackedOrder(2, "Tech-1-/bskt", "A2", 40));
+        desk->OnQVXOrderUpdate(TrackedOrder(3, "Tech-1-/bskt", "A3", 0));
         desk->Timer1sec();
         changed = 0;
         boxes.clear();

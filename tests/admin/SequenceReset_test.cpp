@@ -1,6 +1,5 @@
 #include "admin/SequenceReset.h"
 #include "storage/Settings.h"
-#include "storage/clsIniFile.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
 
@@ -14,12 +13,7 @@ using namespace test;
 class SequenceReset : public testing::Test {
 protected:
     std::string stored(const std::string& key) const {
-        clsIniFile ini;
-        ini.setPath(dir / "basket.ini");
-        ini.setSection("Sequence");
-        ini.setKey(key);
-        ini.setDefault("<missing>");
-        return ini.Value();
+        return test::IniValue(dir / "basket.ini", "Sequence", key);
     }
 
     TempDir dir;

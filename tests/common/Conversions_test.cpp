@@ -76,7 +76,7 @@ TEST(IsNumericAndCDbl, Table) {
         {"1,000", true, 1000}, {"1E-2", true, 0.01}, {"1d2", true, 100}, {"&H10", true, 16},
         {"&HFFFF", true, -1},  {"&O17", true, 15},   {"1e", false, 0},   {".", false, 0},
         {"-", false, 0},       {"12abc", false, 0},  {"1 2", false, 0},  {",1", false, 0},
-        {"1e999", false, 0},
+        {"1e999", false, 0},   {"&HF", true, 15},    {"&H", false, 0},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(c.text);

@@ -122,20 +122,7 @@ private:
 
 template <class Side> class PlatformContract : public ::testing::Test {
 protected:
-    int32_t send(const OrderSpec& spec) {
-        std::unique_ptr<QVXOrder> order = side.platform().CreateOrder();
-        order->setMemo(spec.memo);
-        order->setAccount(spec.account);
-        order->setSymbol(spec.symbol);
-        order->setQuantity(spec.quantity);
-        order->setDestination(spec.destination);
-        order->setTif(spec.tif);
-        order->setPriceType(spec.priceType);
-        order->setSide(spec.side);
-        order->setLmtPrice(spec.price);
-        order->setClOrderID(spec.clOrderId);
-        return order->SubmitOrder();
-    }
+    int32_t send(const OrderSpec& spec) { return test::Submit(side.platform(), spec); }
     static OrderSpec Market(std::string id, int32_t quantity, std::string symbol = "IBM") {
         OrderSpec s;
         s.clOrderId = std::move(id);

@@ -81,6 +81,22 @@ struct OrderSpec {
     std::string memo = "Tech10-57-/bskt";
 };
 
+/// Submits one order of `spec` to `platform`; SubmitOrder's answer.
+inline int32_t Submit(Platform& platform, const OrderSpec& spec) {
+    auto order = platform.CreateOrder();
+    order->setMemo(spec.memo);
+    order->setAccount(spec.account);
+    order->setSymbol(spec.symbol);
+    order->setQuantity(spec.quantity);
+    order->setDestination(spec.destination);
+    order->setTif(spec.tif);
+    order->setPriceType(spec.priceType);
+    order->setSide(spec.side);
+    order->setLmtPrice(spec.price);
+    order->setClOrderID(spec.clOrderId);
+    return order->SubmitOrder();
+}
+
 /// A simulated platform on a manual clock, started, and a recorder to drain it into.
 class SimDesk {
 public:
@@ -92,20 +108,7 @@ public:
         }
     }
 
-    int32_t send(const OrderSpec& spec) {
-        auto order = platform.CreateOrder();
-        order->setMemo(spec.memo);
-        order->setAccount(spec.account);
-        order->setSymbol(spec.symbol);
-        order->setQuantity(spec.quantity);
-        order->setDestination(spec.destination);
-        order->setTif(spec.tif);
-        order->setPriceType(spec.priceType);
-        order->setSide(spec.side);
-        order->setLmtPrice(spec.price);
-        order->setClOrderID(spec.clOrderId);
-        return order->SubmitOrder();
-    }
+    int32_t send(const OrderSpec& spec) { return Submit(platform, spec); }
 
     void drain() { platform.Events().drain(events, events); }
 

@@ -38,6 +38,7 @@ TEST(TranslateJet, Rewrites) {
          "SELECT * FROM t WHERE ((f (x, y)) IS NULL) AND c = 'ISNULL(z)'"},
         {"SELECT a FROM t;", "SELECT a FROM t"},
         {"INSERT INTO t(d) VALUES(#11/22/2026#)", "INSERT INTO t (d) VALUES ('11/22/2026')"},
+        {"SELECT a FROM t WHERE b = 'O''Neil;'", "SELECT a FROM t WHERE b = 'O''Neil;'"},
     };
     for (const auto& r : rows) {
         EXPECT_EQ(TranslateJet(r.jet).sql, r.sqlite) << r.jet;
@@ -60,7 +61,7 @@ TEST(TranslateJet, MalformedTextSizesAreDatabaseErrors) {
 }
 
 TEST(TranslateJet, AlterColumnBecomesARebuildRequest) {
-    const auto st = TranslateJet("ALTER TABLE tblBasketDetails ALTER COLUMN intQty Double");
+    const auto st = TranslateJet("ALTER TABLE [tblBasketDetails] ALTER COLUMN [intQty] Double");
     ASSERT_TRUE(st.alterColumn.has_value());
     EXPECT_EQ(st.alterColumn->table, "tblBasketDetails");
     EXPECT_EQ(st.alterColumn->column, "intQty");

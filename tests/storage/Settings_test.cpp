@@ -16,12 +16,7 @@ protected:
     ManualClock clock{FromLocal({2026, 11, 22, 9, 30, 0, 0})};
     fs::path file() const { return dir / "basket.ini"; }
     std::string Ini(const char* section, const char* key) const {
-        clsIniFile ini;
-        ini.setPath(file());
-        ini.setSection(section);
-        ini.setKey(key);
-        ini.setDefault("<missing>");
-        return ini.Value();
+        return test::IniValue(file(), section, key);
     }
     Settings Load(const std::string& basketIni) {
         test::WriteFile(file(), basketIni);

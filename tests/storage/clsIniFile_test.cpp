@@ -323,6 +323,12 @@ TEST_F(IniTest, LoadFormPositionEndsOnScreenAndNoSmallerThanTheMinimum) {
          {1920, 0, 1280, 1024},
          {1920, 272, 640, 480}},
         {"minimum above the screen wins", "", 2000, {}, hd, {0, 300, 2000, 480}},
+        {"no screen known: saved place, minimum size",
+         "Left=10\r\nWidth=100\r\nHeight=90\r\n",
+         400,
+         300,
+         {},
+         {10, 60, 400, 300}},
     };
     for (const auto& row : rows) {
         test::WriteFile(file(), "[frmMain]\r\n" + row.keys);

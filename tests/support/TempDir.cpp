@@ -1,5 +1,7 @@
 #include "TempDir.h"
 
+#include "storage/clsIniFile.h"
+
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -39,6 +41,16 @@ std::string ReadFile(const std::filesystem::path& p) {
     std::ostringstream ss;
     ss << f.rdbuf();
     return ss.str();
+}
+
+std::string IniValue(const std::filesystem::path& file, const std::string& section,
+                     const std::string& key) {
+    clsIniFile ini;
+    ini.setPath(file);
+    ini.setSection(section);
+    ini.setKey(key);
+    ini.setDefault("<missing>");
+    return ini.Value();
 }
 
 } // namespace wicker::test

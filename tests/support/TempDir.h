@@ -24,5 +24,8 @@ private:
 void WriteFile(const std::filesystem::path& p, const std::string& bytes);
 /// Reads a whole file as bytes.
 std::string ReadFile(const std::filesystem::path& p);
+/// A key of a settings file as the program reads it; "<missing>" when it is not there.
+std::string IniValue(const std::filesystem::path& file, const std::string& section,
+                     const std::string& key);
 
 } // namespace wicker::test

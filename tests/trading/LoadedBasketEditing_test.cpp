@@ -6,6 +6,7 @@
 #include "storage/BasketDatabase.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TestDatabase.h"
 #include "trading/TradingDesk.h"
 
 #include <algorithm>
@@ -26,12 +27,8 @@ protected:
 
     /// Tech (1): IBM 100 NYSE, MSFT 50 NYSE, IBM 20 NYSE; Oil (2): XOM 10 NYSE.
     void SetUp() override {
-        const auto path = dir / "baskets.mdb";
-        CreateBasketDatabase(path);
         {
-            auto db = Database::Open(path);
-            CreateInitialData(*db);
-            RunVersionLadder(*db, "1.2.0");
+            auto db = test::CreateTestDatabase(dir / "baskets.mdb");
             for (const char* sql :
                  {"INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
                   "VALUES('Tech','T',1,'B')",

@@ -9,6 +9,7 @@
 #include "storage/Database.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TestDatabase.h"
 #include "trading/orders/ModifyClOrderIds.h"
 #include "trading/orders/OrderReplace.h"
 #include "trading/orders/OrderTracker.h"
@@ -74,11 +75,7 @@ class OrderChange : public ::testing::Test {
 protected:
     OrderChange()
         : clock(FromLocal(LocalDateTime{2024, 3, 15, 14, 5, 9, 0})), tracker(boxes, clock) {
-        const auto path = dir / "baskets.mdb";
-        CreateBasketDatabase(path);
-        db = Database::Open(path);
-        CreateInitialData(*db);
-        RunVersionLadder(*db, "1.2.0");
+        db = CreateTestDatabase(dir / "baskets.mdb");
     }
 
     void Track(const QVXOrderStruct& r) { tracker.OnQVXOrderUpdate(r); }

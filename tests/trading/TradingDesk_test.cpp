@@ -2,6 +2,7 @@
 #include "storage/BasketDatabase.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TestDatabase.h"
 #include "trading/TradingDesk.h"
 
 #include <algorithm>
@@ -28,11 +29,7 @@ protected:
 
     /// A database at the current version holding the given SQL rows, before the desk starts.
     void Prepare(const Strings& statements, const std::string& version = "") {
-        const auto path = dir / "baskets.mdb";
-        CreateBasketDatabase(path);
-        auto db = Database::Open(path);
-        CreateInitialData(*db);
-        RunVersionLadder(*db, "1.2.0");
+        auto db = test::CreateTestDatabase(dir / "baskets.mdb");
         if (!version.empty()) {
             db->ExecuteSql("UPDATE tblConfig SET strDbVersion = '" + version + "'");
         }

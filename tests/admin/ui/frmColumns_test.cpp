@@ -2,7 +2,6 @@
 // "Columns" screen and by the headers, kept in basket.ini across restarts.
 
 #include "admin/ui/frmColumns.h"
-#include "storage/clsIniFile.h"
 #include "trading/basket/StockList.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/ui/MainScreenFixture.h"
@@ -17,12 +16,7 @@ namespace {
 class ColumnsScreen : public MainScreen {
 protected:
     std::string Stored(const char* section, const char* key) const {
-        clsIniFile ini;
-        ini.setPath(dir / "basket.ini");
-        ini.setSection(section);
-        ini.setKey(key);
-        ini.setDefault("<missing>");
-        return ini.Value();
+        return test::IniValue(dir / "basket.ini", section, key);
     }
     QHeaderView& StockHeader() const { return *Stocks().horizontalHeader(); }
     QHeaderView& BasketHeader() const { return *Baskets().horizontalHeader(); }

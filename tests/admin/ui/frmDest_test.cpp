@@ -80,13 +80,6 @@ TEST_F(DestinationScreen, CancelWritesNothing) {
     EXPECT_EQ(t.destinations(), before);
 }
 
-TEST_F(DestinationScreen, RepeatedAndEmptyNamesAddNothing) {
-    frmDest screen(*t.db, boxes);
-    addThroughDialog(screen, QStringLiteral("nyse"));
-    addThroughDialog(screen, QString());
-    EXPECT_EQ(listed(screen).size(), 8u);
-}
-
 TEST_F(DestinationScreen, FailedSaveShowsTheErrorAndKeepsTheTable) {
     const Texts before = t.destinations();
     frmDest screen(*t.db, boxes);

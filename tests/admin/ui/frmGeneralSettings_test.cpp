@@ -2,7 +2,6 @@
 // under the keys the start-up reads, and takes effect on the window at once.
 
 #include "admin/ui/frmGeneralSettings.h"
-#include "storage/clsIniFile.h"
 #include "trading/basket/StockList.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/ui/MainScreenFixture.h"
@@ -46,12 +45,7 @@ protected:
         In<QLineEdit>(dialog, box).setText(QString::fromLatin1(text));
     }
     std::string Stored(const char* section, const char* key) const {
-        clsIniFile ini;
-        ini.setPath(dir / "basket.ini");
-        ini.setSection(section);
-        ini.setKey(key);
-        ini.setDefault("<missing>");
-        return ini.Value();
+        return test::IniValue(dir / "basket.ini", section, key);
     }
     bool Hidden(const char* name) const { return Find<QPushButton>(name).isHidden(); }
 

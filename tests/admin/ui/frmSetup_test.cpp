@@ -86,14 +86,6 @@ TEST_F(AccountScreen, LowerCaseAccountIsStoredUpperWithItsDefault) {
     EXPECT_EQ(screen->result(), QDialog::Accepted);
 }
 
-TEST_F(AccountScreen, EmptyNameAndRepeatedNameAddNothing) {
-    auto screen = open();
-    addThroughDialog(*screen, QString());
-    addThroughDialog(*screen, QStringLiteral("mike"));
-    EXPECT_EQ(listed(*screen), (Texts{"ALPHA", "MIKE", "ZED"}));
-    EXPECT_EQ(Child<QComboBox>(*screen, "cboDefault").count(), 3);
-}
-
 TEST_F(AccountScreen, CancelWritesNothing) {
     const Texts before = t.accounts();
     auto screen = open();
@@ -124,25 +116,6 @@ TEST_F(AccountScreen, DeletedAccountIsGoneAfterOk) {
     Click(*screen, "cmdDelete");
     Click(*screen, "cmdOK");
     EXPECT_EQ(t.accounts(), (Texts{"ALPHA|1", "ZED|0"}));
-}
-
-TEST_F(AccountScreen, NoDefaultChosenLeavesEveryAccountAtZero) {
-    t.db->ExecuteSql("UPDATE tblAccount SET lngDefault = 0");
-    auto screen = open();
-    EXPECT_EQ(Child<QComboBox>(*screen, "cboDefault").currentIndex(), -1);
-    Click(*screen, "cmdOK");
-    EXPECT_EQ(t.accounts(), (Texts{"ALPHA|0", "MIKE|0", "ZED|0"}));
-}
-
-TEST_F(AccountScreen, EmptyListEmptiesTheTable) {
-    auto screen = open();
-    for (int i = 0; i < 3; ++i) {
-        select(*screen, 0);
-        Click(*screen, "cmdDelete");
-    }
-    Click(*screen, "cmdOK");
-    EXPECT_TRUE(t.accounts().empty());
-    EXPECT_EQ(refreshed, 1);
 }
 
 TEST_F(AccountScreen, ApostropheShowsTheErrorKeepsTheTableAndStaysOpen) {

@@ -4,6 +4,8 @@
 #include "baskets/ui/frmAddBasket.h"
 #include "support/RecordingMessageBoxes.h"
 
+#include <functional>
+
 #include <QComboBox>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -17,7 +19,7 @@ namespace {
 using namespace test;
 
 class AddBasketScreen : public testing::Test {
-protected:
+public:
     QLineEdit& edit(const char* name) { return Child<QLineEdit>(dialog, name); }
     QComboBox& combo(const char* name) { return Child<QComboBox>(dialog, name); }
     QTableView& list() { return Child<QTableView>(dialog, "lvStocks"); }
@@ -49,17 +51,6 @@ TEST_F(AddBasketScreen, OpensWithIndexTypesDestinationsAndCaption) {
     EXPECT_NE(dialog.findChild<QRadioButton*>(QStringLiteral("optLsBasket")), nullptr);
 }
 
-TEST_F(AddBasketScreen, QuantityAbcIsRefusedWithOkCancel) {
-    enterLine("IBM", "abc", "NYSE");
-    Click(dialog, "cmdAdd");
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.shown()[0].text, "Please enter a valid quantity.");
-    EXPECT_EQ(boxes.shown()[0].title, "Invalid Quantity.");
-    EXPECT_EQ(boxes.shown()[0].buttons, MsgButtons::OkCancel);
-    EXPECT_EQ(Rows(list()), 0);
-    EXPECT_EQ(dialog.focusWidget(), &edit("txtQty"));
-}
-
 TEST_F(AddBasketScreen, QuantityOneE3IsKeptAsTypedAndStored) {
     enterLine("IBM", "1e3", "nyse");
     Click(dialog, "cmdAdd");
@@ -77,12 +68,60 @@ TEST_F(AddBasketScreen, QuantityOneE3IsKeptAsTypedAndStored) {
               (std::vector<std::string>{"IBM|1000|NYSE"}));
 }
 
-TEST_F(AddBasketScreen, EmptyDestinationIsRefused) {
-    enterLine("IBM", "5", "");
-    Click(dialog, "cmdAdd");
-    EXPECT_EQ(boxes.texts(), (std::vector<std::string>{
-                                 "Destination cannot be blank. Please enter a destination."}));
-    EXPECT_EQ(dialog.focusWidget(), &combo("txtDest"));
+// The rules are the logic's; the screen shows the message, stores nothing, stays open and
+// puts the focus where the fault is.
+TEST_F(AddBasketScreen, RefusalsStoreNothingAndFocusTheFaultyBox) {
+    struct Row {
+        const char* name;
+        std::function<void(AddBasketScreen&)> enter;
+        const char* button;
+        const char* message;
+        const char* focus; ///< "" = wherever it was
+    };
+    const Row rows[] = {
+        {"QuantityNotANumber", [](auto& s) { s.enterLine("IBM", "abc", "NYSE"); }, "cmdAdd",
+         "Please enter a valid quantity.", "txtQty"},
+        {"NoDestination", [](auto& s) { s.enterLine("IBM", "5", ""); }, "cmdAdd",
+         "Destination cannot be blank. Please enter a destination.", "txtDest"},
+        {"ExistingName",
+         [](auto& s) {
+             s.t.addBasket("Tech");
+             s.edit("txtBasketName").setText(QStringLiteral("Tech"));
+             s.edit("txtButtonName").setText(QStringLiteral("T2"));
+         },
+         "cmdSave",
+         "There is an existing basket with this name.\nPlease choose a different basket name.",
+         "txtBasketName"},
+        {"NoButtonName",
+         [](auto& s) {
+             s.edit("txtBasketName").setText(QStringLiteral("Oil"));
+             s.edit("txtButtonName").clear();
+         },
+         "cmdSave", "Please type a button name.", "txtButtonName"},
+        {"DivisorNotANumber",
+         [](auto& s) {
+             s.edit("txtBasketName").setText(QStringLiteral("Gas"));
+             s.edit("txtButtonName").setText(QStringLiteral("GS"));
+             s.edit("txtDivisor").setText(QStringLiteral("ten"));
+         },
+         "cmdSave", "Run-time error '13':\n\nType mismatch", ""},
+    };
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.name);
+        boxes.clear();
+        r.enter(*this);
+        const int baskets = t.count("tblBaskets");
+        Click(dialog, r.button);
+        EXPECT_EQ(boxes.texts(), std::vector<std::string>{r.message});
+        EXPECT_EQ(Rows(list()), 0);
+        EXPECT_EQ(t.count("tblBaskets"), baskets);
+        EXPECT_EQ(savedCalls, 0);
+        EXPECT_NE(dialog.result(), QDialog::Accepted);
+        if (*r.focus != '\0') {
+            EXPECT_EQ(dialog.focusWidget(),
+                      dialog.findChild<QWidget*>(QString::fromLatin1(r.focus)));
+        }
+    }
 }
 
 TEST_F(AddBasketScreen, ShiftInvertsTheCaseOfTypedLetters) {
@@ -113,19 +152,6 @@ TEST_F(AddBasketScreen, RemoveSelectedDropsTheRowAndNothingWithoutSelection) {
     EXPECT_EQ(Cell(list(), 0, 0), "B");
 }
 
-TEST_F(AddBasketScreen, ExistingNameIsRefusedAndNothingStored) {
-    t.addBasket("Tech");
-    edit("txtBasketName").setText(QStringLiteral("Tech"));
-    edit("txtButtonName").setText(QStringLiteral("T2"));
-    Click(dialog, "cmdSave");
-    EXPECT_EQ(boxes.texts(), (std::vector<std::string>{"There is an existing basket with this "
-                                                       "name.\nPlease choose a different basket "
-                                                       "name."}));
-    EXPECT_EQ(t.count("tblBaskets"), 1);
-    EXPECT_EQ(savedCalls, 0);
-    EXPECT_EQ(dialog.focusWidget(), &edit("txtBasketName"));
-}
-
 TEST_F(AddBasketScreen, SaveStoresBasketDivisorAndIndexTypeThenReloadsTheSetupList) {
     edit("txtBasketName").setText(QStringLiteral("Tech"));
     edit("txtButtonName").setText(QStringLiteral("TK"));
@@ -139,23 +165,6 @@ TEST_F(AddBasketScreen, SaveStoresBasketDivisorAndIndexTypeThenReloadsTheSetupLi
     EXPECT_EQ(t.count("tblBasketDetails"), 0);
     EXPECT_EQ(index.divisors.at("Tech"), 12.5);
     EXPECT_EQ(index.indexTypes.at("Tech"), "Mkt Cap Weighted");
-}
-
-TEST_F(AddBasketScreen, MissingButtonNameFocusesItsBox) {
-    edit("txtBasketName").setText(QStringLiteral("Tech"));
-    Click(dialog, "cmdSave");
-    EXPECT_EQ(boxes.texts(), (std::vector<std::string>{"Please type a button name."}));
-    EXPECT_EQ(dialog.focusWidget(), &edit("txtButtonName"));
-}
-
-TEST_F(AddBasketScreen, DivisorThatIsNotANumberTakesTheErrorPathAndStaysOpen) {
-    edit("txtBasketName").setText(QStringLiteral("Tech"));
-    edit("txtButtonName").setText(QStringLiteral("TK"));
-    edit("txtDivisor").setText(QStringLiteral("ten"));
-    Click(dialog, "cmdSave");
-    EXPECT_EQ(boxes.texts(), (std::vector<std::string>{"Run-time error '13':\n\nType mismatch"}));
-    EXPECT_EQ(t.count("tblBaskets"), 0);
-    EXPECT_NE(dialog.result(), QDialog::Accepted);
 }
 
 } // namespace

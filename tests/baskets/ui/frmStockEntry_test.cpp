@@ -59,25 +59,6 @@ TEST_F(AddStockScreen, DestinationsComeFromTheEnabledList) {
     EXPECT_EQ(dest().currentText().toStdString(), "");
 }
 
-TEST_F(AddStockScreen, EmptySymbolShowsTheExclamationMessage) {
-    dest().setEditText(QStringLiteral("NYSE"));
-    Click(dialog, "cmdAdd");
-    ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.shown()[0].text, "Please enter symbol.");
-    EXPECT_EQ(boxes.shown()[0].icon, MsgIcon::Exclamation);
-    EXPECT_TRUE(t.lines(basket).empty());
-}
-
-TEST_F(AddStockScreen, QuantityThatIsNotANumberTakesTheErrorPath) {
-    edit("txtSymbol").setText(QStringLiteral("IBM"));
-    edit("txtQty").setText(QStringLiteral("lots"));
-    dest().setEditText(QStringLiteral("NYSE"));
-    Click(dialog, "cmdAdd");
-    EXPECT_EQ(boxes.texts(), (std::vector<std::string>{"Run-time error '13':\n\nType mismatch"}));
-    EXPECT_TRUE(t.lines(basket).empty());
-    EXPECT_TRUE(added.empty());
-}
-
 TEST_F(AddStockScreen, SymbolBoxInvertsCaseWithShift) {
     Type(edit("txtSymbol"), QStringLiteral("ab"));
     Type(edit("txtSymbol"), QStringLiteral("c"), true);

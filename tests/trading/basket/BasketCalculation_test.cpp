@@ -40,8 +40,8 @@ TEST(CalcBasket, OrderQuantityByMultiplierDeltaAndLot) {
         {"negative multiplier", "150", "-1", "100", 100, "-150"},
         {"multiplier text counts by its leading number", "100", "2x", "100", 1, "200"},
         {"delta text that is no number counts as 0", "100", "1", "abc", 1, "0"},
-        {"lot of 0 falls back to 1", "1234", "1", "100", 0, "1234"},
-        {"negative lot falls back to 1", "1234", "1", "100", -10, "1234"},
+        {"lot of 0 falls back to 1", "1235", "1", "100", 0, "1235"},
+        {"negative lot falls back to 1", "1235", "1", "100", -10, "1235"},
         {"fractional multiplier", "1000", "0.5", "100", 100, "500"},
     };
     for (const Row& r : rows) {

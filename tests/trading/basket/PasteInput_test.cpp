@@ -1,6 +1,7 @@
 #include "storage/BasketDatabase.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
+#include "support/TestDatabase.h"
 #include "trading/basket/PasteInput.h"
 
 #include <algorithm>
@@ -251,10 +252,7 @@ TEST(HostilePaste, QuotesAndSqlStayTextAndNeverReachTheDatabaseAsSql) {
 
     // Saving such a basket stores only the lines the database can hold as values.
     test::TempDir dir;
-    CreateBasketDatabase(dir / "baskets.mdb");
-    auto db = Database::Open(dir / "baskets.mdb");
-    CreateInitialData(*db);
-    RunVersionLadder(*db, "1.2.0");
+    auto db = test::CreateTestDatabase(dir / "baskets.mdb");
     db->ExecuteSql("INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
                    "VALUES('Pasted','P',0,'B')");
     std::vector<BasketLine> stored;

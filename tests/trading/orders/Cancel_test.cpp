@@ -1,4 +1,5 @@
 #include "support/RecordingMessageBoxes.h"
+#include "support/TrackedOrders.h"
 #include "trading/orders/BasketCancel.h"
 #include "trading/orders/ExitWithOpenOrders.h"
 
@@ -10,6 +11,7 @@ namespace wicker {
 namespace {
 
 using test::RecordingMessageBoxes;
+using test::TrackedOrder;
 
 struct CancelCall {
     std::string text;
@@ -43,29 +45,16 @@ private:
     const OrderTracker& m_tracker;
 };
 
-QVXOrderStruct Record(int32_t id, const std::string& memo, const std::string& clOrderId,
-                      int32_t leaves) {
-    QVXOrderStruct r;
-    r.OrderRecordId = id;
-    r.Memo = memo;
-    r.ClOrderID = clOrderId;
-    r.Side = "B";
-    r.Quantity = 100;
-    r.LvsQuantity = leaves;
-    r.CumExecQuantity = 100 - leaves;
-    return r;
-}
-
 class Cancel : public ::testing::Test {
 protected:
     Cancel() : tracker(boxes, clock), maintenance(tracker), cancel(tracker, maintenance, boxes) {}
 
     void SendTwoBaskets() {
-        tracker.OnQVXOrderUpdate(Record(11, "Tech-10-57-/bskt", "ACC-57-1", 100));
-        tracker.OnQVXOrderUpdate(Record(12, "Tech-10-57-/bskt", "ACC-57-2", 0)); // filled
-        tracker.OnQVXOrderUpdate(Record(13, "Tech10-58-/bskt", "ACC-58-1", 40));
-        tracker.OnQVXOrderUpdate(Record(14, "Other-59-/bskt", "ACC-59-1", 5));
-        tracker.OnQVXOrderUpdate(Record(15, "Tech-10-57-/bskt", "ACC-57-3", 70));
+        tracker.OnQVXOrderUpdate(TrackedOrder(11, "Tech-10-57-/bskt", "ACC-57-1", 100));
+        tracker.OnQVXOrderUpdate(TrackedOrder(12, "Tech-10-57-/bskt", "ACC-57-2", 0)); // filled
+        tracker.OnQVXOrderUpdate(TrackedOrder(13, "Tech10-58-/bskt", "ACC-58-1", 40));
+        tracker.OnQVXOrderUpdate(TrackedOrder(14, "Other-59-/bskt", "ACC-59-1", 5));
+        tracker.OnQVXOrderUpdate(TrackedOrder(15, "Tech-10-57-/bskt", "ACC-57-3", 70));
     }
 
     RecordingMessageBoxes boxes;
@@ -76,7 +65,7 @@ protected:
 };
 
 TEST_F(Cancel, AllWithNothingOpenSaysSoAndSendsNothing) {
-    tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", 0));
+    tracker.OnQVXOrderUpdate(TrackedOrder(1, "A-1-/bskt", "C-1", 0));
     EXPECT_EQ(cancel.mnuCxlAll(true), 0);
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0],
@@ -104,7 +93,7 @@ TEST_F(Cancel, AllTwiceFindsNothingTheSecondTime) {
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "There are no baskets with open orders.");
     // The platform's next report brings the leaves back.
-    tracker.OnQVXOrderUpdate(Record(13, "", "", 40));
+    tracker.OnQVXOrderUpdate(TrackedOrder(13, "", "", 40));
     EXPECT_EQ(cancel.mnuCxlAll(false), 1);
 }
 
@@ -171,7 +160,7 @@ TEST_P(ExitWithOpenOrders, EachAnswerDoesWhatItSays) {
     if (c.openOrders) {
         SendTwoBaskets(); // four of five orders open
     } else {
-        tracker.OnQVXOrderUpdate(Record(1, "A-1-/bskt", "C-1", 0));
+        tracker.OnQVXOrderUpdate(TrackedOrder(1, "A-1-/bskt", "C-1", 0));
     }
     if (c.answer) {
         boxes.answerNext(*c.answer);

@@ -276,8 +276,10 @@ TEST_F(Execution, OrderNumbersGoPast9999InsteadOfRepeating) {
 
 TEST_F(Execution, FirstSendStartsAtTheStoredOrderSeqLaterOnesAtOne) {
     sequence.setOrderSeq(120);
-    Click(3, {QuotedLine("IBM"), QuotedLine("MSFT")});
-    Click(3, {QuotedLine("IBM")});
+    BasketExecution execution(orders, sequence, store, boxes, clock); // one for the session
+    execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM"), QuotedLine("MSFT")}, inputs,
+                                     settings);
+    execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM")}, inputs, settings);
     ASSERT_EQ(orders.created.size(), 3u);
     EXPECT_EQ(orders.created[0].value("ClOrderID"), "ACCT01-20240315-57-120");
     EXPECT_EQ(orders.created[1].value("ClOrderID"), "ACCT01-20240315-57-121");

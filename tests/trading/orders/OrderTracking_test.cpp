@@ -179,91 +179,23 @@ void ExpectEveryField(const OrderUpdate& o) {
     EXPECT_TRUE(o.Extras().m_bTakeLiquidity);
 }
 
+void ExpectEveryField(const OrderUpdate& o, const QVXOrderStruct& r) {
+#define EXPECT_KEPT(PREFIX, F) EXPECT_EQ(o.PREFIX##F, r.F) << #F;
+#define EXPECT_TEXT(F) EXPECT_KEPT(m_str, F)
+#define EXPECT_PRICE(F) EXPECT_KEPT(m_f, F)
+#define EXPECT_COUNT(F) EXPECT_KEPT(m_n, F)
+#define EXPECT_FLAG(F) EXPECT_KEPT(m_b, F)
+    KEPT_TEXTS(EXPECT_TEXT) KEPT_PRICES(EXPECT_PRICE) KEPT_COUNTS(EXPECT_COUNT) KEPT_FLAGS(EXPECT_FLAG)
+    EXPECT_EQ(o.m_nPriceType, r.PriceTypeCode);
+}
+// clang-format on
+
 TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
-    QVXOrderStruct r;
-    r.Account = "v0";
-    r.Action = "v1";
-    r.BatchId = "v2";
-    r.Destination = "v3";
-    r.ExchClOrderId = "v4";
-    r.ExchOrderId = "v5";
-    r.ExecBroker = "v6";
-    r.ExecInst = "v7";
-    r.Instrument = "v8";
-    r.LogMessage = "v9";
-    r.OrderTime = "v10";
-    r.PairId = "v11";
-    r.PriceType = "v12";
-    r.Side = "v13";
-    r.TrailInc = 14.5;
-    r.SorPreference = "v15";
-    r.Strategy = "v16";
-    r.StartTime = "v17";
-    r.EndTime = "v18";
-    r.Tif = "v19";
-    r.UpdateTime = "v20";
-    r.User = "v21";
-    r.UserId = "v22";
-    r.AvgExecPrice = 23.5;
-    r.AvgPriceLmt = 24.5;
-    r.CashComponent = 25.5;
-    r.Discretion = 26.5;
-    r.ExecPriceLmt = 27.5;
-    r.LmtPrice = 28.5;
-    r.MaxHighPctDeviation = 29.5;
-    r.MaxLowPctDeviation = 30.5;
-    r.PctPerSlice = 31.5;
-    r.PegDiff = 32.5;
-    r.Premium = 33.5;
-    r.Ratio = 34.5;
-    r.ReactPrice = 35.5;
-    r.StpPrice = 36.5;
-    r.TargetPctVolume = 37.5;
-    r.TargetPrice = 38.5;
-    r.Tilt = 39.5;
-    r.TrailAmt = 40.5;
-    r.UrStpdPrice = 41.5;
-    r.SeqNum = 1042;
-    r.Auction = 1043;
-    r.CumExecQuantity = 1044;
-    r.DbsNo = 1045;
-    r.Display = 1046;
-    r.Duration = 1047;
-    r.ExecAggression = 1048;
-    r.LvsQuantity = 1049;
-    r.MarketStructure = 1050;
-    r.MaxPctVolume = 1051;
-    r.MinPctVolume = 1052;
-    r.MinQuantity = 1053;
-    r.OrderCompletion = 1054;
-    r.OrderRecordId = 1055;
-    r.OrderStatus = 1056;
-    r.PingInterval = 1057;
-    r.PriceTolerance = 1058;
-    r.PriceTypeCode = 1059;
-    r.Quantity = 1060;
-    r.QtyTolerancePct = 1061;
-    r.QtyToleranceSize = 1062;
-    r.Refresh = 1063;
-    r.RefreshInterval = 1064;
-    r.SeqNo = 1065;
-    r.SizeLow = 1066;
-    r.SizeMax = 1067;
-    r.TrailId = 1068;
-    r.Moo = true;
-    r.Moc = true;
-    r.OpportunisticTrade = true;
-    r.SvrStpReleased = true;
-    r.TakeLiquidity = true;
+    QVXOrderStruct r = EveryFieldSet();
     r.Memo = "Basket-9-/bskt";
     r.ClOrderID = "ACC-20240315-9-1";
     OrderUpdate o;
     o.UpdateOrder(r, true);
-    ExpectEveryField(o);
-    EXPECT_EQ(o.m_strBasketId, "Basket");
-    EXPECT_EQ(o.m_nBasketSeq, 9);
-    EXPECT_EQ(o.m_strClOrderId, "ACC-20240315-9-1");
-
     OrderUpdate copy;
     copy.SetAllMembers(o);
     ExpectEveryField(copy);
@@ -510,6 +442,43 @@ TEST_F(Tracking, AWarningNotesItsOrderAndJoinsTheRejectionNotification) {
     EXPECT_EQ(boxes.shown()[0].text,
               "Warning: order ACCT01-20240315-57-1 IBM: Filled 200 of 100 shares\r\n"
               "Warning: order NOT-OURS-1 MSFT: Unreadable report\r\n");
+}
+
+TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummaries) {
+    tracker.OnQVXOrderUpdate(Record(1, "Tech-1-/bskt", "A1"));
+    tracker.OnQVXOrderUpdate(Record(2, "Oil-2-/bskt", "A2", "B", 100, 0, 100));
+    tracker.OnQVXOrderReject(Reject("A1", "B", 100, "IBM", 3));
+    ASSERT_TRUE(tracker.Timer1sec());
+    boxes.clear();
+    tracker.OnQVXOrderReject(Reject("A2", "B", 100, "IBM", 3));
+    tracker.OnOrderHandedOff(*HandedOff("ACCT01-20240315-57-1"), 7);
+    int refills = 0;
+    tracker.AddOrderSummaryWindow([&] { ++refills; });
+
+    tracker.Clear();
+    EXPECT_TRUE(tracker.Orders().empty());
+    EXPECT_TRUE(tracker.Rows().empty());
+    EXPECT_TRUE(tracker.BasketListLines().empty());
+    EXPECT_TRUE(tracker.Symbols().empty());
+    EXPECT_TRUE(tracker.PendingRejects().empty());
+    EXPECT_EQ(tracker.FindOrder(1), nullptr);
+
+    // The queued reject and the unanswered order are gone; the open summary window is
+    // refilled, with nothing.
+    clock.advance(std::chrono::seconds(30));
+    EXPECT_TRUE(tracker.Timer1sec());
+    EXPECT_TRUE(boxes.shown().empty());
+    EXPECT_EQ(tracker.NoAnswerCount(), 0u);
+    EXPECT_EQ(refills, 1);
+
+    // The same record id later is a new order of a new list; a reject of a forgotten client
+    // order id touches none of the new orders.
+    EXPECT_EQ(tracker.OnQVXOrderUpdate(Record(1, "Tech-3-/bskt", "B1")), Outcome::Added);
+    tracker.OnQVXOrderReject(Reject("A1", "B", 100, "IBM", 3));
+    EXPECT_EQ(tracker.Orders()[0].m_nLvsQuantity, 100);
+    tracker.Timer1sec();
+    ASSERT_EQ(tracker.BasketListLines().size(), 1u);
+    EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
 }
 
 } // namespace

@@ -136,12 +136,6 @@ TEST(SubmitErrors, ShowSubmitErrorReadsTheRefusedOrderObject) {
                   "Basket cannot be sent. Account is not valid."}));
 }
 
-} // namespace
-} // namespace wicker
-
-namespace wicker {
-namespace {
-
 TEST(ReplaceErrors, NotOpenHasItsOwnTextWhileSubmitKeepsItUnknown) {
     struct Row {
         const char* name;
@@ -167,6 +161,8 @@ TEST(ReplaceErrors, NotOpenHasItsOwnTextWhileSubmitKeepsItUnknown) {
         ASSERT_EQ(boxes.shown().size(), 1u);
         EXPECT_EQ(boxes.shown()[0].text, r.prompt);
         EXPECT_EQ(boxes.shown()[0].title, "Error submitting order");
+        EXPECT_EQ(boxes.shown()[0].buttons, MsgButtons::Ok);
+        EXPECT_EQ(boxes.shown()[0].icon, MsgIcon::None);
     }
     EXPECT_EQ(GetSubmitErrorStr(kReplaceOrderNotOpen),
               "Unknown SubmitOrder Error. SubmitOrder Error Code = -26");

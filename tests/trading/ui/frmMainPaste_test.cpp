@@ -113,28 +113,6 @@ TEST_F(MainPaste, EditMenuOffersPasteOnlyForTextThatParses) {
     EXPECT_TRUE(boxes.shown().empty()) << "a refused paste is refused silently";
 }
 
-TEST_F(MainPaste, RefusedClipboardLeavesTheLoadedBasketAlone) {
-    Open();
-    Click("cmdLoad_1");
-    SetClipboard(QStringLiteral("IBM\t100"));
-    CtrlV();
-    Action("mnuPaste").trigger();
-    EXPECT_EQ(Rows(Stocks()), 10);
-    EXPECT_EQ(BasketName(), "Tech10");
-    EXPECT_TRUE(boxes.shown().empty());
-}
-
-TEST_F(MainPaste, ASymbolPastedTwiceGetsTwoQuotedLines) {
-    Open();
-    SetClipboard(QStringLiteral("MSFT\t10\nIBM\t5\nMSFT\t20\n"));
-    Action("mnuPaste").trigger();
-    ASSERT_EQ(Rows(Stocks()), 3);
-    Run(1s);
-    EXPECT_FALSE(Cell(Stocks(), 0, stkLast).empty());
-    EXPECT_EQ(Cell(Stocks(), 0, stkLast), Cell(Stocks(), 2, stkLast));
-    EXPECT_EQ(Cell(Stocks(), 2, stkBasketQty), "20");
-}
-
 TEST_F(MainPaste, DroppedTextIsLoadedLikeAPaste) {
     Open();
     Click("cmdLoad_1");
@@ -147,16 +125,6 @@ TEST_F(MainPaste, DroppedTextIsLoadedLikeAPaste) {
     DropText(QStringLiteral("just words"));
     EXPECT_EQ(Rows(Stocks()), 2);
     EXPECT_TRUE(boxes.shown().empty());
-}
-
-TEST_F(MainPaste, AQuantityThatIsNoNumberShowsThePasteMessage) {
-    Open();
-    SetClipboard(QStringLiteral("IBM\t100\nKO\tmany\n"));
-    CtrlV();
-    ASSERT_EQ(boxes.texts(),
-              std::vector<std::string>{"The data you wish to paste is not formatted correctly."});
-    EXPECT_EQ(Rows(Stocks()), 2);
-    EXPECT_EQ(BasketName(), "Basket");
 }
 
 // Text of no spreadsheet: the window neither crashes nor hangs, and says what it refused.

@@ -1,0 +1,89 @@
+// The day's orders kept on disk: every change tracking learns reaches the ledger, so that a
+// restart shows each order as it last was.
+
+#include "platform/TicketOrder.h"
+#include "support/RecordingMessageBoxes.h"
+#include "support/TempDir.h"
+#include "support/TrackedOrders.h"
+#include "trading/FakePlatform.h"
+#include "trading/orders/OrderRecords.h"
+
+#include <gtest/gtest.h>
+
+namespace wicker {
+namespace {
+
+constexpr const char* Memo = "Tech-57-/bskt";
+constexpr const char* ClOrderId = "ACCT01-20240315-57-1";
+
+class Records : public testing::Test {
+protected:
+    Records() {
+        order.setMemo(Memo);
+        order.setAccount("ACCT01");
+        order.setSymbol("IBM");
+        order.setQuantity(100);
+        order.setDestination("NYSE");
+        order.setSide("B");
+        order.setPriceType(OrderPriceType::Limit);
+        order.setLmtPrice(10);
+        order.setTif("D");
+        order.setClOrderID(ClOrderId);
+        records.setLedger(Ledger());
+    }
+    std::unique_ptr<OrderLedger> Ledger() {
+        return std::make_unique<OrderLedger>(dir / "orders.db", clock);
+    }
+    /// Today's orders as a restarted program reads them.
+    std::vector<LedgerOrder> Kept() { return Ledger()->TodaysOrders(); }
+    void WriteTheSend() {
+        const QVXOrder* orders[] = {&order};
+        records.SendBegins(57, "Tech", orders, "");
+    }
+
+    test::TempDir dir;
+    ManualClock clock{FromLocal(LocalDateTime{2024, 3, 15, 10, 0, 0, 0})};
+    test::RecordingMessageBoxes boxes;
+    OrderTracker tracker{boxes, clock};
+    OrderRecords records{tracker, boxes};
+    TicketOrder order{[](const OrderTicket&) { return 0; }};
+};
+
+TEST_F(Records, EveryReportOfAnOrderIsKeptWithItsMemo) {
+    WriteTheSend();
+    records.Submitted(order, 7);
+    records.SendEnds(57);
+    for (const int32_t leaves : {40, 0}) {
+        QVXOrderStruct r = test::TrackedOrder(7, Memo, ClOrderId, leaves);
+        r.AvgExecPrice = 10.1;
+        r.ExecPriceLmt = 10.25;
+        r.OrderStatus = leaves > 0 ? QVXOrderStatus::PartiallyFilled : QVXOrderStatus::Filled;
+        records.Reported(r);
+        tracker.OnQVXOrderUpdate(r);
+        records.SaveChanges();
+    }
+    const auto kept = Kept();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(kept[0].tracked.state.Memo, Memo);
+    EXPECT_EQ(kept[0].tracked.state.LvsQuantity, 0);
+    EXPECT_EQ(kept[0].tracked.state.CumExecQuantity, 100);
+    EXPECT_EQ(kept[0].tracked.state.AvgExecPrice, 10.1);
+    EXPECT_EQ(kept[0].tracked.state.ExecPriceLmt, 10.25);
+}
+
+TEST_F(Records, AnOrderThatNeverLeftIsKeptAsNotSentAfterARestart) {
+    WriteTheSend(); // the program stops here
+    OrderTracker restarted(boxes, clock);
+    OrderRecords again(restarted, boxes);
+    again.setLedger(Ledger());
+    test::FakePlatform platform; // the broker does not know the order
+    const RestoreReport report = again.RestoreToday(platform);
+    EXPECT_EQ(report.notSent, 1u);
+    const auto kept = Kept();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(kept[0].tracked.note, "Not sent (program stopped)");
+    EXPECT_EQ(kept[0].tracked.state.LvsQuantity, 0);
+}
+
+} // namespace
+} // namespace wicker
