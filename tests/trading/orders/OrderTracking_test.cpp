@@ -179,23 +179,91 @@ void ExpectEveryField(const OrderUpdate& o) {
     EXPECT_TRUE(o.Extras().m_bTakeLiquidity);
 }
 
-void ExpectEveryField(const OrderUpdate& o, const QVXOrderStruct& r) {
-#define EXPECT_KEPT(PREFIX, F) EXPECT_EQ(o.PREFIX##F, r.F) << #F;
-#define EXPECT_TEXT(F) EXPECT_KEPT(m_str, F)
-#define EXPECT_PRICE(F) EXPECT_KEPT(m_f, F)
-#define EXPECT_COUNT(F) EXPECT_KEPT(m_n, F)
-#define EXPECT_FLAG(F) EXPECT_KEPT(m_b, F)
-    KEPT_TEXTS(EXPECT_TEXT) KEPT_PRICES(EXPECT_PRICE) KEPT_COUNTS(EXPECT_COUNT) KEPT_FLAGS(EXPECT_FLAG)
-    EXPECT_EQ(o.m_nPriceType, r.PriceTypeCode);
-}
-// clang-format on
-
 TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
-    QVXOrderStruct r = EveryFieldSet();
+    QVXOrderStruct r;
+    r.Account = "v0";
+    r.Action = "v1";
+    r.BatchId = "v2";
+    r.Destination = "v3";
+    r.ExchClOrderId = "v4";
+    r.ExchOrderId = "v5";
+    r.ExecBroker = "v6";
+    r.ExecInst = "v7";
+    r.Instrument = "v8";
+    r.LogMessage = "v9";
+    r.OrderTime = "v10";
+    r.PairId = "v11";
+    r.PriceType = "v12";
+    r.Side = "v13";
+    r.TrailInc = 14.5;
+    r.SorPreference = "v15";
+    r.Strategy = "v16";
+    r.StartTime = "v17";
+    r.EndTime = "v18";
+    r.Tif = "v19";
+    r.UpdateTime = "v20";
+    r.User = "v21";
+    r.UserId = "v22";
+    r.AvgExecPrice = 23.5;
+    r.AvgPriceLmt = 24.5;
+    r.CashComponent = 25.5;
+    r.Discretion = 26.5;
+    r.ExecPriceLmt = 27.5;
+    r.LmtPrice = 28.5;
+    r.MaxHighPctDeviation = 29.5;
+    r.MaxLowPctDeviation = 30.5;
+    r.PctPerSlice = 31.5;
+    r.PegDiff = 32.5;
+    r.Premium = 33.5;
+    r.Ratio = 34.5;
+    r.ReactPrice = 35.5;
+    r.StpPrice = 36.5;
+    r.TargetPctVolume = 37.5;
+    r.TargetPrice = 38.5;
+    r.Tilt = 39.5;
+    r.TrailAmt = 40.5;
+    r.UrStpdPrice = 41.5;
+    r.SeqNum = 1042;
+    r.Auction = 1043;
+    r.CumExecQuantity = 1044;
+    r.DbsNo = 1045;
+    r.Display = 1046;
+    r.Duration = 1047;
+    r.ExecAggression = 1048;
+    r.LvsQuantity = 1049;
+    r.MarketStructure = 1050;
+    r.MaxPctVolume = 1051;
+    r.MinPctVolume = 1052;
+    r.MinQuantity = 1053;
+    r.OrderCompletion = 1054;
+    r.OrderRecordId = 1055;
+    r.OrderStatus = 1056;
+    r.PingInterval = 1057;
+    r.PriceTolerance = 1058;
+    r.PriceTypeCode = 1059;
+    r.Quantity = 1060;
+    r.QtyTolerancePct = 1061;
+    r.QtyToleranceSize = 1062;
+    r.Refresh = 1063;
+    r.RefreshInterval = 1064;
+    r.SeqNo = 1065;
+    r.SizeLow = 1066;
+    r.SizeMax = 1067;
+    r.TrailId = 1068;
+    r.Moo = true;
+    r.Moc = true;
+    r.OpportunisticTrade = true;
+    r.SvrStpReleased = true;
+    r.TakeLiquidity = true;
     r.Memo = "Basket-9-/bskt";
     r.ClOrderID = "ACC-20240315-9-1";
     OrderUpdate o;
     o.UpdateOrder(r, true);
+    ExpectEveryField(o);
+    EXPECT_EQ(o.m_strBasketId, "Basket");
+    EXPECT_EQ(o.m_nBasketSeq, 9);
+    EXPECT_EQ(o.m_strClOrderId, "ACC-20240315-9-1");
+
     OrderUpdate copy;
     copy.SetAllMembers(o);
     ExpectEveryField(copy);
@@ -444,6 +512,35 @@ TEST_F(Tracking, AWarningNotesItsOrderAndJoinsTheRejectionNotification) {
               "Warning: order NOT-OURS-1 MSFT: Unreadable report\r\n");
 }
 
+} // namespace
+} // namespace wicker
+
+namespace wicker {
+namespace {
+
+// The index behind "the first order whose record id matches": growth, clustering of
+// consecutive and colliding ids, and the ids at the ends of the range.
+TEST(RecordIdIndex, FindsEveryIdAtItsFirstPosition) {
+    RecordIdIndex index;
+    std::vector<int32_t> ids = {0, -1, INT32_MIN, INT32_MAX};
+    for (int32_t i = 1; i <= 5000; ++i) {
+        ids.push_back(i);          // what platforms hand out
+        ids.push_back(i << 18);    // same low bits
+        ids.push_back(-i * 65536); // same high bits
+    }
+    for (size_t p = 0; p < ids.size(); ++p) {
+        ASSERT_TRUE(index.emplace(ids[p], static_cast<uint32_t>(p))) << ids[p];
+    }
+    EXPECT_FALSE(index.emplace(7, 99)); // a second order under an id is not indexed
+    EXPECT_EQ(index.size(), ids.size());
+    for (size_t p = 0; p < ids.size(); ++p) {
+        ASSERT_EQ(index.find(ids[p]), std::optional<uint32_t>(static_cast<uint32_t>(p)));
+    }
+    EXPECT_EQ(index.find(5001), std::nullopt);
+    index.clear();
+    EXPECT_EQ(index.find(0), std::nullopt);
+}
+
 TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummaries) {
     tracker.OnQVXOrderUpdate(Record(1, "Tech-1-/bskt", "A1"));
     tracker.OnQVXOrderUpdate(Record(2, "Oil-2-/bskt", "A2", "B", 100, 0, 100));
@@ -479,35 +576,6 @@ TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummarie
     tracker.Timer1sec();
     ASSERT_EQ(tracker.BasketListLines().size(), 1u);
     EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
-}
-
-} // namespace
-} // namespace wicker
-
-namespace wicker {
-namespace {
-
-// The index behind "the first order whose record id matches": growth, clustering of
-// consecutive and colliding ids, and the ids at the ends of the range.
-TEST(RecordIdIndex, FindsEveryIdAtItsFirstPosition) {
-    RecordIdIndex index;
-    std::vector<int32_t> ids = {0, -1, INT32_MIN, INT32_MAX};
-    for (int32_t i = 1; i <= 5000; ++i) {
-        ids.push_back(i);          // what platforms hand out
-        ids.push_back(i << 18);    // same low bits
-        ids.push_back(-i * 65536); // same high bits
-    }
-    for (size_t p = 0; p < ids.size(); ++p) {
-        ASSERT_TRUE(index.emplace(ids[p], static_cast<uint32_t>(p))) << ids[p];
-    }
-    EXPECT_FALSE(index.emplace(7, 99)); // a second order under an id is not indexed
-    EXPECT_EQ(index.size(), ids.size());
-    for (size_t p = 0; p < ids.size(); ++p) {
-        ASSERT_EQ(index.find(ids[p]), std::optional<uint32_t>(static_cast<uint32_t>(p)));
-    }
-    EXPECT_EQ(index.find(5001), std::nullopt);
-    index.clear();
-    EXPECT_EQ(index.find(0), std::nullopt);
 }
 
 } // namespace
