@@ -7,6 +7,7 @@
 //                   ran before it was one transaction), timed on 20 baskets and scaled by 50,
 //                   because the full run takes minutes.
 // The summary gives each wall time and the ratios; the goal is under 3 s for the first start.
+#include "BenchReport.h"
 #include "common/MessageBox.h"
 #include "storage/BasketDatabase.h"
 #include "storage/Database.h"
@@ -19,6 +20,7 @@
 #include <map>
 #include <string>
 #include <unistd.h>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 #include <sqlite3.h>
@@ -63,8 +65,10 @@ double Seconds(std::chrono::steady_clock::time_point since) {
 }
 
 struct Results {
-    std::map<std::string, double> seconds; // best of the iterations
+    std::map<std::string, double> seconds;              // best of the iterations
+    std::map<std::string, std::vector<double>> samples; // every iteration
     void keep(const std::string& name, double s) {
+        samples[name].push_back(s);
         auto [it, added] = seconds.emplace(name, s);
         if (!added && s < it->second) {
             it->second = s;
@@ -184,6 +188,8 @@ int main(int argc, char** argv) {
                     s.at("engine floor"), start / s.at("engine floor"));
         std::printf("  one transaction per line (x%d)     %8.3f s   first start = 1/%.0f of it\n",
                     kBaskets / kOldPathBaskets, s.at("one per line"), s.at("one per line") / start);
+        bench::Report("First start of a folder with 1,000 legacy baskets x 50 lines (wall)", "s",
+                      results.samples.at("first start"), {"<", 3});
     }
     return 0;
 }

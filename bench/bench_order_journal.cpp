@@ -6,6 +6,7 @@
 //    simulator keeps its book in the folder in both, as in the program.
 // 2. A restart: TradingDesk::FormLoad on a data folder whose journal holds 20,000 orders of
 //    the day, until they are all tracked again.
+#include "BenchReport.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/TicketOrder.h"
@@ -234,6 +235,18 @@ int main(int argc, char** argv) {
             withMin, withMedian, memoryMin, memoryMedian, withMin / memoryMin,
             withMedian / memoryMedian);
     }
+    // Each repetition of one against the same repetition of the other: both ran side by side.
+    const std::vector<double>& with = reporter.times["BM_SendWithJournal"];
+    const std::vector<double>& without = reporter.times["BM_SendWithoutJournal"];
+    std::vector<double> ratios;
+    for (size_t i = 0; i < std::min(with.size(), without.size()); ++i) {
+        ratios.push_back(with[i] / without[i]);
+    }
+    bench::Report("5,000-line click to last submit, with the order journal / without (real desk "
+                  "+ simulator)",
+                  "x", ratios, {"<=", 1.10});
+    bench::Report("Restart with 20,000 orders of the day in the journal (FormLoad)", "ms",
+                  reporter.times["BM_Restart20000Orders"], {"<", 1000});
     if (restartMin > 0) {
         std::printf("  Restart (FormLoad) with 20,000 orders of the day in the journal: %.0f / "
                     "%.0f ms (goal < 1000 ms)\n",
