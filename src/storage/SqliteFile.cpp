@@ -4,6 +4,16 @@
 
 namespace wicker {
 
+std::optional<FolderLock> HoldFolderOf(const std::filesystem::path& file, std::string_view what) {
+    const std::filesystem::path folder =
+        file.parent_path().empty() ? std::filesystem::path(".") : file.parent_path();
+    Result<std::optional<FolderLock>> held = FolderLock::HoldFor(folder);
+    if (!held) {
+        throw SqliteError(std::string(what) + " is not opened: " + held.error().message);
+    }
+    return std::move(held).value();
+}
+
 SqliteFile::SqliteFile(const std::filesystem::path& path) : m_path(path) {
     const int rc =
         sqlite3_open_v2(path.c_str(), &m_db, SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE, nullptr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "storage/FolderLock.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -17,6 +19,10 @@ class SqliteError : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;
 };
+
+/// Holds the folder of `file` for writing it (see FolderLock::HoldFor); a SqliteError saying
+/// that `what` is not opened when another program holds the folder.
+std::optional<FolderLock> HoldFolderOf(const std::filesystem::path& file, std::string_view what);
 
 class SqliteFile;
 

@@ -14,7 +14,6 @@
 namespace wicker::test {
 
 /// A field of `into` takes the value of `update` wherever the update carries it.
-void Merge(QVXQuoteStruct& into, const QVXQuoteStruct& update);
 
 /// Everything a simulated platform delivered through its event queue, in order.
 class SimRecorder : public QVXEvents, public QVXQuoteEvents {
@@ -145,32 +144,7 @@ protected:
 
 inline void SimRecorder::OnQVXQuoteUpdate(const QVXQuoteStruct& q) {
     quotes.push_back(q);
-    Merge(market[q.Symbol], q);
-}
-
-inline void Merge(QVXQuoteStruct& into, const QVXQuoteStruct& u) {
-    namespace F = QVXQuoteField;
-    const auto take = [&](uint32_t bit, auto member) {
-        if (u.Carries(bit)) {
-            into.*member = u.*member;
-        }
-    };
-    take(F::Bid, &QVXQuoteStruct::BidPrice);
-    take(F::Ask, &QVXQuoteStruct::AskPrice);
-    take(F::Last, &QVXQuoteStruct::LastPrice);
-    take(F::BidSize, &QVXQuoteStruct::BidSize);
-    take(F::AskSize, &QVXQuoteStruct::AskSize);
-    take(F::LastSize, &QVXQuoteStruct::LastSize);
-    take(F::CumVolume, &QVXQuoteStruct::CumVolume);
-    take(F::Open, &QVXQuoteStruct::OpenPrice);
-    take(F::High, &QVXQuoteStruct::HighPrice);
-    take(F::Low, &QVXQuoteStruct::LowPrice);
-    take(F::Close, &QVXQuoteStruct::ClosePrice);
-    take(F::Vwap, &QVXQuoteStruct::Vwap);
-    take(F::Week52High, &QVXQuoteStruct::Week52High);
-    take(F::Week52Low, &QVXQuoteStruct::Week52Low);
-    take(F::AvgVolume, &QVXQuoteStruct::AvgVolume);
-    take(F::SharesOutstanding, &QVXQuoteStruct::SharesOutstanding);
+    PlatformEventQueue::MergeQuote(market[q.Symbol], q);
 }
 
 } // namespace wicker::test

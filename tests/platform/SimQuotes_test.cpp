@@ -196,7 +196,7 @@ TEST(SimQuotes, UpdatesCarryOnlyWhatChangedAndStayOnTheGrid) {
         check(F::Low, &QVXQuoteStruct::LowPrice);
         check(F::Vwap, &QVXQuoteStruct::Vwap);
         check(F::Close, &QVXQuoteStruct::ClosePrice);
-        Merge(p, q);
+        PlatformEventQueue::MergeQuote(p, q);
         EXPECT_LT(p.BidPrice, p.AskPrice);
         EXPECT_TRUE(OnGrid(p.BidPrice) && OnGrid(p.AskPrice)) << q.Symbol;
         if (p.LastPrice != kQVXNoPrice) {

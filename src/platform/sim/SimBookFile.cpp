@@ -7,18 +7,6 @@ namespace wicker {
 
 namespace {
 
-/// Written only under the data folder's lock: SqliteError when another program holds it.
-std::optional<FolderLock> HoldFolderOf(const std::filesystem::path& file) {
-    const std::filesystem::path folder =
-        file.parent_path().empty() ? std::filesystem::path(".") : file.parent_path();
-    Result<std::optional<FolderLock>> held = FolderLock::HoldFor(folder);
-    if (!held) {
-        throw SqliteError("The simulated broker's book " + file.string() +
-                          " is not opened: " + held.error().message);
-    }
-    return std::move(held).value();
-}
-
 constexpr std::string_view kSchema = R"(
 CREATE TABLE IF NOT EXISTS book(
     day TEXT NOT NULL, recordId INTEGER NOT NULL, account TEXT, side TEXT, symbol TEXT,
@@ -70,7 +58,8 @@ struct SimBookFile::Statements {
 };
 
 SimBookFile::SimBookFile(const std::filesystem::path& file, std::string today)
-    : m_lock(HoldFolderOf(file)), m_file(file), m_today(std::move(today)) {
+    : m_lock(HoldFolderOf(file, "The simulated broker's book " + file.string())), m_file(file),
+      m_today(std::move(today)) {
     m_file.exec("PRAGMA journal_mode=WAL");
     m_file.exec("PRAGMA synchronous=OFF");
     m_file.exec(kSchema);

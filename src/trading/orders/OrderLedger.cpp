@@ -14,18 +14,6 @@ namespace wicker {
 
 namespace {
 
-/// Written only under the data folder's lock: SqliteError when another program holds it.
-std::optional<FolderLock> HoldFolderOf(const std::filesystem::path& file) {
-    const std::filesystem::path folder =
-        file.parent_path().empty() ? std::filesystem::path(".") : file.parent_path();
-    Result<std::optional<FolderLock>> held = FolderLock::HoldFor(folder);
-    if (!held) {
-        throw SqliteError("The order journal " + file.string() +
-                          " is not opened: " + held.error().message);
-    }
-    return std::move(held).value();
-}
-
 constexpr std::string_view kSchema = R"(
 CREATE TABLE IF NOT EXISTS sends(
     id INTEGER PRIMARY KEY, day TEXT NOT NULL, basketSeq INTEGER NOT NULL, basketName TEXT,
@@ -261,7 +249,8 @@ struct OrderLedger::Statements {
 };
 
 OrderLedger::OrderLedger(const std::filesystem::path& file, const Clock& clock)
-    : m_clock(clock), m_lock(HoldFolderOf(file)), m_file(file) {
+    : m_clock(clock), m_lock(HoldFolderOf(file, "The order journal " + file.string())),
+      m_file(file) {
     m_file.exec("PRAGMA journal_mode=WAL");
     // A committed send survives the program's death; a power cut may lose the last commits.
     m_file.exec("PRAGMA synchronous=NORMAL");
