@@ -7,6 +7,7 @@
 // batch of events the window's pump delivers, and the timer ticks that follow. All times are
 // the UI thread's CPU time, so that a busy machine does not blur them.
 #include "BenchReport.h"
+#include "BenchSupport.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/sim/SimPlatform.h"
@@ -25,6 +26,9 @@
 namespace {
 
 using namespace wicker;
+using bench::Folder;
+using bench::SilentBoxes;
+using bench::Ticker;
 namespace fs = std::filesystem;
 
 /// CPU time of the calling (UI) thread: the work itself, whatever else the machine runs. The
@@ -40,34 +44,9 @@ constexpr int BuyBid = 0;
 constexpr int Rounds = 5;
 constexpr size_t PumpBatch = 2000; // what frmMain's event pump delivers per call
 
-class SilentBoxes : public MessageBoxes {
-public:
-    using MessageBoxes::show;
-    MsgAnswer show(const MessageRequest&) override { return MsgAnswer::Ok; }
-};
-
-/// Four capitals per line, all distinct: tickers the simulator takes.
-std::string Ticker(int i) {
-    std::string s(4, 'A');
-    for (int k = 3; k >= 0; --k, i /= 26) {
-        s[static_cast<size_t>(k)] = static_cast<char>('A' + i % 26);
-    }
-    return s;
-}
-
-/// A data folder of its own, removed at the end.
-struct Folder {
-    fs::path path = fs::temp_directory_path() / ("wicker-bench-send-" + std::to_string(getpid()));
-    Folder() { fs::create_directories(path); }
-    ~Folder() {
-        std::error_code ec;
-        fs::remove_all(path, ec);
-    }
-};
-
 /// A started simulator and a loaded desk with the 5,000 lines quoted.
 struct Desk {
-    Folder folder;
+    Folder folder{"send"};
     ManualClock clock{std::chrono::system_clock::now()};
     SimPlatform platform{SimSettings{}, clock, SimDriver::Manual};
     SilentBoxes boxes;

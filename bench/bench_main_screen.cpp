@@ -7,6 +7,7 @@
 // shared), is the figure. Also CalcBasket over the
 // 5,000 lines.
 #include "BenchReport.h"
+#include "BenchSupport.h"
 #include "common/Clock.h"
 #include "common/Conversions.h"
 #include "common/MessageBox.h"
@@ -29,6 +30,9 @@
 namespace {
 
 using namespace wicker;
+using bench::Folder;
+using bench::SilentBoxes;
+using bench::Ticker;
 namespace fs = std::filesystem;
 
 /// CPU time of the calling thread: the UI thread's own work, whatever else the machine runs.
@@ -41,29 +45,6 @@ double ThreadCpuMs() {
 constexpr int Lines = 5000;
 constexpr int UpdatesPerTick = 10000; // 50,000 a second for 200 ms
 constexpr int Rounds = 7;
-
-class SilentBoxes : public MessageBoxes {
-public:
-    using MessageBoxes::show;
-    MsgAnswer show(const MessageRequest&) override { return MsgAnswer::Ok; }
-};
-
-std::string Ticker(int i) {
-    std::string s(4, 'A');
-    for (int k = 3; k >= 0; --k, i /= 26) {
-        s[static_cast<size_t>(k)] = static_cast<char>('A' + i % 26);
-    }
-    return s;
-}
-
-struct Folder {
-    fs::path path = fs::temp_directory_path() / ("wicker-bench-screen-" + std::to_string(getpid()));
-    Folder() { fs::create_directories(path); }
-    ~Folder() {
-        std::error_code ec;
-        fs::remove_all(path, ec);
-    }
-};
 
 /// 200 ms of the storm: bid, ask, last and volume of scattered symbols of the basket.
 std::vector<QVXQuoteStruct> Storm(int round) {
@@ -85,7 +66,7 @@ std::vector<QVXQuoteStruct> Storm(int round) {
 
 /// The simulator (standing still: the storm is pushed by hand), the desk and its window.
 struct Screen {
-    Folder folder;
+    Folder folder{"screen"};
     ManualClock clock{std::chrono::system_clock::now()};
     SimPlatform platform{SimSettings{}, clock, SimDriver::Manual};
     SilentBoxes boxes;

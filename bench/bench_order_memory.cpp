@@ -4,6 +4,7 @@
 // is a fresh process (this program started again with --one-run), which reads its own VmRSS and
 // VmHWM from /proc/self/status; the program reports the runs' figures.
 #include "BenchReport.h"
+#include "BenchSupport.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/sim/SimPlatform.h"
@@ -24,34 +25,14 @@
 namespace {
 
 using namespace wicker;
+using bench::Folder;
+using bench::SilentBoxes;
+using bench::Ticker;
 namespace fs = std::filesystem;
 
 constexpr int Lines = 5000;
 constexpr int Sends = 4;
 constexpr int Runs = 3;
-
-class SilentBoxes : public MessageBoxes {
-public:
-    using MessageBoxes::show;
-    MsgAnswer show(const MessageRequest&) override { return MsgAnswer::Ok; }
-};
-
-std::string Ticker(int i) {
-    std::string s(4, 'A');
-    for (int k = 3; k >= 0; --k, i /= 26) {
-        s[static_cast<size_t>(k)] = static_cast<char>('A' + i % 26);
-    }
-    return s;
-}
-
-struct Folder {
-    fs::path path = fs::temp_directory_path() / ("wicker-bench-memory-" + std::to_string(getpid()));
-    Folder() { fs::create_directories(path); }
-    ~Folder() {
-        std::error_code ec;
-        fs::remove_all(path, ec);
-    }
-};
 
 /// A line of /proc/self/status in megabytes ("VmRSS", "VmHWM").
 double StatusMb(const char* key) {
@@ -72,7 +53,7 @@ int OneRun(int argc, char** argv) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
     }
     QApplication app(argc, argv);
-    Folder folder;
+    Folder folder{"memory"};
     ManualClock clock{std::chrono::system_clock::now()};
     SimPlatform platform{SimSettings{}, clock, SimDriver::Manual};
     SilentBoxes boxes;
