@@ -3,6 +3,7 @@
 #include "common/Formats.h"
 #include "platform/TicketOrder.h"
 
+#include <charconv>
 #include <chrono>
 #include <cstdio>
 #include <string>
@@ -142,13 +143,26 @@ constexpr char kRecordEnd = '\x1e';
 constexpr char kEscape = '\x1b';
 
 void AppendField(std::string& text, std::string_view field) {
-    for (const char c : field) {
-        if (c == kFieldEnd || c == kRecordEnd || c == kEscape) {
-            text += kEscape;
+    constexpr char special[] = {kFieldEnd, kRecordEnd, kEscape, '\0'};
+    if (field.find_first_of(special) == std::string_view::npos) {
+        text += field; // nearly every field: written whole
+    } else {
+        for (const char c : field) {
+            if (c == kFieldEnd || c == kRecordEnd || c == kEscape) {
+                text += kEscape;
+            }
+            text += c;
         }
-        text += c;
     }
     text += kFieldEnd;
+}
+
+/// A number as text, written without allocating: the send's record is written while the
+/// trader waits for the first order to leave.
+template <class Number> void AppendNumber(std::string& text, Number value) {
+    char digits[32];
+    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
+    AppendField(text, std::string_view(digits, static_cast<size_t>(end.ptr - digits)));
 }
 
 /// The fields of one record, escapes undone.
@@ -185,17 +199,30 @@ std::vector<std::string> Split(std::string_view text, char end) {
 }
 
 void AppendOrder(std::string& text, const QVXOrder& o) {
-    for (const std::string& field :
-         {o.ClOrderID(), o.Account(), o.Side(), o.Symbol(), std::to_string(o.Quantity()),
-          std::to_string(o.PriceType()), o.Tif(), o.Destination(), std::to_string(o.MaxFloor()),
-          o.Memo()}) {
-        AppendField(text, field);
-    }
-    // The limit price exactly, as it went out.
-    char price[32];
-    std::snprintf(price, sizeof price, "%.17g", o.LmtPrice());
-    AppendField(text, price);
+    AppendField(text, o.ClOrderID());
+    AppendField(text, o.Account());
+    AppendField(text, o.Side());
+    AppendField(text, o.Symbol());
+    AppendNumber(text, o.Quantity());
+    AppendNumber(text, o.PriceType());
+    AppendField(text, o.Tif());
+    AppendField(text, o.Destination());
+    AppendNumber(text, o.MaxFloor());
+    AppendField(text, o.Memo());
+    // The limit price exactly, as it went out: the shortest text that reads back the same.
+    AppendNumber(text, o.LmtPrice());
     text += kRecordEnd;
+}
+
+/// A price as AppendNumber wrote it, whatever the program's locale.
+double ReadPrice(const std::string& text) {
+    double price = 0;
+    const std::from_chars_result read =
+        std::from_chars(text.data(), text.data() + text.size(), price);
+    if (read.ec != std::errc() || read.ptr != text.data() + text.size()) {
+        throw SqliteError("The order journal holds a send it cannot read.");
+    }
+    return price;
 }
 
 /// An order of a send's record as it was handed off (or about to be).
@@ -215,7 +242,7 @@ LedgerOrder ReadOrder(std::string_view record, int32_t recordId, const std::stri
     order.setDestination(f[7]);
     order.setMaxFloor(static_cast<int32_t>(std::stol(f[8])));
     order.setMemo(f[9]);
-    order.setLmtPrice(std::stod(f[10]));
+    order.setLmtPrice(ReadPrice(f[10]));
     LedgerOrder o;
     o.maxFloor = order.MaxFloor();
     o.tracked.state = HandedOffRecord(order, recordId, handedAt);
