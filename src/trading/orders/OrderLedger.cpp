@@ -20,6 +20,9 @@ CREATE TABLE IF NOT EXISTS sends(
     id INTEGER PRIMARY KEY, day TEXT NOT NULL, basketSeq INTEGER NOT NULL, basketName TEXT,
     sentAt TEXT, overrides TEXT, orders TEXT, results TEXT, handedAt TEXT,
     UNIQUE(day, basketSeq));
+CREATE TABLE IF NOT EXISTS sendResults(
+    day TEXT NOT NULL, basketSeq INTEGER NOT NULL, results TEXT, handedAt TEXT,
+    PRIMARY KEY(day, basketSeq));
 CREATE TABLE IF NOT EXISTS orders(
     id INTEGER PRIMARY KEY, day TEXT NOT NULL, clOrdId TEXT NOT NULL, account TEXT, action TEXT, destination TEXT, exchClOrdId TEXT, exchOrderId TEXT,
     logMessage TEXT, orderTime TEXT, priceTypeText TEXT, side TEXT, tif TEXT, updateTime TEXT,
@@ -259,15 +262,20 @@ struct OrderLedger::Statements {
         : begin(f, "BEGIN"), commit(f, "COMMIT"),
           send(f, "INSERT INTO sends(day, basketSeq, basketName, sentAt, overrides, orders) "
                   "VALUES(?1, ?2, ?3, ?4, ?5, ?6)"),
-          sendEnds(f, "UPDATE sends SET results = ?3, handedAt = ?4 "
-                      "WHERE day = ?1 AND basketSeq = ?2"),
+          // A row of its own: updating the send's row would write all its orders again.
+          sendEnds(f, "INSERT OR REPLACE INTO sendResults(day, basketSeq, results, handedAt) "
+                      "VALUES(?1, ?2, ?3, ?4)"),
           save(f, "INSERT INTO orders(day, clOrdId, " + std::string(kStateColumns) +
                       ") VALUES(?1, ?2, " + Placeholders(3, kStateCount) +
                       ") ON CONFLICT(day, clOrdId) DO UPDATE SET " + StateUpdates()),
           event(f, "INSERT INTO events(day, at, kind, clOrdId, recordId, status, quantity, leaves, "
                    "cum, avgPx, lastPx, reason, text) "
                    "VALUES(?1, ?2, ?3, ?4, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13)"),
-          sends(f, "SELECT orders, results, handedAt FROM sends WHERE day = ?1 ORDER BY id"),
+          // Journals written before sendResults existed keep the answers in sends.
+          sends(f, "SELECT s.orders, coalesce(r.results, s.results), "
+                   "coalesce(r.handedAt, s.handedAt) FROM sends s LEFT JOIN sendResults r "
+                   "ON r.day = s.day AND r.basketSeq = s.basketSeq WHERE s.day = ?1 "
+                   "ORDER BY s.id"),
           states(f, "SELECT clOrdId, " + std::string(kStateColumns) +
                         " FROM orders WHERE day = ?1 ORDER BY id"),
           highest(f, "SELECT max(basketSeq) FROM sends WHERE day = ?1") {}

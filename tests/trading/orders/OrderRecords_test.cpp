@@ -2,6 +2,7 @@
 // restart shows each order as it last was.
 
 #include "platform/TicketOrder.h"
+#include "storage/SqliteFile.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
 #include "support/TrackedOrders.h"
@@ -83,6 +84,19 @@ TEST_F(Records, AnOrderThatNeverLeftIsKeptAsNotSentAfterARestart) {
     ASSERT_EQ(kept.size(), 1u);
     EXPECT_EQ(kept[0].tracked.note, "Not sent (program stopped)");
     EXPECT_EQ(kept[0].tracked.state.LvsQuantity, 0);
+}
+
+// A journal written before the answers had a table of their own keeps them in the send's row.
+TEST_F(Records, AnEarlierJournalsAnswersAreStillRead) {
+    WriteTheSend();
+    {
+        SqliteFile file(dir / "orders.db");
+        file.exec("UPDATE sends SET results = '7' || char(30), handedAt = '10:00:00'");
+    }
+    const auto kept = Kept();
+    ASSERT_EQ(kept.size(), 1u);
+    EXPECT_EQ(kept[0].handOff, HandOffState::Taken);
+    EXPECT_EQ(kept[0].tracked.state.OrderRecordId, 7);
 }
 
 } // namespace
