@@ -19,7 +19,7 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
-using test::OrderSpec;
+using test::OrderFields;
 using test::SimRecorder;
 
 constexpr int32_t Clip = 100;
@@ -122,17 +122,17 @@ private:
 
 template <class Side> class PlatformContract : public ::testing::Test {
 protected:
-    int32_t send(const OrderSpec& spec) { return test::Submit(side.platform(), spec); }
-    static OrderSpec Market(std::string id, int32_t quantity, std::string symbol = "IBM") {
-        OrderSpec s;
+    int32_t send(const OrderFields& fields) { return test::Submit(side.platform(), fields); }
+    static OrderFields Market(std::string id, int32_t quantity, std::string symbol = "IBM") {
+        OrderFields s;
         s.clOrderId = std::move(id);
         s.quantity = quantity;
         s.symbol = std::move(symbol);
         return s;
     }
     /// A buy limit far below any price: it rests until cancelled.
-    static OrderSpec Resting(std::string id, int32_t quantity) {
-        OrderSpec s = Market(std::move(id), quantity);
+    static OrderFields Resting(std::string id, int32_t quantity) {
+        OrderFields s = Market(std::move(id), quantity);
         s.priceType = 5;
         s.price = 1.00;
         return s;
@@ -259,7 +259,7 @@ TYPED_TEST(PlatformContract, HaltedSymbolIsRejectedOnceWithItsReason) {
     EXPECT_EQ(this->last("H-1").CumExecQuantity, 0);
     // Refused before it leaves: the same codes on both.
     EXPECT_EQ(this->send(this->Market("H-2", 0)), -3);
-    OrderSpec noSymbol = this->Market("H-3", 100, "");
+    OrderFields noSymbol = this->Market("H-3", 100, "");
     EXPECT_EQ(this->send(noSymbol), -4);
 }
 

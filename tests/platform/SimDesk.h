@@ -67,7 +67,7 @@ public:
 };
 
 /// The properties of one order; the defaults make a valid market buy.
-struct OrderSpec {
+struct OrderFields {
     std::string account = "ACCT01";
     std::string side = "B";
     std::string symbol = "IBM";
@@ -80,19 +80,19 @@ struct OrderSpec {
     std::string memo = "Tech10-57-/bskt";
 };
 
-/// Submits one order of `spec` to `platform`; SubmitOrder's answer.
-inline int32_t Submit(Platform& platform, const OrderSpec& spec) {
+/// Submits one order of `fields` to `platform`; SubmitOrder's answer.
+inline int32_t Submit(Platform& platform, const OrderFields& fields) {
     auto order = platform.CreateOrder();
-    order->setMemo(spec.memo);
-    order->setAccount(spec.account);
-    order->setSymbol(spec.symbol);
-    order->setQuantity(spec.quantity);
-    order->setDestination(spec.destination);
-    order->setTif(spec.tif);
-    order->setPriceType(spec.priceType);
-    order->setSide(spec.side);
-    order->setLmtPrice(spec.price);
-    order->setClOrderID(spec.clOrderId);
+    order->setMemo(fields.memo);
+    order->setAccount(fields.account);
+    order->setSymbol(fields.symbol);
+    order->setQuantity(fields.quantity);
+    order->setDestination(fields.destination);
+    order->setTif(fields.tif);
+    order->setPriceType(fields.priceType);
+    order->setSide(fields.side);
+    order->setLmtPrice(fields.price);
+    order->setClOrderID(fields.clOrderId);
     return order->SubmitOrder();
 }
 
@@ -107,7 +107,7 @@ public:
         }
     }
 
-    int32_t send(const OrderSpec& spec) { return Submit(platform, spec); }
+    int32_t send(const OrderFields& fields) { return Submit(platform, fields); }
 
     void drain() { platform.Events().drain(events, events); }
 

@@ -73,10 +73,10 @@ protected:
 
 TEST_F(SimFills, MarketBuyFillsAtOnceAtTheAskAndEchoesTheOrder) {
     const double ask = quote().AskPrice;
-    OrderSpec spec;
-    spec.side = "BUY";
-    spec.quantity = 300;
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.side = "BUY";
+    fields.quantity = 300;
+    const int32_t id = desk.send(fields);
     ASSERT_GT(id, 0);
     desk.drain();
     const auto updates = desk.events.of(id);
@@ -103,9 +103,9 @@ TEST_F(SimFills, MarketBuyFillsAtOnceAtTheAskAndEchoesTheOrder) {
 TEST_F(SimFills, MarketSellAndShortFillAtTheBid) {
     const double bid = quote().BidPrice;
     for (const char* side : {"S", "T"}) {
-        OrderSpec spec;
-        spec.side = side;
-        const int32_t id = desk.send(spec);
+        OrderFields fields;
+        fields.side = side;
+        const int32_t id = desk.send(fields);
         desk.drain();
         const auto updates = desk.events.of(id);
         ASSERT_EQ(updates.size(), 2u) << side;
@@ -115,10 +115,10 @@ TEST_F(SimFills, MarketSellAndShortFillAtTheBid) {
 }
 
 TEST_F(SimFills, LargeOrderFillsInClipsAtTheTouchOfEachTick) {
-    OrderSpec spec;
-    spec.side = "S";
-    spec.quantity = 3500;
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.side = "S";
+    fields.quantity = 3500;
+    const int32_t id = desk.send(fields);
     desk.drain();
     auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 2u) << "Open, then the first clip at once";
@@ -154,12 +154,12 @@ TEST_F(SimFills, LargeOrderFillsInClipsAtTheTouchOfEachTick) {
 }
 
 TEST_F(SimFills, MarketableLimitFillsAtTheTouchNotWorse) {
-    OrderSpec buy;
+    OrderFields buy;
     buy.priceType = 5;
     buy.price = quote().AskPrice + 0.50;
     const double ask = quote().AskPrice;
     const int32_t buyId = desk.send(buy);
-    OrderSpec sell;
+    OrderFields sell;
     sell.side = "S";
     sell.priceType = 5;
     sell.price = quote().BidPrice - 0.50;
@@ -174,7 +174,7 @@ TEST_F(SimFills, MarketableLimitFillsAtTheTouchNotWorse) {
 }
 
 TEST_F(SimFills, RestingLimitWaitsForTheMarketAndFillsAtItsLimit) {
-    OrderSpec buy;
+    OrderFields buy;
     buy.priceType = 5;
     buy.price = quote().BidPrice; // below the ask: not marketable
     const int32_t id = desk.send(buy);
@@ -194,7 +194,7 @@ TEST_F(SimFills, RestingLimitWaitsForTheMarketAndFillsAtItsLimit) {
 TEST_F(SimFills, RestingLimitOfAnUnregisteredSymbolStillFills) {
     const double bid = quote().BidPrice;
     desk.platform.DeregisterSymbol("IBM", "*");
-    OrderSpec buy;
+    OrderFields buy;
     buy.priceType = 5;
     buy.price = bid;
     const int32_t id = desk.send(buy);
@@ -204,7 +204,7 @@ TEST_F(SimFills, RestingLimitOfAnUnregisteredSymbolStillFills) {
 }
 
 TEST_F(SimFills, SubPennyLimitFillsOnTheGridWithinTheLimit) {
-    OrderSpec buy;
+    OrderFields buy;
     buy.priceType = 5;
     buy.price = quote().BidPrice + 0.005; // as the screen's modifier may make it
     const int32_t id = desk.send(buy);
@@ -224,11 +224,11 @@ struct AuctionRow {
 class SimAuction : public SimFills, public ::testing::WithParamInterface<AuctionRow> {};
 
 TEST_P(SimAuction, FillsWholeAfterTheDelayAtTheThenLastPrice) {
-    OrderSpec spec;
-    spec.priceType = GetParam().priceType;
-    spec.tif = GetParam().tif;
-    spec.quantity = 5000; // above the clip size: an auction fills it whole
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.priceType = GetParam().priceType;
+    fields.tif = GetParam().tif;
+    fields.quantity = 5000; // above the clip size: an auction fills it whole
+    const int32_t id = desk.send(fields);
     desk.run(milliseconds(2999));
     ASSERT_EQ(desk.events.of(id).size(), 1u) << "nothing before the delay";
     desk.run(milliseconds(1));
@@ -248,11 +248,11 @@ INSTANTIATE_TEST_SUITE_P(Rows, SimAuction,
                          [](const auto& row) { return std::string(row.param.name); });
 
 TEST_F(SimFills, ImmediateOrCancelThatCannotTradeIsCancelledAtOnce) {
-    OrderSpec spec;
-    spec.priceType = 5;
-    spec.price = quote().BidPrice;
-    spec.tif = "I";
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.priceType = 5;
+    fields.price = quote().BidPrice;
+    fields.tif = "I";
+    const int32_t id = desk.send(fields);
     desk.drain();
     const auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 2u);
@@ -261,10 +261,10 @@ TEST_F(SimFills, ImmediateOrCancelThatCannotTradeIsCancelledAtOnce) {
 }
 
 TEST_F(SimFills, FillOrKillFillsWholeAboveTheClipSize) {
-    OrderSpec spec;
-    spec.quantity = 2500;
-    spec.tif = "F";
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.quantity = 2500;
+    fields.tif = "F";
+    const int32_t id = desk.send(fields);
     desk.drain();
     const auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 2u);
@@ -273,11 +273,11 @@ TEST_F(SimFills, FillOrKillFillsWholeAboveTheClipSize) {
 }
 
 TEST_F(SimFills, CancelOfAnOpenOrderReportsItCancelledWithNothingLeft) {
-    OrderSpec spec;
-    spec.priceType = 5;
-    spec.price = quote().BidPrice - 5.00;
-    const int32_t id = desk.send(spec);
-    desk.platform.CancelOrder(spec.clOrderId, id, "", "");
+    OrderFields fields;
+    fields.priceType = 5;
+    fields.price = quote().BidPrice - 5.00;
+    const int32_t id = desk.send(fields);
+    desk.platform.CancelOrder(fields.clOrderId, id, "", "");
     desk.run(milliseconds(60'000));
     const auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 2u) << "no fill after the cancel";
@@ -287,10 +287,10 @@ TEST_F(SimFills, CancelOfAnOpenOrderReportsItCancelledWithNothingLeft) {
 }
 
 TEST_F(SimFills, CancelOfAPartlyFilledOrderKeepsWhatFilled) {
-    OrderSpec spec;
-    spec.quantity = 5000;
-    const int32_t id = desk.send(spec);
-    desk.platform.CancelOrder(spec.clOrderId, id, "", "");
+    OrderFields fields;
+    fields.quantity = 5000;
+    const int32_t id = desk.send(fields);
+    desk.platform.CancelOrder(fields.clOrderId, id, "", "");
     desk.run(milliseconds(10'000));
     const auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 3u);
@@ -301,9 +301,9 @@ TEST_F(SimFills, CancelOfAPartlyFilledOrderKeepsWhatFilled) {
 }
 
 TEST_F(SimFills, CancelOfADoneUnknownOrMismatchedOrderDoesNothing) {
-    OrderSpec filled;
+    OrderFields filled;
     const int32_t filledId = desk.send(filled);
-    OrderSpec resting;
+    OrderFields resting;
     resting.priceType = 5;
     resting.price = quote().BidPrice - 5.00;
     resting.clOrderId = "ACCT01-20240315-57-2";
@@ -345,14 +345,14 @@ TEST_F(SimFills, BrokerRefusalsAreAcceptedThenRejectedWithAReason) {
     };
     int n = 0;
     for (const Row& r : rows) {
-        OrderSpec spec;
-        spec.symbol = r.symbol;
-        spec.destination = r.destination;
-        spec.side = "BUY";
-        spec.quantity = 200;
-        spec.clOrderId = "ACCT01-20240315-57-" + std::to_string(++n);
+        OrderFields fields;
+        fields.symbol = r.symbol;
+        fields.destination = r.destination;
+        fields.side = "BUY";
+        fields.quantity = 200;
+        fields.clOrderId = "ACCT01-20240315-57-" + std::to_string(++n);
         const size_t rejectsBefore = desk.events.rejects.size();
-        const int32_t id = desk.send(spec);
+        const int32_t id = desk.send(fields);
         ASSERT_GT(id, 0) << r.symbol;
         desk.drain();
         if (r.code == 0) {
@@ -360,7 +360,7 @@ TEST_F(SimFills, BrokerRefusalsAreAcceptedThenRejectedWithAReason) {
             continue;
         }
         const std::vector<std::string> expected = {"update " + std::to_string(id) + " Open",
-                                                   "reject " + spec.clOrderId,
+                                                   "reject " + fields.clOrderId,
                                                    "update " + std::to_string(id) + " Rejected"};
         ASSERT_GE(desk.events.journal.size(), 3u);
         EXPECT_EQ(
@@ -379,9 +379,9 @@ TEST_F(SimFills, BrokerRefusalsAreAcceptedThenRejectedWithAReason) {
 }
 
 TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {
-    OrderSpec spec;
-    spec.quantity = 5000;
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.quantity = 5000;
+    const int32_t id = desk.send(fields);
     desk.platform.TriggerShutdown();
     desk.drain();
     const size_t updates = desk.events.of(id).size();
@@ -399,15 +399,15 @@ TEST_F(SimFills, ShutdownStopsFillsAndQuotes) {
 TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) {
     TempDir dir;
     ASSERT_TRUE(desk.platform.KeepBook(dir / kSimBookFileName).ok());
-    OrderSpec filled;
+    OrderFields filled;
     filled.clOrderId = "A-1";
-    OrderSpec resting;
+    OrderFields resting;
     resting.priceType = 5;
     resting.price = quote().BidPrice - 5.00;
     resting.clOrderId = "A-2";
-    OrderSpec replaced = resting;
+    OrderFields replaced = resting;
     replaced.clOrderId = "A-3";
-    OrderSpec auction;
+    OrderFields auction;
     auction.priceType = 2;
     auction.clOrderId = "A-4";
     const int32_t ids[] = {desk.send(filled), desk.send(resting), desk.send(replaced),
@@ -419,7 +419,7 @@ TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) 
     change.newClOrderID = "A-3b";
     ASSERT_EQ(desk.platform.ReplaceOrder("A-3", ids[2], change), 0);
     desk.drain(); // written before this drain delivered a word of it
-    OrderSpec late;
+    OrderFields late;
     late.clOrderId = "A-5";
     ASSERT_GT(desk.send(late), 0);
     // The program dies here: the files as they are now, before the next drain wrote A-5.
@@ -455,7 +455,7 @@ TEST_F(SimFills, AKeptBookBringsBackTheDaysOrdersAndKeepsTheRestingOnesWorking) 
     again.run(milliseconds(4000));
     EXPECT_EQ(again.events.of(ids[1]).back().OrderStatus, QVXOrderStatus::Cancelled);
     EXPECT_EQ(again.events.of(ids[3]).back().OrderStatus, QVXOrderStatus::Filled);
-    OrderSpec next;
+    OrderFields next;
     next.clOrderId = "B-1";
     EXPECT_EQ(again.send(next), ids[3] + 1);
 }
@@ -469,7 +469,7 @@ TEST(SimKeptBookFile, AFileThatIsNoBookIsReportedAndLeftAsItIs) {
     ASSERT_FALSE(kept.ok());
     EXPECT_NE(kept.error().message.find("cannot be used"), std::string::npos);
     EXPECT_EQ(ReadFile(dir / kSimBookFileName), bytes);
-    EXPECT_GT(sim.send(OrderSpec{}), 0) << "the simulator still trades, in memory";
+    EXPECT_GT(sim.send(OrderFields{}), 0) << "the simulator still trades, in memory";
 }
 
 } // namespace

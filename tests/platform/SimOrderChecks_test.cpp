@@ -12,7 +12,7 @@ namespace {
 
 struct CheckRow {
     const char* name;
-    std::function<void(OrderSpec&)> change;
+    std::function<void(OrderFields&)> change;
     int32_t expected; // 0: accepted
 };
 
@@ -27,9 +27,9 @@ class SimPreTradeCheck : public ::testing::TestWithParam<CheckRow> {};
 
 TEST_P(SimPreTradeCheck, ReturnsTheCodeOfTheFirstFault) {
     SimDesk desk(Limited());
-    OrderSpec spec;
-    GetParam().change(spec);
-    const int32_t result = desk.send(spec);
+    OrderFields fields;
+    GetParam().change(fields);
+    const int32_t result = desk.send(fields);
     desk.drain();
     if (GetParam().expected == 0) {
         EXPECT_GT(result, 0);
@@ -42,115 +42,115 @@ TEST_P(SimPreTradeCheck, ReturnsTheCodeOfTheFirstFault) {
 }
 
 const CheckRow kRows[] = {
-    {"Valid", [](OrderSpec&) {}, 0},
-    {"WordBuy", [](OrderSpec& o) { o.side = "BUY"; }, 0},
-    {"Sell", [](OrderSpec& o) { o.side = "S"; }, 0},
-    {"Short", [](OrderSpec& o) { o.side = "T"; }, 0},
-    {"EmptyAccount", [](OrderSpec& o) { o.account = ""; }, -1},
-    {"BlankAccount", [](OrderSpec& o) { o.account = "   "; }, -1},
+    {"Valid", [](OrderFields&) {}, 0},
+    {"WordBuy", [](OrderFields& o) { o.side = "BUY"; }, 0},
+    {"Sell", [](OrderFields& o) { o.side = "S"; }, 0},
+    {"Short", [](OrderFields& o) { o.side = "T"; }, 0},
+    {"EmptyAccount", [](OrderFields& o) { o.account = ""; }, -1},
+    {"BlankAccount", [](OrderFields& o) { o.account = "   "; }, -1},
     // The account is looked at before everything else.
     {"EmptyAccountAndSide",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.account = "";
          o.side = "";
      },
      -1},
-    {"EmptySide", [](OrderSpec& o) { o.side = ""; }, -2},
-    {"WordSell", [](OrderSpec& o) { o.side = "SELL"; }, -2},
-    {"LowerCaseBuy", [](OrderSpec& o) { o.side = "b"; }, -2},
+    {"EmptySide", [](OrderFields& o) { o.side = ""; }, -2},
+    {"WordSell", [](OrderFields& o) { o.side = "SELL"; }, -2},
+    {"LowerCaseBuy", [](OrderFields& o) { o.side = "b"; }, -2},
     {"BadSideAndQuantity",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.side = "X";
          o.quantity = 0;
      },
      -2},
-    {"ZeroQuantity", [](OrderSpec& o) { o.quantity = 0; }, -3},
-    {"NegativeQuantity", [](OrderSpec& o) { o.quantity = -100; }, -3},
+    {"ZeroQuantity", [](OrderFields& o) { o.quantity = 0; }, -3},
+    {"NegativeQuantity", [](OrderFields& o) { o.quantity = -100; }, -3},
     {"ZeroQuantityEmptySymbol",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.quantity = 0;
          o.symbol = "";
      },
      -3},
-    {"EmptySymbol", [](OrderSpec& o) { o.symbol = ""; }, -4},
-    {"BlankSymbol", [](OrderSpec& o) { o.symbol = "  "; }, -4},
+    {"EmptySymbol", [](OrderFields& o) { o.symbol = ""; }, -4},
+    {"BlankSymbol", [](OrderFields& o) { o.symbol = "  "; }, -4},
     {"EmptySymbolBadType",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.symbol = "";
          o.priceType = 3;
      },
      -4},
-    {"PriceTypeZero", [](OrderSpec& o) { o.priceType = 0; }, -5},
-    {"PriceTypeThree", [](OrderSpec& o) { o.priceType = 3; }, -5},
+    {"PriceTypeZero", [](OrderFields& o) { o.priceType = 0; }, -5},
+    {"PriceTypeThree", [](OrderFields& o) { o.priceType = 3; }, -5},
     {"LimitWithoutPrice",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = 0;
      },
      -5},
     {"LimitNegativePrice",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = -1;
      },
      -5},
     {"LimitNotANumber",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = std::numeric_limits<double>::quiet_NaN();
      },
      -5},
     {"LimitInfinite",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = std::numeric_limits<double>::infinity();
      },
      -5},
     {"BadTypeAndTif",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 9;
          o.tif = "Z";
      },
      -5},
-    {"MarketOnClose", [](OrderSpec& o) { o.priceType = 2; }, 0},
+    {"MarketOnClose", [](OrderFields& o) { o.priceType = 2; }, 0},
     {"LimitWithPrice",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = 1.0;
      },
      0},
-    {"EmptyTif", [](OrderSpec& o) { o.tif = ""; }, -6},
-    {"WordTif", [](OrderSpec& o) { o.tif = "DAY"; }, -6},
-    {"LowerCaseTif", [](OrderSpec& o) { o.tif = "d"; }, -6},
-    {"TifOnOpen", [](OrderSpec& o) { o.tif = "O"; }, 0},
-    {"TifOs", [](OrderSpec& o) { o.tif = "1"; }, 0},
-    {"TifChxp", [](OrderSpec& o) { o.tif = "C"; }, 0},
-    {"DestinationNotEnabled", [](OrderSpec& o) { o.destination = "NYSE"; }, -7},
-    {"EmptyDestination", [](OrderSpec& o) { o.destination = ""; }, -7},
-    {"DestinationLowerCase", [](OrderSpec& o) { o.destination = "arca"; }, 0},
+    {"EmptyTif", [](OrderFields& o) { o.tif = ""; }, -6},
+    {"WordTif", [](OrderFields& o) { o.tif = "DAY"; }, -6},
+    {"LowerCaseTif", [](OrderFields& o) { o.tif = "d"; }, -6},
+    {"TifOnOpen", [](OrderFields& o) { o.tif = "O"; }, 0},
+    {"TifOs", [](OrderFields& o) { o.tif = "1"; }, 0},
+    {"TifChxp", [](OrderFields& o) { o.tif = "C"; }, 0},
+    {"DestinationNotEnabled", [](OrderFields& o) { o.destination = "NYSE"; }, -7},
+    {"EmptyDestination", [](OrderFields& o) { o.destination = ""; }, -7},
+    {"DestinationLowerCase", [](OrderFields& o) { o.destination = "arca"; }, 0},
     {"BadTifAndDestination",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.tif = "Q";
          o.destination = "NYSE";
      },
      -6},
     {"LimitAboveExposure",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = 100.01;
          o.quantity = 10000;
      },
      -8},
     {"LimitAtExposure",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.priceType = 5;
          o.price = 100;
          o.quantity = 10000;
      },
      0},
-    {"MarketAboveExposure", [](OrderSpec& o) { o.quantity = 2'000'000'000; }, -8},
+    {"MarketAboveExposure", [](OrderFields& o) { o.quantity = 2'000'000'000; }, -8},
     {"DestinationBeforeExposure",
-     [](OrderSpec& o) {
+     [](OrderFields& o) {
          o.destination = "NYSE";
          o.quantity = 2'000'000'000;
      },
@@ -162,16 +162,16 @@ INSTANTIATE_TEST_SUITE_P(Rows, SimPreTradeCheck, ::testing::ValuesIn(kRows),
 
 TEST(SimPreTradeCheck, EveryDestinationAndAnySizeWithoutLimits) {
     SimDesk desk;
-    OrderSpec spec;
-    spec.destination = "ANYWHERE";
-    spec.quantity = 2'000'000'000;
-    EXPECT_GT(desk.send(spec), 0);
+    OrderFields fields;
+    fields.destination = "ANYWHERE";
+    fields.quantity = 2'000'000'000;
+    EXPECT_GT(desk.send(fields), 0);
 }
 
 TEST(SimPreTradeCheck, OfflineBeforeStartAfterStopAndAfterShutdown) {
     SimDesk desk({}, false);
     EXPECT_EQ(desk.send({}), -16);
-    OrderSpec bad;
+    OrderFields bad;
     bad.account = "";
     EXPECT_EQ(desk.send(bad), -16) << "an offline platform checks nothing else";
 

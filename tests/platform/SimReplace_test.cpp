@@ -21,7 +21,7 @@ protected:
         return QVXOrderChange{std::move(newId), quantity, priceType, price};
     }
 
-    OrderSpec resting;
+    OrderFields resting;
 };
 
 TEST_F(SimReplace, OpenOrderChangesInPlaceUnderItsRecordIdAndNewClientId) {
@@ -63,14 +63,14 @@ TEST_F(SimReplace, EmptyNewIdIsNumberedFromTheCurrentOne) {
 }
 
 TEST_F(SimReplace, PartlyFilledOrderKeepsItsFillsAndGetsNewLeaves) {
-    OrderSpec spec;
-    spec.quantity = 5000; // a market order: one clip of 1000 fills on arrival
-    const int32_t id = desk.send(spec);
+    OrderFields fields;
+    fields.quantity = 5000; // a market order: one clip of 1000 fills on arrival
+    const int32_t id = desk.send(fields);
     desk.drain();
     const QVXOrderStruct before = desk.events.of(id).back();
     ASSERT_EQ(before.CumExecQuantity, 1000);
     const double farBelow = quote().BidPrice - 5.00;
-    ASSERT_EQ(desk.platform.ReplaceOrder(spec.clOrderId, id, Change(3000, 5, farBelow)), 0);
+    ASSERT_EQ(desk.platform.ReplaceOrder(fields.clOrderId, id, Change(3000, 5, farBelow)), 0);
     desk.run(milliseconds(60'000));
     const auto updates = desk.events.of(id);
     ASSERT_EQ(updates.size(), 3u) << "as a resting limit it stops filling";
@@ -84,15 +84,15 @@ TEST_F(SimReplace, PartlyFilledOrderKeepsItsFillsAndGetsNewLeaves) {
 }
 
 TEST_F(SimReplace, RefusalsLeaveTheOrderAsItWas) {
-    OrderSpec partly; // 1000 of 5000 filled, the rest working in clips
+    OrderFields partly; // 1000 of 5000 filled, the rest working in clips
     partly.quantity = 5000;
     partly.clOrderId = "P-1";
     const int32_t partlyId = desk.send(partly);
-    OrderSpec filled;
+    OrderFields filled;
     filled.clOrderId = "F-1";
     const int32_t filledId = desk.send(filled);
     const int32_t restingId = SendResting();
-    OrderSpec cancelled = resting;
+    OrderFields cancelled = resting;
     cancelled.clOrderId = "C-1";
     const int32_t cancelledId = desk.send(cancelled);
     desk.platform.CancelOrder("C-1", cancelledId, "", "");
@@ -153,7 +153,7 @@ TEST_F(SimReplace, LimitMadeMarketableFillsAtTheTouchAfterTheReplace) {
 }
 
 TEST_F(SimReplace, MarketOnCloseTurnedIntoARestingLimitMissesTheAuction) {
-    OrderSpec moc;
+    OrderFields moc;
     moc.priceType = 2;
     const int32_t id = desk.send(moc);
     ASSERT_EQ(
