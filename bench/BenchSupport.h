@@ -1,13 +1,14 @@
 #pragma once
 
 // What the desk benchmarks share: message boxes that answer OK, tickers the simulator
-// takes, and a data folder of their own.
+// takes, a data folder of their own and the calling thread's CPU clock.
 
 #include "common/MessageBox.h"
 
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <time.h>
 #include <unistd.h>
 
 namespace wicker::bench {
@@ -42,5 +43,13 @@ struct Folder {
     Folder& operator=(const Folder&) = delete;
     std::filesystem::path path;
 };
+
+/// CPU time of the calling thread, in ms: the UI thread's own work, whatever else the
+/// machine runs meanwhile.
+inline double ThreadCpuMs() {
+    timespec t{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
+}
 
 } // namespace wicker::bench

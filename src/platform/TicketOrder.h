@@ -38,6 +38,8 @@ public:
     void setMaxFloor(int32_t v) override { m_t.maxFloor = v; }
     std::string Memo() const override { return m_t.memo; }
     void setMemo(std::string v) override { m_t.memo = std::move(v); }
+    /// The fields as they are, for readers that would otherwise copy each one.
+    const OrderTicket& ticket() const { return m_t; }
 
 private:
     std::function<int32_t(const OrderTicket&)> m_submit;

@@ -3,11 +3,19 @@
 #include "common/Formats.h"
 #include "platform/TicketOrder.h"
 
+#include <array>
 #include <charconv>
 #include <chrono>
+#include <cstdint>
 #include <cstdio>
+#include <cstring>
+#include <deque>
+#include <memory>
+#include <span>
 #include <string>
+#include <typeinfo>
 #include <unordered_map>
+#include <vector>
 
 #include <sqlite3.h>
 
@@ -140,47 +148,164 @@ TrackedOrder ReadState(const SqliteStatement& s, int first, std::string clOrderI
 }
 
 // A send's orders as text: one record per order, fields apart. The separators are control
-// characters no order field holds; one that did would be escaped, never lost.
+// characters no order field holds; one that did would be escaped, never lost. A field the
+// same as in the order before is one ditto mark: a send of one account, side and memo costs
+// little more than its ids and symbols.
 constexpr char kFieldEnd = '\x1f';
 constexpr char kRecordEnd = '\x1e';
+constexpr char kDitto = '\x1d';
 constexpr char kEscape = '\x1b';
+constexpr size_t kOrderFields = 11;
 
-void AppendField(std::string& text, std::string_view field) {
-    constexpr char special[] = {kFieldEnd, kRecordEnd, kEscape, '\0'};
-    if (field.find_first_of(special) == std::string_view::npos) {
-        text += field; // nearly every field: written whole
-    } else {
-        for (const char c : field) {
-            if (c == kFieldEnd || c == kRecordEnd || c == kEscape) {
-                text += kEscape;
-            }
-            text += c;
+bool IsSpecial(char c) {
+    return c == kFieldEnd || c == kRecordEnd || c == kDitto || c == kEscape;
+}
+
+/// Whether a text holds a character below a space, eight at a time: every field of a send
+/// is checked while the trader waits for the first order to leave.
+bool HasControlCharacter(std::string_view text) {
+    constexpr uint64_t spaces = 0x2020202020202020;
+    constexpr uint64_t highBits = 0x8080808080808080;
+    size_t i = 0;
+    for (; i + 8 <= text.size(); i += 8) {
+        uint64_t word;
+        std::memcpy(&word, text.data() + i, 8);
+        if (((word - spaces) & ~word & highBits) != 0) {
+            return true;
         }
     }
-    text += kFieldEnd;
+    for (; i < text.size(); ++i) {
+        if (static_cast<unsigned char>(text[i]) < 0x20) {
+            return true;
+        }
+    }
+    return false;
 }
 
-/// A number as text, written without allocating: the send's record is written while the
-/// trader waits for the first order to leave.
-template <class Number> void AppendNumber(std::string& text, Number value) {
-    char digits[32];
-    const std::to_chars_result end = std::to_chars(digits, digits + sizeof digits, value);
-    AppendField(text, std::string_view(digits, static_cast<size_t>(end.ptr - digits)));
-}
+/// A send's orders as one text, each field written against the same field of the order
+/// before. It is written while the trader waits for the first order to leave, so it reads
+/// each order's fields where they are and writes through a pointer into room made once.
+class SendRecord {
+public:
+    explicit SendRecord(std::span<const QVXOrder* const> orders) {
+        std::vector<const OrderTicket*> tickets = Tickets(orders);
+        size_t most = 0;
+        for (const OrderTicket* t : tickets) {
+            // Every character escaped, the numbers at their longest, and the separators.
+            most +=
+                2 * (t->clOrderID.size() + t->account.size() + t->side.size() + t->symbol.size() +
+                     t->tif.size() + t->destination.size() + t->memo.size()) +
+                4 * kLongestNumber + kOrderFields + 1;
+        }
+        m_buffer = std::make_unique_for_overwrite<char[]>(most);
+        char* out = m_buffer.get();
+        for (const OrderTicket* t : tickets) {
+            out = Append(out, *t);
+        }
+        m_size = static_cast<size_t>(out - m_buffer.get());
+    }
+    std::string_view text() const { return {m_buffer.get(), m_size}; }
 
-/// The fields of one record, escapes undone.
-std::vector<std::string> Fields(std::string_view record) {
+private:
+    std::vector<const OrderTicket*> Tickets(std::span<const QVXOrder* const> orders) {
+        std::vector<const OrderTicket*> tickets;
+        tickets.reserve(orders.size());
+        for (const QVXOrder* o : orders) {
+            if (typeid(*o) == typeid(TicketOrder)) {
+                tickets.push_back(&static_cast<const TicketOrder*>(o)->ticket());
+            } else {
+                m_copies.push_back({o->Account(), o->Side(), o->Symbol(), o->Quantity(),
+                                    o->LmtPrice(), o->PriceType(), o->ClOrderID(), o->Tif(),
+                                    o->Destination(), o->MaxFloor(), o->Memo()});
+                tickets.push_back(&m_copies.back());
+            }
+        }
+        return tickets;
+    }
+
+    char* Append(char* out, const OrderTicket& t) {
+        const OrderTicket* p = m_previous;
+        out = Text(out, t.clOrderID, p ? &p->clOrderID : nullptr);
+        out = Text(out, t.account, p ? &p->account : nullptr);
+        out = Text(out, t.side, p ? &p->side : nullptr);
+        out = Text(out, t.symbol, p ? &p->symbol : nullptr);
+        out = Number(out, t.quantity, p ? &p->quantity : nullptr);
+        out = Number(out, t.priceType, p ? &p->priceType : nullptr);
+        out = Text(out, t.tif, p ? &p->tif : nullptr);
+        out = Text(out, t.destination, p ? &p->destination : nullptr);
+        out = Number(out, t.maxFloor, p ? &p->maxFloor : nullptr);
+        out = Text(out, t.memo, p ? &p->memo : nullptr);
+        // The limit price exactly, as it went out: the shortest text that reads back the same.
+        out = Number(out, t.lmtPrice, p ? &p->lmtPrice : nullptr);
+        *out++ = kRecordEnd;
+        m_previous = &t;
+        return out;
+    }
+
+    /// A number the same as the order before (bit for bit: -0 is not 0) is not written out.
+    template <class N> static char* Number(char* out, N value, const N* previous) {
+        if (previous != nullptr && std::memcmp(&value, previous, sizeof value) == 0) {
+            *out++ = kDitto;
+        } else {
+            out = std::to_chars(out, out + kLongestNumber, value).ptr;
+        }
+        *out++ = kFieldEnd;
+        return out;
+    }
+
+    static char* Text(char* out, const std::string& field, const std::string* previous) {
+        if (!field.empty() && previous != nullptr && field == *previous) {
+            *out++ = kDitto;
+        } else if (!HasControlCharacter(field)) {
+            std::memcpy(out, field.data(), field.size()); // nearly every field
+            out += field.size();
+        } else {
+            for (const char c : field) {
+                if (IsSpecial(c)) {
+                    *out++ = kEscape;
+                }
+                *out++ = c;
+            }
+        }
+        *out++ = kFieldEnd;
+        return out;
+    }
+
+    static constexpr size_t kLongestNumber = 32;
+
+    std::deque<OrderTicket> m_copies; // orders of another kind, read through their getters
+    std::unique_ptr<char[]> m_buffer;
+    size_t m_size = 0;
+    const OrderTicket* m_previous = nullptr;
+};
+
+/// The fields of one record, escapes undone and ditto marks replaced by the field of the
+/// record before (`previous`, which then holds this record's fields).
+const std::vector<std::string>& Fields(std::string_view record,
+                                       std::vector<std::string>& previous) {
     std::vector<std::string> fields(1);
+    bool escaped = false; // the field so far holds an escaped character
+    const auto fieldEnds = [&] {
+        const size_t i = fields.size() - 1;
+        if (!escaped && fields[i].size() == 1 && fields[i][0] == kDitto) {
+            fields[i] = i < previous.size() ? previous[i] : std::string();
+        }
+        escaped = false;
+    };
     for (size_t i = 0; i < record.size(); ++i) {
         if (record[i] == kEscape && i + 1 < record.size()) {
             fields.back() += record[++i];
+            escaped = true;
         } else if (record[i] == kFieldEnd) {
+            fieldEnds();
             fields.emplace_back();
         } else {
             fields.back() += record[i];
         }
     }
-    return fields;
+    fieldEnds();
+    previous = std::move(fields);
+    return previous;
 }
 
 /// The records of a text, split at unescaped record ends (escapes kept for Fields).
@@ -201,37 +326,21 @@ std::vector<std::string> Split(std::string_view text, char end) {
     return records;
 }
 
-void AppendOrder(std::string& text, const QVXOrder& o) {
-    AppendField(text, o.ClOrderID());
-    AppendField(text, o.Account());
-    AppendField(text, o.Side());
-    AppendField(text, o.Symbol());
-    AppendNumber(text, o.Quantity());
-    AppendNumber(text, o.PriceType());
-    AppendField(text, o.Tif());
-    AppendField(text, o.Destination());
-    AppendNumber(text, o.MaxFloor());
-    AppendField(text, o.Memo());
-    // The limit price exactly, as it went out: the shortest text that reads back the same.
-    AppendNumber(text, o.LmtPrice());
-    text += kRecordEnd;
-}
-
-/// A price as AppendNumber wrote it, whatever the program's locale.
-double ReadPrice(const std::string& text) {
-    double price = 0;
+/// A number of a send's record; a field that is none means the record cannot be read.
+template <class N> N ReadNumber(const std::string& text) {
+    N value{};
     const std::from_chars_result read =
-        std::from_chars(text.data(), text.data() + text.size(), price);
+        std::from_chars(text.data(), text.data() + text.size(), value);
     if (read.ec != std::errc() || read.ptr != text.data() + text.size()) {
         throw SqliteError("The order journal holds a send it cannot read.");
     }
-    return price;
+    return value;
 }
 
 /// An order of a send's record as it was handed off (or about to be).
-LedgerOrder ReadOrder(std::string_view record, int32_t recordId, const std::string& handedAt) {
-    const std::vector<std::string> f = Fields(record);
-    if (f.size() < 11) {
+LedgerOrder ReadOrder(const std::vector<std::string>& f, int32_t recordId,
+                      const std::string& handedAt) {
+    if (f.size() < kOrderFields) {
         throw SqliteError("The order journal holds a send it cannot read.");
     }
     TicketOrder order([](const OrderTicket&) { return 0; });
@@ -239,13 +348,13 @@ LedgerOrder ReadOrder(std::string_view record, int32_t recordId, const std::stri
     order.setAccount(f[1]);
     order.setSide(f[2]);
     order.setSymbol(f[3]);
-    order.setQuantity(static_cast<int32_t>(std::stol(f[4])));
-    order.setPriceType(static_cast<int32_t>(std::stol(f[5])));
+    order.setQuantity(ReadNumber<int32_t>(f[4]));
+    order.setPriceType(ReadNumber<int32_t>(f[5]));
     order.setTif(f[6]);
     order.setDestination(f[7]);
-    order.setMaxFloor(static_cast<int32_t>(std::stol(f[8])));
+    order.setMaxFloor(ReadNumber<int32_t>(f[8]));
     order.setMemo(f[9]);
-    order.setLmtPrice(ReadPrice(f[10]));
+    order.setLmtPrice(ReadNumber<double>(f[10]));
     LedgerOrder o;
     o.maxFloor = order.MaxFloor();
     o.tracked.state = HandedOffRecord(order, recordId, handedAt);
@@ -353,15 +462,11 @@ void OrderLedger::Flush() {
 void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
                              std::span<const QVXOrder* const> orders, std::string_view overrides) {
     // One record for the whole send: thousands of orders cost one row, not thousands.
-    std::string text;
-    text.reserve(orders.size() * 96);
-    for (const QVXOrder* o : orders) {
-        AppendOrder(text, *o);
-    }
+    const SendRecord record(orders);
     Begin();
     try {
         m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
-        m_stmts->send.bind(4, Now()).bind(5, overrides).bind(6, text).run();
+        m_stmts->send.bind(4, Now()).bind(5, overrides).bind(6, record.text()).run();
         Flush();
     } catch (const SqliteError&) {
         m_inTransaction = false;
@@ -435,14 +540,16 @@ std::vector<LedgerOrder> OrderLedger::TodaysOrders() {
         const std::vector<std::string> results = Split(sends.text(1), kRecordEnd);
         const std::string handedAt = sends.text(2);
         size_t i = 0;
+        std::vector<std::string> previous;
         for (const std::string& record : Split(sends.text(0), kRecordEnd)) {
             const bool answered = i < results.size();
-            const int32_t result = answered ? static_cast<int32_t>(std::stol(results[i])) : 0;
+            const int32_t result = answered ? ReadNumber<int32_t>(results[i]) : 0;
             ++i;
+            const std::vector<std::string>& fields = Fields(record, previous);
             if (result < 0) {
                 continue; // refused: it never left
             }
-            LedgerOrder o = ReadOrder(record, result, handedAt);
+            LedgerOrder o = ReadOrder(fields, result, handedAt);
             o.handOff = answered ? HandOffState::Taken : HandOffState::Written;
             if (const auto found = reported.find(o.tracked.state.ClOrderID);
                 found != reported.end()) {

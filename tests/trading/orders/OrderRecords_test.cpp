@@ -9,6 +9,9 @@
 #include "trading/FakePlatform.h"
 #include "trading/orders/OrderRecords.h"
 
+#include <string>
+#include <vector>
+
 #include <gtest/gtest.h>
 
 namespace wicker {
@@ -84,6 +87,55 @@ TEST_F(Records, AnOrderThatNeverLeftIsKeptAsNotSentAfterARestart) {
     ASSERT_EQ(kept.size(), 1u);
     EXPECT_EQ(kept[0].tracked.note, "Not sent (program stopped)");
     EXPECT_EQ(kept[0].tracked.state.LvsQuantity, 0);
+}
+
+// A send is kept as one record whose repeated fields are written once: each order must still
+// read back field for field, also after an order the platform refused, and whatever
+// characters a field holds.
+TEST_F(Records, EveryOrderOfASendReadsBackFieldForField) {
+    struct Line {
+        std::string account, symbol, destination, memo;
+        int32_t quantity;
+        double price;
+        int32_t result; ///< below 0: refused
+    };
+    const std::vector<Line> lines = {
+        {"ACCT01", "IBM", "NYSE", Memo, 100, 10, 7},
+        {"ACCT01", "MSFT", "ARCA", Memo, 200, 10.5, -2},
+        {"", "A\x1d\x1f\x1e\x1b", "ARCA", "\x1d", 200, 0.1, 8},
+        {"ACCT01", "A\x1d\x1f\x1e\x1b", "NYSE-ARCA-EXTRA\x1e", "\x1d", 200, 0.1, 9},
+    };
+    std::vector<TicketOrder> orders(lines.size(), order);
+    std::vector<const QVXOrder*> view;
+    for (size_t i = 0; i < lines.size(); ++i) {
+        orders[i].setAccount(lines[i].account);
+        orders[i].setSymbol(lines[i].symbol);
+        orders[i].setDestination(lines[i].destination);
+        orders[i].setMemo(lines[i].memo);
+        orders[i].setQuantity(lines[i].quantity);
+        orders[i].setLmtPrice(lines[i].price);
+        orders[i].setClOrderID("ACCT01-20240315-57-" + std::to_string(i + 1));
+        view.push_back(&orders[i]);
+    }
+    records.SendBegins(57, "Tech", view, "");
+    for (size_t i = 0; i < lines.size(); ++i) {
+        records.Submitted(orders[i], lines[i].result);
+    }
+    records.SendEnds(57);
+    const auto kept = Kept();
+    ASSERT_EQ(kept.size(), 3u); // the refused order never left
+    for (const size_t i : {0u, 2u, 3u}) {
+        const QVXOrderStruct& k = kept[i == 0 ? 0 : i - 1].tracked.state;
+        SCOPED_TRACE(i);
+        EXPECT_EQ(k.ClOrderID, orders[i].ClOrderID());
+        EXPECT_EQ(k.Account, lines[i].account);
+        EXPECT_EQ(k.Symbol, lines[i].symbol);
+        EXPECT_EQ(k.Destination, lines[i].destination);
+        EXPECT_EQ(k.Memo, lines[i].memo);
+        EXPECT_EQ(k.Quantity, lines[i].quantity);
+        EXPECT_EQ(k.LmtPrice, lines[i].price);
+        EXPECT_EQ(k.OrderRecordId, lines[i].result);
+    }
 }
 
 // A journal written before the answers had a table of their own keeps them in the send's row.
