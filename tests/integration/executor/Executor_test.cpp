@@ -205,8 +205,8 @@ protected:
             std::this_thread::sleep_for(20ms);
         }
     }
-    template <class Pred> bool PumpUntil(Pred pred) {
-        const auto deadline = std::chrono::steady_clock::now() + 20s;
+    template <class Pred> bool PumpUntil(Pred pred, std::chrono::seconds limit = 20s) {
+        const auto deadline = std::chrono::steady_clock::now() + limit;
         while (std::chrono::steady_clock::now() < deadline) {
             platform->Events().drain(toDesk, toDesk);
             tracker.FillOrderList();
@@ -368,7 +368,8 @@ TEST_P(QuickFixExecutor, FillsAfterTheExecutorRestartsReachTheTotals) {
     executor.reset();
     ASSERT_TRUE(PumpUntil([&] { return !platform->isLoggedOn(); }));
     StartExecutor(port);
-    ASSERT_TRUE(PumpUntil([&] { return platform->isLoggedOn(); }));
+    // Reconnects back off (1, 2, 4, 8 s...): a slow executor start can meet a long wait.
+    ASSERT_TRUE(PumpUntil([&] { return platform->isLoggedOn(); }, 60s));
     Click(4, 3); // SELL BID: ExecIDs 1..3 again
     EXPECT_TRUE(PumpUntil([&] { return RowFilled(2); }));
     EXPECT_TRUE(RowFilled(1));

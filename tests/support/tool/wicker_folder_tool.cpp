@@ -187,13 +187,17 @@ struct ProgramDesk {
         }
         return desk->PlatformOnline();
     }
-    /// Settles until the platform has been quiet for a second (a broker answering a send or
-    /// the restart's status requests), at most `limit`.
+    /// Settles until the platform has been quiet for a second and no order waits for the
+    /// broker's first answer (a send, or the restart's status requests), at most `limit`: a
+    /// loaded machine can leave a broker silent for a second in the middle of its answers.
     void settleQuiet(std::chrono::milliseconds limit) {
         const auto start = std::chrono::steady_clock::now();
         auto lastEvent = start;
-        while (std::chrono::steady_clock::now() - lastEvent < std::chrono::seconds(1) &&
-               std::chrono::steady_clock::now() - start < limit) {
+        const auto settled = [&] {
+            return std::chrono::steady_clock::now() - lastEvent >= std::chrono::seconds(1) &&
+                   !anyAwaitingAnswer();
+        };
+        while (!settled() && std::chrono::steady_clock::now() - start < limit) {
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
             if (desk->DrainPlatformEvents() > 0) {
                 lastEvent = std::chrono::steady_clock::now();
@@ -201,6 +205,15 @@ struct ProgramDesk {
             desk->Timer200ms();
         }
         desk->Timer1sec();
+    }
+    bool anyAwaitingAnswer() const {
+        const OrderTracker& tracker = desk->Tracker();
+        for (size_t i = 0; i < tracker.Orders().size(); ++i) {
+            if (tracker.Snapshot(i).answer == AnswerWatch::State::Pending) {
+                return true;
+            }
+        }
+        return false;
     }
     /// The screen's timers and drains for `span` of wall time.
     void settle(std::chrono::milliseconds span) {
