@@ -6,6 +6,7 @@
 #include "baskets/ui/UiText.h"
 
 #include <QComboBox>
+#include <QDialog>
 #include <QFormLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
@@ -26,6 +27,20 @@ ImportFields::ImportFields(QWidget* parent)
     open->setObjectName(QStringLiteral("cmdOpenFile"));
     open->setAccessibleName(QStringLiteral("Choose file"));
     open->setAutoDefault(false);
+}
+
+QHBoxLayout* ImportFields::ButtonRow(QDialog& dialog, QPushButton* import) {
+    auto* cancel = new QPushButton(QStringLiteral("Cancel"), &dialog);
+    cancel->setObjectName(QStringLiteral("cndCancel"));
+    for (auto* b : {import, cancel}) {
+        b->setAutoDefault(false);
+    }
+    QObject::connect(cancel, &QPushButton::clicked, &dialog, &QDialog::reject);
+    auto* row = new QHBoxLayout;
+    row->addStretch();
+    row->addWidget(import);
+    row->addWidget(cancel);
+    return row;
 }
 
 QFormLayout* ImportFields::form() const {

@@ -6,7 +6,9 @@
 #include <vector>
 
 class QComboBox;
+class QDialog;
 class QFormLayout;
+class QHBoxLayout;
 class QLineEdit;
 class QPushButton;
 class QWidget;
@@ -27,6 +29,8 @@ struct ImportFields {
 
     /// The five rows, laid out for the dialog.
     QFormLayout* form() const;
+    /// The row under the dialog: `import` and a "Cancel" that closes the dialog, at the right.
+    static QHBoxLayout* ButtonRow(QDialog& dialog, QPushButton* import);
     /// Fills both destination lists (first entry kNoDestination) with the enabled
     /// destinations and selects the defaults; returns the destinations, empty when they
     /// cannot be read (then the trader is told).

@@ -29,19 +29,9 @@ frmImportBasket::frmImportBasket(Database& db, MessageBoxes& boxes, FileChooser&
     setWindowTitle(QStringLiteral("Import Basket"));
     auto* importButton = new QPushButton(QStringLiteral("Import"), this);
     importButton->setObjectName(QStringLiteral("cmdImport"));
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("cndCancel"));
-    for (auto* b : {importButton, cancel}) {
-        b->setAutoDefault(false);
-    }
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(importButton);
-    buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(m_fields.form());
-    layout->addLayout(buttons);
+    layout->addLayout(ImportFields::ButtonRow(*this, importButton));
 
     auto* enter = new EnterPressesButton(importButton, this);
     for (QWidget* w : std::initializer_list<QWidget*>{
@@ -50,7 +40,6 @@ frmImportBasket::frmImportBasket(Database& db, MessageBoxes& boxes, FileChooser&
     }
     connect(m_fields.open, &QPushButton::clicked, this, &frmImportBasket::chooseFile);
     connect(importButton, &QPushButton::clicked, this, &frmImportBasket::import);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     m_fields.fillDestinations(m_db, m_boxes, defaults);
 }
 

@@ -52,21 +52,11 @@ frmImportSpreadsheet::frmImportSpreadsheet(Database& db, MessageBoxes& boxes, Fi
     m_import->setObjectName(QStringLiteral("cmdImport"));
     m_import->setEnabled(false);
 
-    auto* cancel = new QPushButton(QStringLiteral("Cancel"), this);
-    cancel->setObjectName(QStringLiteral("cndCancel"));
-    for (auto* b : {m_import, cancel}) {
-        b->setAutoDefault(false);
-    }
-
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch();
-    buttons->addWidget(m_import);
-    buttons->addWidget(cancel);
     auto* layout = new QVBoxLayout(this);
     layout->addLayout(m_fields.form());
     layout->addWidget(m_summary);
     layout->addWidget(m_view, 1);
-    layout->addLayout(buttons);
+    layout->addLayout(ImportFields::ButtonRow(*this, m_import));
 
     m_destinations = m_fields.fillDestinations(m_db, m_boxes, defaults);
 
@@ -75,7 +65,6 @@ frmImportSpreadsheet::frmImportSpreadsheet(Database& db, MessageBoxes& boxes, Fi
     connect(m_fields.listed, &QComboBox::currentIndexChanged, this, &frmImportSpreadsheet::preview);
     connect(m_fields.otc, &QComboBox::currentIndexChanged, this, &frmImportSpreadsheet::preview);
     connect(m_import, &QPushButton::clicked, this, &frmImportSpreadsheet::import);
-    connect(cancel, &QPushButton::clicked, this, &QDialog::reject);
     m_summary->setText(QStringLiteral("Choose a CSV, tab- or semicolon-separated file."));
 }
 
