@@ -101,31 +101,6 @@ protected:
     std::unique_ptr<TradingDesk> desk;
 };
 
-TEST_F(LoadedBasketEditing, ClipboardTextOfEveryDesktopParsesTheSameWay) {
-    struct Row {
-        const char* name;
-        const char* text;
-        std::optional<size_t> lines;
-    };
-    const Row rows[] = {
-        {"windows line ends", "IBM\t100\r\nGOOGL\t5\r\n", 2},
-        {"line feeds alone", "IBM\t100\nGOOGL\t5\n", 2},
-        {"last line without a break is lost", "IBM\t100\nGOOGL\t5", 1},
-        {"single line without a break", "IBM\t100", std::nullopt},
-        {"no tab", "IBM 100\r\n", std::nullopt},
-        {"a line without a tab spoils all", "IBM\t100\r\nGOOGL\r\n", std::nullopt},
-        {"empty", "", std::nullopt},
-    };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(r.name);
-        const std::optional<PasteTable> table = TradingDesk::ParsePasteText(r.text);
-        ASSERT_EQ(table.has_value(), r.lines.has_value());
-        if (table) {
-            EXPECT_EQ(table->size(), *r.lines);
-        }
-    }
-}
-
 TEST_F(LoadedBasketEditing, PasteReplacesAStoredBasketByAnUnsavedOne) {
     ASSERT_TRUE(desk->LoadBasketByName("Tech"));
     platform.calls.clear();
