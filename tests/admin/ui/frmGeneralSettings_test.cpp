@@ -146,13 +146,7 @@ TEST_F(GeneralSettingsScreen, RoundingTo100RecalculatesTheLoadedBasket) {
 }
 
 TEST_F(GeneralSettingsScreen, ShowAllBringsBackTheSendsOfOtherBaskets) {
-    Ini("[OptionalButtons]\r\nMOC=1\r\n");
-    Open();
-    ChooseAccount();
-    Click("cmdLoad_1");
-    Run(1s);
-    Click("cmdExecuteBasket_12"); // BUY MOC: rests through the test
-    Run(2s);
+    SendRestingTech10();
     ASSERT_EQ(Rows(Baskets()), 1);
     const auto& hint = Find<QLabel>("lblHiddenSends");
     EXPECT_TRUE(hint.isHidden());

@@ -23,15 +23,8 @@ using namespace std::chrono_literals;
 
 class OrderSummaryScreen : public MainScreen {
 protected:
-    /// Tech10 sent as BUY MOC: ten orders that rest until the close, long after a test.
     void SendRestingBasket() {
-        Ini("[Confirmation]\r\nBeforeChange=1\r\n[OptionalButtons]\r\nMOC=1\r\n");
-        Open();
-        ChooseAccount();
-        Click("cmdLoad_1");
-        Run(1s);
-        Click("cmdExecuteBasket_12");
-        Run(2s);
+        SendRestingTech10("[Confirmation]\r\nBeforeChange=1\r\n");
         ASSERT_EQ(Rows(Baskets()), 1);
         ASSERT_EQ(Cell(Baskets(), 0, colOpenOrders), "10");
     }
