@@ -176,8 +176,9 @@ TEST_F(MainScreen, BasketOptionsOffersTheOrderWindowsAfterTheCancels) {
     }
     EXPECT_EQ(names, (std::vector<std::string>{"mnuCxlAll", "mnuCxlSel", "mnuOrderSummary",
                                                "mnuModifyBasket", "mnuBasketToMkt"}));
+    EXPECT_EQ(Baskets().contextMenuPolicy(), Qt::CustomContextMenu);
     // No line in lvBaskets: none of them opens or asks anything.
-    for (const char* name : {"mnuOrderSummary", "mnuModifyBasket", "mnuBasketToMkt"}) {
+    for (const char* name : {"mnuCxlSel", "mnuOrderSummary", "mnuModifyBasket", "mnuBasketToMkt"}) {
         Action(name).trigger();
     }
     EXPECT_TRUE(boxes.shown().empty());

@@ -10,7 +10,6 @@
 #include <thread>
 
 #include <QApplication>
-#include <QMenu>
 
 namespace wicker::test {
 namespace {
@@ -78,18 +77,6 @@ TEST_F(MainScreen, CancelSelectedAsksThenCancelsTheOpenOrders) {
     Action("mnuCxlAll").trigger();
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "There are no baskets with open orders.");
-}
-
-TEST_F(MainScreen, BasketOptionsPopUpHasBothCancels) {
-    Open();
-    QMenu& menu = window->basketOptionsMenu();
-    ASSERT_GE(menu.actions().size(), 2); // the order windows add theirs after
-    EXPECT_EQ(menu.actions()[0]->objectName().toStdString(), "mnuCxlAll");
-    EXPECT_EQ(menu.actions()[1]->objectName().toStdString(), "mnuCxlSel");
-    EXPECT_EQ(Baskets().contextMenuPolicy(), Qt::CustomContextMenu);
-    // No line: cancel selected does nothing at all.
-    Action("mnuCxlSel").trigger();
-    EXPECT_TRUE(boxes.shown().empty());
 }
 
 TEST_F(MainScreen, EventsPushedOnAnotherThreadReachTheWindowThroughItsEventLoop) {
