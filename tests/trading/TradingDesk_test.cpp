@@ -1,9 +1,5 @@
-#include "FakePlatform.h"
+#include "DeskFixture.h"
 #include "storage/BasketDatabase.h"
-#include "support/RecordingMessageBoxes.h"
-#include "support/TempDir.h"
-#include "support/TestDatabase.h"
-#include "trading/TradingDesk.h"
 
 #include <algorithm>
 
@@ -14,8 +10,6 @@ namespace {
 
 using test::FakePlatform;
 using test::ReadFile;
-using test::RecordingMessageBoxes;
-using test::TempDir;
 using Strings = std::vector<std::string>;
 
 Strings Sorted(Strings v) {
@@ -23,55 +17,7 @@ Strings Sorted(Strings v) {
     return v;
 }
 
-class TradingDeskTest : public testing::Test {
-protected:
-    TradingDeskTest() : clock(FromLocal(LocalDateTime{2024, 3, 15, 9, 30, 0, 0})) {}
-
-    /// A database at the current version holding the given SQL rows, before the desk starts.
-    void Prepare(const Strings& statements, const std::string& version = "") {
-        auto db = test::CreateTestDatabase(dir / "baskets.mdb");
-        if (!version.empty()) {
-            db->ExecuteSql("UPDATE tblConfig SET strDbVersion = '" + version + "'");
-        }
-        for (const auto& sql : statements) {
-            db->ExecuteSql(sql);
-        }
-    }
-
-    TradingDesk& Start() {
-        desk = std::make_unique<TradingDesk>(platform, boxes, clock, dir.path());
-        desk->setScreenChanged([this](uint32_t parts) { changed |= parts; });
-        const Result<void> r = desk->FormLoad();
-        EXPECT_TRUE(r.ok()) << (r ? "" : r.error().message);
-        return *desk;
-    }
-
-    static std::string Basket(const std::string& name, int onButton = 0,
-                              const std::string& button = "Btn") {
-        return "INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) VALUES('" +
-               name + "','" + button + "'," + std::to_string(onButton) + ",'B')";
-    }
-    static std::string Line(int basket, const std::string& sym, const std::string& qty,
-                            const std::string& dest = "NYSE") {
-        return "INSERT INTO tblBasketDetails(intBasketNum,strSym,intQty,strDest) VALUES(" +
-               std::to_string(basket) + ",'" + sym + "'," + qty + ",'" + dest + "')";
-    }
-
-    Strings Column(int column) const {
-        Strings out;
-        for (int row = 0; row < desk->Stocks().Count(); ++row) {
-            out.push_back(desk->Stocks().Cell(row, column));
-        }
-        return out;
-    }
-
-    TempDir dir;
-    FakePlatform platform;
-    RecordingMessageBoxes boxes;
-    ManualClock clock;
-    std::unique_ptr<TradingDesk> desk;
-    uint32_t changed = 0;
-};
+using TradingDeskTest = test::DeskFixture;
 
 TEST_F(TradingDeskTest, StartUpOnAnEmptyFolderRunsEveryStepInOrder) {
     TradingDesk& d = Start();
