@@ -1,7 +1,7 @@
 // The whole trading screen without its widgets on the simulated market: a stored basket
 // loaded, priced by live quotes, sent with several buttons, filled in part by the
-// simulator, cancelled, and its rejects reported, with lvBaskets checked against what the
-// simulator itself reported for every order.
+// simulator and its rejects reported, with lvBaskets checked against what the simulator
+// itself reported for every order; then the program restarted on the same day's orders.
 
 #include "common/Conversions.h"
 #include "platform/TicketOrder.h"
@@ -185,8 +185,6 @@ TEST_F(SimTradingDesk, SendFillAndRejectAddUpInTheBasketList) {
     const Expected first = FromSimulator().at(buy.basketSeq);
     EXPECT_EQ(first.open, 0) << "market orders fill completely";
     EXPECT_EQ(first.filled, 500 + 300 + 1000 + 250);
-
-    // Cancelling what is left is the main window's end-to-end test and the restart's below.
 }
 
 // What the screen shows of the day's orders: lvBaskets (but the quote-driven index) and
