@@ -108,7 +108,11 @@ class ExecutionButtonCases : public Execution, public ::testing::WithParamInterf
 TEST_P(ExecutionButtonCases, OrderCarriesTheButtonsRuleInTheOrderOfItsSets) {
     const ButtonCase& c = GetParam();
     const auto rule = ExecuteButtonRuleFor(c.index);
-    EXPECT_EQ(rule ? rule->caption : "", c.caption);
+    ASSERT_EQ(rule.has_value(), *c.caption != '\0');
+    if (rule) {
+        EXPECT_EQ(rule->index, c.index);
+        EXPECT_EQ(rule->caption, c.caption);
+    }
     EXPECT_EQ(IsMarketTypeButton(c.index), c.quoteFree);
     const ExecuteReport report = Click(c.index, {QuotedLine("IBM")});
     ASSERT_EQ(report.outcome, ExecuteOutcome::Sent);
