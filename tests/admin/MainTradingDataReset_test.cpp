@@ -1,26 +1,20 @@
 // Clearing and closing the desk's tracked orders from the utilities screen.
 
 #include "admin/MainTradingDataReset.h"
-#include "support/RecordingMessageBoxes.h"
-#include "support/TempDir.h"
 #include "support/TrackedOrders.h"
-#include "trading/FakePlatform.h"
-#include "trading/TradingDesk.h"
+#include "trading/DeskFixture.h"
 
 #include <gtest/gtest.h>
 
 namespace wicker {
 namespace {
 
-using test::RecordingMessageBoxes;
 using test::TrackedOrder;
 
-class MainReset : public testing::Test {
+class MainReset : public test::DeskFixture {
 protected:
-    MainReset() : clock(FromLocal(LocalDateTime{2024, 3, 15, 9, 30, 0, 0})) {
-        desk = std::make_unique<TradingDesk>(platform, boxes, clock, dir.path());
-        desk->setScreenChanged([this](uint32_t parts) { changed |= parts; });
-        EXPECT_TRUE(desk->FormLoad().ok());
+    MainReset() {
+        Start();
         desk->OnQVXOrderUpdate(TrackedOrder(1, "Tech-1-/bskt", "A1", 100));
         desk->OnQVXOrderUpdate(TrackedOrder(2, "Tech-1-/bskt", "A2", 40));
         desk->OnQVXOrderUpdate(TrackedOrder(3, "Tech-1-/bskt", "A3", 0));
@@ -32,13 +26,6 @@ protected:
     std::string Cell(int column) const {
         return desk->BasketListLines().at(0)[static_cast<size_t>(column)];
     }
-
-    test::TempDir dir;
-    test::FakePlatform platform;
-    RecordingMessageBoxes boxes;
-    ManualClock clock;
-    std::unique_ptr<TradingDesk> desk;
-    uint32_t changed = 0;
 };
 
 TEST_F(MainReset, ClearTradingDataEmptiesTheSentBasketsListAtOnce) {

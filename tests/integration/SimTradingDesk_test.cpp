@@ -1,16 +1,14 @@
 // The whole trading screen without its widgets on the simulated market: a stored basket
 // loaded, priced by live quotes, sent with several buttons, filled in part by the
-// simulator, cancelled, and its rejects reported, with lvBaskets checked against what the
-// simulator itself reported for every order.
+// simulator and its rejects reported, with lvBaskets checked against what the simulator
+// itself reported for every order; then the program restarted on the same day's orders.
 
 #include "common/Conversions.h"
 #include "platform/TicketOrder.h"
 #include "platform/sim/SimPlatform.h"
 #include "storage/BasketDatabase.h"
-#include "storage/SqliteFile.h"
 #include "storage/clsIniFile.h"
 #include "support/RecordingMessageBoxes.h"
-#include "support/Subprocess.h"
 #include "support/TempDir.h"
 #include "trading/TradingDesk.h"
 #include "trading/orders/OrderLedger.h"
@@ -19,8 +17,6 @@
 
 #include <algorithm>
 #include <map>
-#include <sstream>
-#include <thread>
 
 #include <gtest/gtest.h>
 
@@ -167,7 +163,7 @@ protected:
     Tee tee;
 };
 
-TEST_F(SimTradingDesk, SendFillCancelAndRejectAddUpInTheBasketList) {
+TEST_F(SimTradingDesk, SendFillAndRejectAddUpInTheBasketList) {
     for (int row = 0; row < desk.Stocks().Count(); ++row) {
         EXPECT_FALSE(desk.Stocks().Cell(row, 1).empty()) << "line " << row << " has a bid";
     }
@@ -189,26 +185,6 @@ TEST_F(SimTradingDesk, SendFillCancelAndRejectAddUpInTheBasketList) {
     const Expected first = FromSimulator().at(buy.basketSeq);
     EXPECT_EQ(first.open, 0) << "market orders fill completely";
     EXPECT_EQ(first.filled, 500 + 300 + 1000 + 250);
-
-    // Cancel what is left of the second send.
-    desk.settings().beforeCancel = true;
-    boxes.clear();
-    boxes.answerNext(MsgAnswer::Yes);
-    const auto lines = desk.BasketListLines();
-    const auto second = std::find_if(lines.begin(), lines.end(), [&](const BasketListLine& l) {
-        return l[colBasketNum] == std::to_string(rest.basketSeq);
-    });
-    ASSERT_NE(second, lines.end());
-    const int openBefore = FromSimulator().at(rest.basketSeq).open;
-    ASSERT_GT(openBefore, 0) << "an offer-priced short waits for buyers";
-    EXPECT_EQ(desk.CancelSelectedBasket(
-                  BasketListSelection{(*second)[colBasketNum], (*second)[colBasket]}),
-              openBefore);
-    Run(1s);
-    const Expected after = FromSimulator().at(rest.basketSeq);
-    EXPECT_EQ(after.open, 0);
-    EXPECT_EQ(after.openQty, 0);
-    ExpectBasketListMatchesTheSimulator();
 }
 
 // What the screen shows of the day's orders: lvBaskets (but the quote-driven index) and
@@ -307,101 +283,6 @@ TEST_F(SimTradingDesk, OrdersTheProgramNeverHandedOverShowAsNotSent) {
     EXPECT_EQ(restarted.Tracker().StatusText(0), "Not sent (program stopped)");
     EXPECT_EQ(restarted.Tracker().Orders()[0].m_nLvsQuantity, 0);
     EXPECT_NE(restarted.NoAnswerText().find("1 order was written but not sent"), std::string::npos);
-}
-
-// The program itself, killed or stopped and started again: the folder tool runs the real
-// desk on the simulator of a data folder (see tests/support/tool).
-
-/// The simulated broker's book as the file holds it: status and filled quantity by id.
-std::map<std::string, std::pair<int64_t, int64_t>> BookOf(const std::filesystem::path& dir,
-                                                          size_t* rows = nullptr) {
-    SqliteFile file(dir / kSimBookFileName);
-    SqliteStatement s(file, "SELECT clOrdId, status, cum FROM book");
-    std::map<std::string, std::pair<int64_t, int64_t>> book;
-    size_t count = 0;
-    while (s.next()) {
-        book[s.text(0)] = {s.integer(1), s.integer(2)};
-        ++count;
-    }
-    if (rows != nullptr) {
-        *rows = count;
-    }
-    return book;
-}
-
-class DeskRestart : public ::testing::Test {
-protected:
-    void SetUp() override {
-        // Few quote moves: resting orders stay resting while the test looks at them.
-        test::WriteFile(dir / "basket.ini", "[Platform]\r\nSimUpdatesPerSecond=0.01\r\n");
-    }
-    std::string folder() const { return dir.path().string(); }
-
-    test::TempDir dir;
-};
-
-TEST_F(DeskRestart, AKillHalfWayThroughASendLosesNoOrderOfTheBrokerAndSendsNoneTwice) {
-    {
-        test::Subprocess send({test::FolderTool(), "send", folder(), "5000", "3", "2500"});
-        ASSERT_TRUE(send.waitFor("paused"));
-        // The kill lands once the simulated broker has written the 2,500 orders it took.
-        for (int i = 0; i < 250 && BookOf(dir.path()).size() < 2500; ++i) {
-            std::this_thread::sleep_for(20ms);
-        }
-        send.killHard();
-        send.wait();
-    }
-    const test::FolderToolRun shown = test::RunFolderTool({"show", folder()});
-    ASSERT_EQ(shown.exitCode, 0);
-    const auto book = BookOf(dir.path());
-    ASSERT_EQ(book.size(), 2500u);
-    ASSERT_EQ(shown.orders.size(), 5000u);
-    size_t notSent = 0;
-    for (const auto& [id, o] : shown.orders) {
-        const auto kept = book.find(id);
-        if (kept == book.end()) {
-            EXPECT_EQ(o.status, "Not sent (program stopped)") << id;
-            ++notSent;
-            continue;
-        }
-        EXPECT_EQ(kept->second.first, QVXOrderStatus::Filled) << id;
-        EXPECT_EQ(o.status, "Filled") << id;
-        EXPECT_EQ(o.cum, kept->second.second) << id;
-    }
-    EXPECT_EQ(notSent, 2500u);
-
-    const test::FolderToolRun next = test::RunFolderTool({"send", folder(), "5", "3"});
-    EXPECT_TRUE(test::Printed(next, "sent 2 5")) << "a new send number";
-    size_t rows = 0;
-    EXPECT_EQ(BookOf(dir.path(), &rows).size(), 2505u);
-    EXPECT_EQ(rows, 2505u) << "no client order id twice at the broker";
-}
-
-TEST_F(DeskRestart, RestingOrdersRestAfterARestartAndACancelFromTheNewRunReachesThem) {
-    const test::FolderToolRun sent =
-        test::RunFolderTool({"send", folder(), "20", "9"}); // SHRT ASK: rests
-    ASSERT_EQ(sent.exitCode, 0);
-    const auto line = std::find_if(sent.lines.begin(), sent.lines.end(),
-                                   [](const std::string& l) { return l.starts_with("sent "); });
-    ASSERT_NE(line, sent.lines.end());
-    int seq = 0, submitted = 0;
-    std::istringstream(line->substr(5)) >> seq >> submitted;
-    ASSERT_GT(submitted, 0);
-    for (const auto& [id, kept] : BookOf(dir.path())) {
-        ASSERT_EQ(kept.first, QVXOrderStatus::Open) << id;
-    }
-
-    const test::FolderToolRun shown = test::RunFolderTool({"show", folder(), std::to_string(seq)});
-    EXPECT_TRUE(test::Printed(shown, "cancelled " + std::to_string(submitted)));
-    EXPECT_TRUE(test::Printed(shown, "restored " + std::to_string(submitted) + " adopted " +
-                                         std::to_string(submitted)));
-    const auto book = BookOf(dir.path());
-    ASSERT_EQ(book.size(), static_cast<size_t>(submitted));
-    for (const auto& [id, kept] : book) {
-        EXPECT_EQ(kept.first, QVXOrderStatus::Cancelled) << id;
-        EXPECT_EQ(shown.orders.at(id).status, "Cancelled") << id;
-        EXPECT_EQ(shown.orders.at(id).leaves, 0) << id;
-    }
 }
 
 } // namespace

@@ -1,13 +1,9 @@
 // The desk's editing of the loaded basket: paste, new basket, removal of lines and baskets,
 // save-as, and the add-stock and edit-item changes, checked against the database rows.
 
-#include "FakePlatform.h"
+#include "DeskFixture.h"
 #include "baskets/SaveBasketAs.h"
 #include "storage/BasketDatabase.h"
-#include "support/RecordingMessageBoxes.h"
-#include "support/TempDir.h"
-#include "support/TestDatabase.h"
-#include "trading/TradingDesk.h"
 
 #include <algorithm>
 
@@ -16,47 +12,16 @@
 namespace wicker {
 namespace {
 
-using test::FakePlatform;
-using test::RecordingMessageBoxes;
-using test::TempDir;
 using Strings = std::vector<std::string>;
 
-class LoadedBasketEditing : public testing::Test {
+class LoadedBasketEditing : public test::DeskFixture {
 protected:
-    LoadedBasketEditing() : clock(FromLocal(LocalDateTime{2024, 3, 15, 9, 30, 0, 0})) {}
-
     /// Tech (1): IBM 100 NYSE, MSFT 50 NYSE, IBM 20 NYSE; Oil (2): XOM 10 NYSE.
     void SetUp() override {
-        {
-            auto db = test::CreateTestDatabase(dir / "baskets.mdb");
-            for (const char* sql :
-                 {"INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
-                  "VALUES('Tech','T',1,'B')",
-                  "INSERT INTO tblBaskets(strBasketName,strButtonName,intOnButton,chType) "
-                  "VALUES('Oil','O',0,'B')",
-                  "INSERT INTO tblBasketDetails(intBasketNum,strSym,intQty,strDest) "
-                  "VALUES(1,'IBM',100,'NYSE')",
-                  "INSERT INTO tblBasketDetails(intBasketNum,strSym,intQty,strDest) "
-                  "VALUES(1,'MSFT',50,'NYSE')",
-                  "INSERT INTO tblBasketDetails(intBasketNum,strSym,intQty,strDest) "
-                  "VALUES(1,'IBM',20,'NYSE')",
-                  "INSERT INTO tblBasketDetails(intBasketNum,strSym,intQty,strDest) "
-                  "VALUES(2,'XOM',10,'NYSE')"}) {
-                db->ExecuteSql(sql);
-            }
-        }
-        desk = std::make_unique<TradingDesk>(platform, boxes, clock, dir.path());
-        const Result<void> r = desk->FormLoad();
-        ASSERT_TRUE(r.ok()) << (r ? "" : r.error().message);
+        Prepare({Basket("Tech", 1, "T"), Basket("Oil", 0, "O"), Line(1, "IBM", "100"),
+                 Line(1, "MSFT", "50"), Line(1, "IBM", "20"), Line(2, "XOM", "10")});
+        Start();
         boxes.clear();
-    }
-
-    Strings Column(int column) const {
-        Strings out;
-        for (int row = 0; row < desk->Stocks().Count(); ++row) {
-            out.push_back(desk->Stocks().Cell(row, column));
-        }
-        return out;
     }
 
     /// "symbol qty dest [index shares]" of every stored line, by record number.
@@ -93,38 +58,7 @@ protected:
         desk->OnQVXQuoteUpdate(q);
         desk->Timer200ms();
     }
-
-    TempDir dir;
-    FakePlatform platform;
-    RecordingMessageBoxes boxes;
-    ManualClock clock;
-    std::unique_ptr<TradingDesk> desk;
 };
-
-TEST_F(LoadedBasketEditing, ClipboardTextOfEveryDesktopParsesTheSameWay) {
-    struct Row {
-        const char* name;
-        const char* text;
-        std::optional<size_t> lines;
-    };
-    const Row rows[] = {
-        {"windows line ends", "IBM\t100\r\nGOOGL\t5\r\n", 2},
-        {"line feeds alone", "IBM\t100\nGOOGL\t5\n", 2},
-        {"last line without a break is lost", "IBM\t100\nGOOGL\t5", 1},
-        {"single line without a break", "IBM\t100", std::nullopt},
-        {"no tab", "IBM 100\r\n", std::nullopt},
-        {"a line without a tab spoils all", "IBM\t100\r\nGOOGL\r\n", std::nullopt},
-        {"empty", "", std::nullopt},
-    };
-    for (const Row& r : rows) {
-        SCOPED_TRACE(r.name);
-        const std::optional<PasteTable> table = TradingDesk::ParsePasteText(r.text);
-        ASSERT_EQ(table.has_value(), r.lines.has_value());
-        if (table) {
-            EXPECT_EQ(table->size(), *r.lines);
-        }
-    }
-}
 
 TEST_F(LoadedBasketEditing, PasteReplacesAStoredBasketByAnUnsavedOne) {
     ASSERT_TRUE(desk->LoadBasketByName("Tech"));

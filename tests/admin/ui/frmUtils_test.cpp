@@ -71,23 +71,6 @@ TEST_F(UtilitiesScreen, CreateInitialDataFailureIsShown) {
     EXPECT_EQ(t.rows("SELECT COUNT(*) FROM tblDest"), (Texts{"8"}));
 }
 
-TEST_F(UtilitiesScreen, ClearTradingData) {
-    Click(screen, "cmdClearTradeData");
-    EXPECT_EQ(trading.calls, (Texts{"ClearTradingData"}));
-    EXPECT_EQ(boxes.texts(), (Texts{"Trading data cleared."}));
-}
-
-TEST_F(UtilitiesScreen, MarkAllClosedOnlyWhenAnsweredYes) {
-    boxes.answerNext(MsgAnswer::No);
-    Click(screen, "cmdCloseOrders");
-    EXPECT_TRUE(trading.calls.empty());
-    boxes.answerNext(MsgAnswer::Yes);
-    Click(screen, "cmdCloseOrders");
-    EXPECT_EQ(trading.calls, (Texts{"MarkAllOrdersClosed"}));
-    EXPECT_EQ(boxes.texts(), (Texts{"Do you want to mark all orders closed?",
-                                    "Do you want to mark all orders closed?"}));
-}
-
 TEST_F(UtilitiesScreen, AFailureOfTheMainScreenIsShown) {
     trading.fail = true;
     Click(screen, "cmdClearTradeData");

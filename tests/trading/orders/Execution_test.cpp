@@ -67,33 +67,53 @@ protected:
 struct ButtonCase {
     const char* name;
     int index;
-    const char* side;  ///< "" = not set
-    const char* type;  ///< "" = not set
-    const char* limit; ///< "" = not set
-    const char* tif;   ///< "" = not set
+    const char* caption; ///< "" = no button
+    bool quoteFree;      ///< may go without quotes
+    const char* side;    ///< "" = not set
+    const char* type;    ///< "" = not set
+    const char* limit;   ///< "" = not set
+    const char* tif;     ///< "" = not set
 };
 
-// One quoted line (bid 10.00, ask 10.10, last 10.05, own price 9.50, modifier 0.01, GTC)
-// through every button.
+// Every button's rule, and one quoted line (bid 10.00, ask 10.10, last 10.05, own price
+// 9.50, modifier 0.01, GTC) sent through it.
 const ButtonCase ButtonCases[] = {
-    {"BuyBid", 0, "BUY", "5", "10.01", "G"},   {"BuyAsk", 1, "BUY", "5", "10.11", "G"},
-    {"BuyLast", 2, "BUY", "5", "10.06", "G"},  {"BuyMkt", 3, "B", "1", "", "G"},
-    {"SellBid", 4, "S", "5", "10.01", "G"},    {"SellAsk", 5, "S", "5", "10.11", "G"},
-    {"SellLast", 6, "S", "5", "10.06", "G"},   {"SellMkt", 7, "S", "1", "", "G"},
-    {"ShrtBid", 8, "T", "5", "10.01", "G"},    {"ShrtAsk", 9, "T", "5", "10.11", "G"},
-    {"ShrtLast", 10, "T", "5", "10.06", "G"},  {"ShrtMkt", 11, "T", "1", "", "G"},
-    {"BuyMoc", 12, "B", "2", "", "G"},         {"SellMoc", 13, "S", "2", "", "G"},
-    {"ShrtMoc", 14, "T", "2", "", "G"},        {"ShrtMoo", 15, "T", "1", "", "O"},
-    {"SellMoo", 16, "S", "1", "", "O"},        {"BuyMoo", 17, "B", "1", "", "O"},
-    {"BuyPrice", 18, "B", "5", "9.51", "G"},   {"SellPrice", 19, "S", "5", "9.51", "G"},
-    {"ShortPrice", 20, "T", "5", "9.51", "G"}, {"OutOfRange", 21, "", "", "", ""},
-    {"Negative", -1, "", "", "", ""},
+    {"BuyBid", 0, "BUY BID", false, "BUY", "5", "10.01", "G"},
+    {"BuyAsk", 1, "BUY ASK", false, "BUY", "5", "10.11", "G"},
+    {"BuyLast", 2, "BUY LAST", false, "BUY", "5", "10.06", "G"},
+    {"BuyMkt", 3, "BUY MKT", true, "B", "1", "", "G"},
+    {"SellBid", 4, "SELL BID", false, "S", "5", "10.01", "G"},
+    {"SellAsk", 5, "SELL ASK", false, "S", "5", "10.11", "G"},
+    {"SellLast", 6, "SELL LAST", false, "S", "5", "10.06", "G"},
+    {"SellMkt", 7, "SELL MKT", true, "S", "1", "", "G"},
+    {"ShrtBid", 8, "SHRT BID", false, "T", "5", "10.01", "G"},
+    {"ShrtAsk", 9, "SHRT ASK", false, "T", "5", "10.11", "G"},
+    {"ShrtLast", 10, "SHRT LAST", false, "T", "5", "10.06", "G"},
+    {"ShrtMkt", 11, "SHRT MKT", true, "T", "1", "", "G"},
+    {"BuyMoc", 12, "BUY MOC", true, "B", "2", "", "G"},
+    {"SellMoc", 13, "SELL MOC", true, "S", "2", "", "G"},
+    {"ShrtMoc", 14, "SHRT MOC", true, "T", "2", "", "G"},
+    {"ShrtMoo", 15, "SHRT MOO", true, "T", "1", "", "O"},
+    {"SellMoo", 16, "SELL MOO", true, "S", "1", "", "O"},
+    {"BuyMoo", 17, "BUY MOO", true, "B", "1", "", "O"},
+    {"BuyPrice", 18, "BUY", false, "B", "5", "9.51", "G"},
+    {"SellPrice", 19, "SELL", false, "S", "5", "9.51", "G"},
+    {"ShortPrice", 20, "SHORT", false, "T", "5", "9.51", "G"},
+    {"OutOfRange", 21, "", false, "", "", "", ""},
+    {"Negative", -1, "", false, "", "", "", ""},
 };
 
 class ExecutionButtonCases : public Execution, public ::testing::WithParamInterface<ButtonCase> {};
 
 TEST_P(ExecutionButtonCases, OrderCarriesTheButtonsRuleInTheOrderOfItsSets) {
     const ButtonCase& c = GetParam();
+    const auto rule = ExecuteButtonRuleFor(c.index);
+    ASSERT_EQ(rule.has_value(), *c.caption != '\0');
+    if (rule) {
+        EXPECT_EQ(rule->index, c.index);
+        EXPECT_EQ(rule->caption, c.caption);
+    }
+    EXPECT_EQ(IsMarketTypeButton(c.index), c.quoteFree);
     const ExecuteReport report = Click(c.index, {QuotedLine("IBM")});
     ASSERT_EQ(report.outcome, ExecuteOutcome::Sent);
     ASSERT_EQ(orders.created.size(), 1u);
@@ -239,21 +259,6 @@ TEST_F(Execution, MarketButtonSendsWithoutQuotesLimitButtonNeedsAllThree) {
     EXPECT_EQ(boxes.shown()[0].title, "Some Orders Were Not Sent");
     EXPECT_EQ(boxes.shown()[0].icon, MsgIcon::Exclamation);
     EXPECT_EQ(boxes.shown()[0].buttons, MsgButtons::Ok);
-}
-
-TEST_F(Execution, TifTextOfTheLineIsMapped) {
-    struct Row {
-        const char* text;
-        const char* code;
-    };
-    for (const Row& r : {Row{"day", "D"}, Row{"OS", "1"}, Row{"IOC", "I"}, Row{"OPG", "O"}}) {
-        orders.created.clear();
-        ExecutionLine line = QuotedLine("IBM");
-        line.tif = r.text;
-        Click(0, {line});
-        ASSERT_EQ(orders.submitted().size(), 1u);
-        EXPECT_EQ(orders.submitted()[0]->value("Tif"), r.code) << r.text;
-    }
 }
 
 // The order sequence wraps after 9,999; the ids of one send never repeat, wherever the

@@ -283,6 +283,38 @@ TEST_F(Tracking, UpdateCopiesEveryKeptFieldAndSetAllMembersCopiesThemOn) {
     EXPECT_EQ(copy.Extras().m_strStrategy, "v16"); // the copy keeps its own
 }
 
+// A report that carries a single rare field, whichever, keeps it.
+TEST_F(Tracking, EachRareFieldAloneIsKept) {
+#define RARE(field, value) [](QVXOrderStruct& r) { r.field = value; }
+    using Set = void (*)(QVXOrderStruct&);
+    // clang-format off
+    const Set sets[] = {
+        RARE(BatchId, "x"), RARE(EndTime, "x"), RARE(ExecBroker, "x"), RARE(ExecInst, "x"),
+        RARE(PairId, "x"), RARE(SorPreference, "x"), RARE(StartTime, "x"), RARE(Strategy, "x"),
+        RARE(User, "x"), RARE(UserId, "x"), RARE(TrailInc, 1), RARE(AvgPriceLmt, 1),
+        RARE(CashComponent, 1), RARE(Discretion, 1), RARE(MaxHighPctDeviation, 1),
+        RARE(MaxLowPctDeviation, 1), RARE(PctPerSlice, 1), RARE(PegDiff, 1), RARE(Premium, 1),
+        RARE(Ratio, 1), RARE(ReactPrice, 1), RARE(StpPrice, 1), RARE(TargetPctVolume, 1),
+        RARE(TargetPrice, 1), RARE(Tilt, 1), RARE(TrailAmt, 1), RARE(UrStpdPrice, 1),
+        RARE(Auction, 1), RARE(DbsNo, 1), RARE(Duration, 1), RARE(ExecAggression, 1),
+        RARE(MarketStructure, 1), RARE(MaxPctVolume, 1), RARE(MinPctVolume, 1),
+        RARE(MinQuantity, 1), RARE(OrderCompletion, 1), RARE(PingInterval, 1),
+        RARE(PriceTolerance, 1), RARE(QtyTolerancePct, 1), RARE(QtyToleranceSize, 1),
+        RARE(Refresh, 1), RARE(RefreshInterval, 1), RARE(SeqNo, 1), RARE(SizeLow, 1),
+        RARE(SizeMax, 1), RARE(TrailId, 1), RARE(OpportunisticTrade, true),
+        RARE(SvrStpReleased, true), RARE(TakeLiquidity, true),
+    };
+    // clang-format on
+#undef RARE
+    for (size_t i = 0; i < std::size(sets); ++i) {
+        QVXOrderStruct r;
+        sets[i](r);
+        OrderUpdate o;
+        o.UpdateOrder(r, false);
+        EXPECT_NE(o.Extras(), OrderExtras{}) << "rare field " << i;
+    }
+}
+
 TEST_F(Tracking, NewOrderOfNoBasketFillsNothing) {
     OrderUpdate o;
     o.UpdateOrder(Record(5, "A-1-bskt", "X", "S", 10, 10), true);

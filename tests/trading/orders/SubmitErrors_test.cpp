@@ -71,23 +71,6 @@ TEST_P(SubmitErrorTable, LongPromptCarriesTheOrderBelowTheTextExceptForCodeMinus
 INSTANTIATE_TEST_SUITE_P(AllCodes, SubmitErrorTable, ::testing::ValuesIn(Table),
                          [](const auto& p) { return "Code" + std::to_string(-p.param.code); });
 
-TEST(SubmitErrors, TheThreeOdditiesStand) {
-    EXPECT_EQ(GetSubmitErrorStr(-12), GetSubmitErrorStr(-14));
-    EXPECT_EQ(SubmitErrorPrompt(-12, "S", 1, "X"), SubmitErrorPrompt(-14, "S", 1, "X"));
-    for (int32_t code = -24; code <= -18; ++code) {
-        EXPECT_EQ(SubmitErrorPrompt(code, "B", 1, "X"),
-                  "Futures order cannot be sent. " + GetSubmitErrorStr(code) + "\r\nB 1 X")
-            << code;
-    }
-    EXPECT_EQ(SubmitErrorPrompt(-1, "B", 1, "X"), "Basket cannot be sent. Account is not valid.");
-}
-
-TEST(SubmitErrors, OddLotPromptHasThreeLines) {
-    EXPECT_EQ(SubmitErrorPrompt(-25, "T", 50, "MSFT"),
-              "Order cannot be sent. Trader not enabled to: 1) Allow odd-lot\r\n"
-              "open transactions, Or 2) Allow odd-lot cover transactions.\r\nT 50 MSFT");
-}
-
 TEST(SubmitErrors, UnknownCodesUseTheirTwoDifferentWordings) {
     struct Row {
         int32_t code;

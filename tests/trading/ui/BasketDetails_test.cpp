@@ -23,15 +23,8 @@ using namespace std::chrono_literals;
 
 class OrderSummaryScreen : public MainScreen {
 protected:
-    /// Tech10 sent as BUY MOC: ten orders that rest until the close, long after a test.
     void SendRestingBasket() {
-        Ini("[Confirmation]\r\nBeforeChange=1\r\n[OptionalButtons]\r\nMOC=1\r\n");
-        Open();
-        ChooseAccount();
-        Click("cmdLoad_1");
-        Run(1s);
-        Click("cmdExecuteBasket_12");
-        Run(2s);
+        SendRestingTech10("[Confirmation]\r\nBeforeChange=1\r\n");
         ASSERT_EQ(Rows(Baskets()), 1);
         ASSERT_EQ(Cell(Baskets(), 0, colOpenOrders), "10");
     }
@@ -183,8 +176,9 @@ TEST_F(MainScreen, BasketOptionsOffersTheOrderWindowsAfterTheCancels) {
     }
     EXPECT_EQ(names, (std::vector<std::string>{"mnuCxlAll", "mnuCxlSel", "mnuOrderSummary",
                                                "mnuModifyBasket", "mnuBasketToMkt"}));
+    EXPECT_EQ(Baskets().contextMenuPolicy(), Qt::CustomContextMenu);
     // No line in lvBaskets: none of them opens or asks anything.
-    for (const char* name : {"mnuOrderSummary", "mnuModifyBasket", "mnuBasketToMkt"}) {
+    for (const char* name : {"mnuCxlSel", "mnuOrderSummary", "mnuModifyBasket", "mnuBasketToMkt"}) {
         Action(name).trigger();
     }
     EXPECT_TRUE(boxes.shown().empty());

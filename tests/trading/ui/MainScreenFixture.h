@@ -122,6 +122,19 @@ protected:
         emit box.lineEdit()->returnPressed();
     }
 
+    /// Opens the window on `ini` (MOC offered besides) and sends Tech10 as BUY MOC: ten
+    /// orders that rest until the close, long after a test.
+    void SendRestingTech10(const std::string& ini = "") {
+        Ini(ini + "[OptionalButtons]\r\nMOC=1\r\n");
+        Open();
+        ChooseAccount();
+        Click("cmdLoad_1");
+        using namespace std::chrono_literals;
+        Run(1s);
+        Click("cmdExecuteBasket_12");
+        Run(2s);
+    }
+
     TempDir dir;
     ManualClock clock;
     RecordingMessageBoxes boxes;

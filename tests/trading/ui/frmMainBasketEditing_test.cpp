@@ -218,40 +218,14 @@ TEST_F(MainEditing, AddStockAndEditItemDialogsChangeTheLineAndItsStoredRow) {
     EXPECT_EQ(Cell(Stocks(), 0, stkBasketQty), "7");
 }
 
-TEST_F(MainEditing, ClearTradingDataEmptiesTheSentBasketsList) {
-    Open();
-    Click("cmdLoad_1");
-    Send("cmdExecuteBasket_3"); // BUY MKT
-    ASSERT_EQ(Rows(Baskets()), 1);
-    const size_t journal = AllRows("tblOrders");
-    boxes.clear();
-    {
-        WhenOpens<frmUtils> utils([](frmUtils& d) { test::Click(d, "cmdClearTradeData"); });
-        Action("mnuUtilities").trigger();
-    }
-    EXPECT_EQ(boxes.texts(), Strings{"Trading data cleared."});
-    EXPECT_EQ(Rows(Baskets()), 0);
-    EXPECT_EQ(AllRows("tblOrders"), journal);
-    Run(2s);
-    EXPECT_EQ(Rows(Baskets()), 0) << "cleared orders do not come back";
-}
-
-TEST_F(MainEditing, MarkAllClosedAnsweredNoChangesNothing) {
+// The utilities' rules are their logic's tests; here the menu reaches them on the real desk.
+TEST_F(MainEditing, UtilitiesCloseAndThenClearTheSentBasketsList) {
     Open();
     Click("cmdLoad_1");
     Send("cmdExecuteBasket_17"); // BUY MOO: rests through the test
-    ASSERT_EQ(Rows(Baskets()), 1);
     ASSERT_EQ(Cell(Baskets(), 0, colOpenOrders), "10");
+    const size_t journal = AllRows("tblOrders");
     boxes.clear();
-    boxes.answerNext(MsgAnswer::No);
-    {
-        WhenOpens<frmUtils> utils([](frmUtils& d) { test::Click(d, "cmdCloseOrders"); });
-        Action("mnuUtilities").trigger();
-    }
-    ASSERT_EQ(boxes.texts(), Strings{"Do you want to mark all orders closed?"});
-    EXPECT_EQ(Cell(Baskets(), 0, colOpenOrders), "10");
-    EXPECT_EQ(Cell(Baskets(), 0, colOpenQty), "1450");
-
     boxes.answerNext(MsgAnswer::Yes);
     {
         WhenOpens<frmUtils> utils([](frmUtils& d) { test::Click(d, "cmdCloseOrders"); });
@@ -259,6 +233,16 @@ TEST_F(MainEditing, MarkAllClosedAnsweredNoChangesNothing) {
     }
     EXPECT_EQ(Cell(Baskets(), 0, colOpenOrders), "0");
     EXPECT_EQ(Cell(Baskets(), 0, colOpenQty), "0");
+    {
+        WhenOpens<frmUtils> utils([](frmUtils& d) { test::Click(d, "cmdClearTradeData"); });
+        Action("mnuUtilities").trigger();
+    }
+    EXPECT_EQ(boxes.texts(),
+              (Strings{"Do you want to mark all orders closed?", "Trading data cleared."}));
+    EXPECT_EQ(Rows(Baskets()), 0);
+    EXPECT_EQ(AllRows("tblOrders"), journal);
+    Run(2s);
+    EXPECT_EQ(Rows(Baskets()), 0) << "cleared orders do not come back";
 }
 
 } // namespace

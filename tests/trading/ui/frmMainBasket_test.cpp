@@ -45,31 +45,6 @@ TEST_F(MainScreen, ChoosingANameInTheListLoadsThatBasket) {
     EXPECT_EQ(Rows(Stocks()), 3);
 }
 
-TEST_F(MainScreen, LoadedLinesShowLiveMovingQuotes) {
-    Open();
-    Click("cmdLoad_1");
-    Run(1s);
-    std::vector<std::string> firstLast;
-    for (int r = 0; r < Rows(Stocks()); ++r) {
-        SCOPED_TRACE(Cell(Stocks(), r, stkSymbol));
-        EXPECT_FALSE(Cell(Stocks(), r, stkBid).empty());
-        EXPECT_FALSE(Cell(Stocks(), r, stkAsk).empty());
-        EXPECT_FALSE(Cell(Stocks(), r, stkLast).empty());
-        EXPECT_FALSE(Cell(Stocks(), r, stkVolume).empty());
-        firstLast.push_back(Cell(Stocks(), r, stkLast));
-    }
-    // The notional is there at load and follows the quotes as they move.
-    const std::string atLoad = Find<QLabel>("sbMainPanel2").text().toStdString();
-    EXPECT_NE(atLoad, "0.00");
-    Run(10s);
-    EXPECT_NE(Find<QLabel>("sbMainPanel2").text().toStdString(), atLoad);
-    int moved = 0;
-    for (int r = 0; r < Rows(Stocks()); ++r) {
-        moved += Cell(Stocks(), r, stkLast) != firstLast[static_cast<size_t>(r)];
-    }
-    EXPECT_GT(moved, 0) << "no last price moved in ten seconds of market";
-}
-
 TEST_F(MainScreen, QuoteTickRepaintsOnlyTheCellsThatChanged) {
     Open();
     Click("cmdLoad_1");

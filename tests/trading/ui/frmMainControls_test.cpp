@@ -11,6 +11,7 @@
 namespace wicker::test {
 namespace {
 
+// Controls the other tests click or read are found by name there; here their captions.
 TEST_F(MainScreen, EveryControlIsThereByItsNameWithItsCaption) {
     Open();
     struct Row {
@@ -39,18 +40,11 @@ TEST_F(MainScreen, EveryControlIsThereByItsNameWithItsCaption) {
         SCOPED_TRACE(r.name);
         EXPECT_EQ(Find<QLineEdit>(r.name).accessibleName().toStdString(), r.caption);
     }
-    for (const char* name : {"UpDown1", "UpDown2", "UpDown3"}) {
-        EXPECT_NO_THROW(Find<QWidget>(name)) << name;
-    }
     EXPECT_EQ(Find<QComboBox>("cboAccount").lineEdit()->placeholderText().toStdString(),
               "Please Select Account");
-    EXPECT_NO_THROW(Find<QListWidget>("lstBaskets"));
     EXPECT_NO_THROW(Find<QStatusBar>("sbMain"));
     for (const char* name : {"Timer200ms", "Timer1sec", "Timer2sec"}) {
         EXPECT_NO_THROW(Find<QTimer>(name)) << name;
-    }
-    for (int i = 1; i <= 4; ++i) {
-        EXPECT_NO_THROW(Find<QPushButton>(("cmdLoad_" + std::to_string(i)).c_str()));
     }
     for (int i = 0; i < ExecuteButtonCount; ++i) {
         const std::string name = "cmdExecuteBasket_" + std::to_string(i);

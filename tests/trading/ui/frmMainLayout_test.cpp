@@ -1,5 +1,5 @@
 // What the settings file says about the main window's look: which order buttons show and
-// in which colours, the list columns, and where the window was left.
+// in which colours, which column arrangement is used, and where the window was left.
 
 #include "storage/clsIniFile.h"
 #include "trading/basket/StockList.h"
@@ -72,32 +72,6 @@ TEST_F(MainScreen, ColourOffOrSystemColourGivesTheButtonFace) {
     const QColor face = window->palette().color(QPalette::Button);
     EXPECT_EQ(Find<QPushButton>("cmdExecuteBasket_0").palette().color(QPalette::Button), face);
     EXPECT_EQ(ColorFromSetting(-2147483633, window->palette()), face);
-}
-
-TEST_F(MainScreen, ColumnsTakeWidthsShownFlagsAndPositionsFromTheSettings) {
-    Ini("[StockColumnWidths]\r\ncolumn1=111\r\ncolumn4=77\r\n"
-        "[ColumnDisplay]\r\nBasketItemsCols=11111110111111111111\r\nBasketInfoCols="
-        "1111111111110\r\n"
-        "[ColumnPositions]\r\nItemsPositions=1,2,3,5,4,6,7,8,9,10,11,12,13,14,15,16,17,18,19,20,"
-        "\r\n");
-    Open();
-    QHeaderView& stocks = *Stocks().horizontalHeader();
-    EXPECT_EQ(stocks.sectionSize(stkSymbol), 111);
-    EXPECT_EQ(stocks.sectionSize(stkLast), 77);
-    EXPECT_TRUE(stocks.isSectionHidden(stkMod));
-    EXPECT_FALSE(stocks.isSectionHidden(stkTif));
-    EXPECT_EQ(stocks.visualIndex(stkLast), 4);
-    EXPECT_EQ(stocks.visualIndex(stkBasketQty), 3);
-    EXPECT_TRUE(Baskets().horizontalHeader()->isSectionHidden(colSide));
-
-    // Moved by the trader: the new order is what the window writes when it closes.
-    stocks.moveSection(stocks.visualIndex(stkSymbol), 19);
-    window->close();
-    clsIniFile ini;
-    ini.setPath(dir / "basket.ini");
-    ini.setSection("ColumnPositions");
-    ini.setKey("ItemsPositions");
-    EXPECT_EQ(ini.Value(), "20,1,2,4,3,5,6,7,8,9,10,11,12,13,14,15,16,17,18,19,");
 }
 
 TEST(ColumnLayoutOrder, OnlyACompleteArrangementIsUsed) {
