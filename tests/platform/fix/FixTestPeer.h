@@ -4,9 +4,9 @@
 // replies a test scripts. Header-only so that every FIX test program can use it.
 
 #include "platform/fix/engine/FixAcceptor.h"
+#include "support/WaitFor.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -62,14 +62,7 @@ public:
     /// Waits until pred() holds or the time is up; returns pred(). pred may call the
     /// accessors above.
     template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit) {
-        const auto deadline = std::chrono::steady_clock::now() + limit;
-        while (!pred()) {
-            if (std::chrono::steady_clock::now() >= deadline) {
-                return false;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return true;
+        return WaitFor(pred, limit);
     }
 
     void onLogon(int) override { ++m_logons; }
