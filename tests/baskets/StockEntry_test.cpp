@@ -23,12 +23,6 @@ protected:
     StockField focus = StockField::None;
 };
 
-TEST_F(AddStockTest, StatementHasTwoBlanksBeforeValues) {
-    StockEntry e{"IBM", "100", "nyse", "40"};
-    EXPECT_EQ(AddStockSql(7, e), "INSERT INTO tblBasketDetails(intBasketNum, strSym, intQty, "
-                                 "strDest, nIndexShares)  VALUES(7,'IBM',100,'NYSE',40)");
-}
-
 TEST_F(AddStockTest, EmptyQuantityAndSharesBecomeZero) {
     StockEntry e{"IBM", "", "nyse", ""};
     const auto row = add(e);

@@ -36,13 +36,7 @@ std::unique_ptr<ExchangeVenue> MakeVenue(VenueKind kind) {
 class HandClient {
 public:
     HandClient(int port, FixVersion v) {
-        FixSessionConfig c;
-        c.beginString = BeginStringOf(v);
-        c.senderCompID = "WICKER";
-        c.targetCompID = "EXCH";
-        c.port = port;
-        c.reconnectInterval = 1;
-        m_engine = std::make_unique<FixInitiator>(c, listener);
+        m_engine = std::make_unique<FixInitiator>(test::ClientSide(port, v), listener);
         m_engine->start();
         EXPECT_TRUE(listener.waitFor([&] { return listener.logons > 0; }));
     }

@@ -247,29 +247,36 @@ INSTANTIATE_TEST_SUITE_P(Rows, SimAuction,
                                            AuctionRow{"MarketOnClose", 2, "D", false}),
                          [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(SimFills, ImmediateOrCancelThatCannotTradeIsCancelledAtOnce) {
-    OrderFields fields;
-    fields.priceType = 5;
-    fields.price = quote().BidPrice;
-    fields.tif = "I";
-    const int32_t id = desk.send(fields);
-    desk.drain();
-    const auto updates = desk.events.of(id);
-    ASSERT_EQ(updates.size(), 2u);
-    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Cancelled);
-    EXPECT_EQ(updates[1].LvsQuantity, 0);
-}
-
-TEST_F(SimFills, FillOrKillFillsWholeAboveTheClipSize) {
-    OrderFields fields;
-    fields.quantity = 2500;
-    fields.tif = "F";
-    const int32_t id = desk.send(fields);
-    desk.drain();
-    const auto updates = desk.events.of(id);
-    ASSERT_EQ(updates.size(), 2u);
-    EXPECT_EQ(updates[1].OrderStatus, QVXOrderStatus::Filled);
-    EXPECT_EQ(updates[1].CumExecQuantity, 2500);
+// An immediate order is decided at once: an IOC that cannot trade is cancelled, a FOK
+// above the clip size fills whole.
+TEST_F(SimFills, ImmediateOrdersAreDecidedAtOnce) {
+    struct Row {
+        const char* tif;
+        int32_t quantity;
+        bool limitAtTheBid;
+        int32_t status;
+        int32_t filled;
+    };
+    const Row rows[] = {{"I", 300, true, QVXOrderStatus::Cancelled, 0},
+                        {"F", 2500, false, QVXOrderStatus::Filled, 2500}};
+    for (const Row& r : rows) {
+        SCOPED_TRACE(r.tif);
+        OrderFields fields;
+        fields.clOrderId += r.tif;
+        fields.quantity = r.quantity;
+        fields.tif = r.tif;
+        if (r.limitAtTheBid) {
+            fields.priceType = 5;
+            fields.price = quote().BidPrice;
+        }
+        const int32_t id = desk.send(fields);
+        desk.drain();
+        const auto updates = desk.events.of(id);
+        ASSERT_EQ(updates.size(), 2u);
+        EXPECT_EQ(updates[1].OrderStatus, r.status);
+        EXPECT_EQ(updates[1].LvsQuantity, 0);
+        EXPECT_EQ(updates[1].CumExecQuantity, r.filled);
+    }
 }
 
 TEST_F(SimFills, CancelOfAnOpenOrderReportsItCancelledWithNothingLeft) {

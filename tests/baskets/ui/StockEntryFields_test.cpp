@@ -39,16 +39,17 @@ TEST_F(StockEntryFieldsTest, WithoutIndexSharesThereAreThreeBoxesAndRows) {
 }
 
 TEST_F(StockEntryFieldsTest, ReadsTheBoxesAsTypedAndShowsWhatTheLogicFilledIn) {
-    Type(*fields.symbol(), QStringLiteral("ibm"));
+    Type(*fields.symbol(), QStringLiteral("ib"));
+    Type(*fields.symbol(), QStringLiteral("m"), true); // Shift inverts the case
     fields.quantity()->setText(QStringLiteral(" 12 "));
     fields.destination()->setEditText(QStringLiteral("nowhere"));
     const StockEntry typed = fields.entry();
-    EXPECT_EQ(typed.symbol, "IBM");
+    EXPECT_EQ(typed.symbol, "IBm");
     EXPECT_EQ(typed.quantity, " 12 ");
     EXPECT_EQ(typed.destination, "nowhere");
     EXPECT_EQ(typed.indexShares, "");
     const MainLineEntry line = fields.mainLine();
-    EXPECT_EQ(line, (MainLineEntry{"IBM", " 12 ", "nowhere"}));
+    EXPECT_EQ(line, (MainLineEntry{"IBm", " 12 ", "nowhere"}));
 
     fields.showFilledIn({"IBM", "0", "nowhere", "0"});
     EXPECT_EQ(fields.quantity()->text().toStdString(), "0");

@@ -186,32 +186,28 @@ TEST_F(SetupScreen, SaveChangesWritesNullSharesAsZeroAndTellsTheMainScreen) {
     EXPECT_FALSE(s->isVisible());
 }
 
-TEST_F(SetupScreen, TickIsKeptOnClose) {
-    auto s = open();
-    tick(*s, 1, true);
-    Click(*s, "cmdCancel");
-    EXPECT_EQ(t.rows("SELECT intOnButton FROM tblBaskets WHERE strBasketName = 'Banks'"),
-              (std::vector<std::string>{"1"}));
-    EXPECT_EQ(main.calls, (std::vector<std::string>{"LoadBasketList", "LoadButtonValues",
-                                                    "LoadButtonDisplay"}));
-    EXPECT_FALSE(s->isVisible());
-}
-
-TEST_F(SetupScreen, ClosingByTheTitleBarAlsoKeepsTicks) {
-    auto s = open();
-    tick(*s, 2, true);
-    s->close();
-    EXPECT_EQ(t.rows("SELECT intOnButton FROM tblBaskets WHERE strBasketName = 'Oil'"),
-              (std::vector<std::string>{"1"}));
-    EXPECT_EQ(main.calls.size(), 3u);
-}
-
-TEST_F(SetupScreen, CloseNeverRewritesLines) {
-    auto s = open();
-    clickBasket(*s, 0);
-    stocks(*s).model()->index(0, 0);
-    Click(*s, "cmdCancel");
-    EXPECT_EQ(t.lines(tech), (std::vector<std::string>{"IBM|100|NYSE|<null>", "MSFT|50|ARCA|30"}));
+// Cancel and the title bar both keep the ticks, never rewrite the lines and refresh the
+// main screen's buttons.
+TEST_F(SetupScreen, ClosingKeepsTicksAndNeverRewritesLines) {
+    for (const bool byTitleBar : {false, true}) {
+        SCOPED_TRACE(byTitleBar ? "title bar" : "Cancel");
+        main.calls.clear();
+        auto s = open();
+        clickBasket(*s, 0);
+        tick(*s, byTitleBar ? 2 : 1, true);
+        if (byTitleBar) {
+            s->close();
+        } else {
+            Click(*s, "cmdCancel");
+        }
+        EXPECT_EQ(t.rows("SELECT intOnButton FROM tblBaskets ORDER BY intBasketNum"),
+                  (std::vector<std::string>{"1", "1", byTitleBar ? "1" : "0"}));
+        EXPECT_EQ(t.lines(tech),
+                  (std::vector<std::string>{"IBM|100|NYSE|<null>", "MSFT|50|ARCA|30"}));
+        EXPECT_EQ(main.calls, (std::vector<std::string>{"LoadBasketList", "LoadButtonValues",
+                                                        "LoadButtonDisplay"}));
+        EXPECT_FALSE(s->isVisible());
+    }
 }
 
 TEST_F(SetupScreen, DoubleClickOnABasketEditsItsDivisorNeverZero) {

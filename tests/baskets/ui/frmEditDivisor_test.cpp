@@ -39,26 +39,6 @@ TEST_F(EditDivisorScreen, ShowsTheBasketAndItsValues) {
     EXPECT_EQ(Child<QComboBox>(dialog, "cbIndex").currentText().toStdString(), "Mkt Cap Weighted");
 }
 
-struct ZeroCase {
-    const char* name;
-    const char* text;
-};
-
-class EditDivisorZero : public EditDivisorScreen, public testing::WithParamInterface<ZeroCase> {};
-
-TEST_P(EditDivisorZero, StoredAsOne) {
-    divisor.setText(QString::fromLatin1(GetParam().text));
-    Click(dialog, "butOK");
-    EXPECT_EQ(index.divisors.at("Tech"), 1);
-    ASSERT_TRUE(saved);
-    EXPECT_EQ(saved->first, 1);
-    EXPECT_EQ(dialog.result(), QDialog::Accepted);
-}
-
-INSTANTIATE_TEST_SUITE_P(Texts, EditDivisorZero,
-                         testing::Values(ZeroCase{"Zero", "0"}, ZeroCase{"Empty", ""}),
-                         [](const auto& row) { return std::string(row.param.name); });
-
 TEST_F(EditDivisorScreen, EnterInTheDivisorBoxSavesTheIndexType) {
     divisor.setText(QStringLiteral("4"));
     Child<QComboBox>(dialog, "cbIndex").setCurrentIndex(2);

@@ -69,30 +69,19 @@ TEST_F(ImportScreen, FileChooserFillsTheFileBox) {
     EXPECT_EQ(edit("txtFileName").text().toStdString(), "/tmp/basket.txt");
 }
 
-TEST_F(ImportScreen, ListedAndOtcDefaultsFillEmptyDestinations) {
-    fill(file("MSFT,100,\r\nIBM,50,\r\nGE,5\r\n"));
+// The defaults' rules are the logic's; the screen passes the combos' choices ("<none>" is
+// no destination), imports on Enter and hands the fourth field to the main screen.
+TEST_F(ImportScreen, EnterImportsWithTheCombosDefaultsAndTheIndexShares) {
+    combo("cboOTC").setCurrentIndex(0);
+    fill(file("MSFT,100,\r\nIBM,50,\r\nGE,5,NYSE,5000\r\n"));
     PressEnter(edit("txtFileName"));
     EXPECT_EQ(dialog.result(), QDialog::Accepted);
     EXPECT_TRUE(boxes.shown().empty());
-    EXPECT_EQ(t.lines(imported()),
-              (std::vector<std::string>{"MSFT|100|INET|<null>", "IBM|50|AMEX|<null>",
-                                        "GE|5|AMEX|<null>"}));
-}
-
-TEST_F(ImportScreen, NoneLeavesTheDestinationEmpty) {
-    combo("cboOTC").setCurrentIndex(0);
-    fill(file("MSFT,100,\r\n"));
-    Click(dialog, "cmdImport");
-    EXPECT_EQ(t.lines(imported()), (std::vector<std::string>{"MSFT|100||<null>"}));
-}
-
-TEST_F(ImportScreen, FourthFieldReachesTheMainScreensIndexSharesMap) {
-    fill(file("IBM,10,NYSE,5000\r\n"));
-    Click(dialog, "cmdImport");
     const int32_t n = imported();
+    EXPECT_EQ(t.lines(n), (std::vector<std::string>{"MSFT|100||<null>", "IBM|50|AMEX|<null>",
+                                                    "GE|5|NYSE|<null>"}));
     EXPECT_EQ(main.indexShares,
-              (std::map<std::pair<int32_t, std::string>, int32_t>{{{n, "IBM"}, 5000}}));
-    EXPECT_EQ(t.lines(n), (std::vector<std::string>{"IBM|10|NYSE|<null>"}));
+              (std::map<std::pair<int32_t, std::string>, int32_t>{{{n, "GE"}, 5000}}));
 }
 
 TEST_F(ImportScreen, MissingNamesAndFileFocusTheirBoxes) {

@@ -4,33 +4,12 @@
 #include "platform/fix/engine/ReconnectBackoff.h"
 #include "support/TempDir.h"
 
-#include <condition_variable>
-#include <mutex>
-
 #include <gtest/gtest.h>
 
 namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
-
-FixSessionConfig PeerSide(const std::string& beginString = "FIX.4.2") {
-    FixSessionConfig c;
-    c.beginString = beginString;
-    c.senderCompID = "EXCH";
-    c.targetCompID = "WICKER";
-    return c;
-}
-
-FixSessionConfig ClientSide(int port, const std::string& beginString = "FIX.4.2") {
-    FixSessionConfig c;
-    c.beginString = beginString;
-    c.senderCompID = "WICKER";
-    c.targetCompID = "EXCH";
-    c.port = port;
-    c.reconnectInterval = 1;
-    return c;
-}
 
 FixMessage Order(const std::string& clOrdId) {
     FixMessage m;
@@ -46,9 +25,9 @@ FixMessage Order(const std::string& clOrdId) {
 }
 
 TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
-    for (const std::string version : {"FIX.4.2", "FIX.4.4"}) {
-        SCOPED_TRACE(version);
-        test::FixTestPeer peer({PeerSide(version)});
+    for (const FixVersion version : {FixVersion::Fix42, FixVersion::Fix44}) {
+        SCOPED_TRACE(BeginStringOf(version));
+        test::FixTestPeer peer({test::PeerSide(version)});
         peer.setReply([](FixAcceptor& a, const FixMessage& in) {
             FixMessage w;
             w.msgType = "W";
@@ -60,7 +39,7 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
             a.send(0, w);
         });
         test::RecordingSessionListener listener;
-        FixInitiator initiator(ClientSide(peer.port(), version), listener);
+        FixInitiator initiator(test::ClientSide(peer.port(), version), listener);
         initiator.start();
         ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
         EXPECT_TRUE(initiator.isLoggedOn());
@@ -98,9 +77,9 @@ TEST(FixEngine, OrderGoesOutAndGroupedReplyComesBackWhole) {
 // resent (it would reach the market late), the owner hears of it, and the session goes on.
 TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
     test::RecordingSessionListener listener;
-    auto peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()});
+    auto peer = std::make_unique<test::FixTestPeer>(std::vector{test::PeerSide()});
     const int port = peer->port();
-    FixInitiator initiator(ClientSide(port), listener);
+    FixInitiator initiator(test::ClientSide(port), listener);
     initiator.start();
     ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 1; }));
     FixMessage order = Order("A-1");
@@ -111,7 +90,7 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
     // A new counterparty on the same port that remembers nothing (memory store).
     peer.reset();
     ASSERT_TRUE(listener.waitFor([&] { return listener.logouts >= 1; }));
-    peer = std::make_unique<test::FixTestPeer>(std::vector{PeerSide()}, port);
+    peer = std::make_unique<test::FixTestPeer>(std::vector{test::PeerSide()}, port);
     ASSERT_TRUE(listener.waitFor([&] { return listener.logons == 2; }, 20s));
     ASSERT_TRUE(listener.waitFor([&] { return !listener.stale.empty(); }));
     {
@@ -129,7 +108,7 @@ TEST(FixEngine, OrderAskedForAgainAfterReconnectIsNotResent) {
 
 TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {
     test::RecordingSessionListener listener;
-    FixSessionConfig c = ClientSide(1); // nobody listens on port 1
+    FixSessionConfig c = test::ClientSide(1); // nobody listens on port 1
     FixInitiator initiator(c, listener);
     initiator.start();
     FixMessage order = Order("A-1");
@@ -140,7 +119,7 @@ TEST(FixEngine, NothingIsSentOrNumberedWhileNotLoggedOn) {
 TEST(FixEngine, BadSettingsFileIsAnError) {
     test::RecordingSessionListener listener;
     test::TempDir dir;
-    FixSessionConfig c = ClientSide(1);
+    FixSessionConfig c = test::ClientSide(1);
     c.settingsFile = (dir.path() / "missing.cfg").string();
     FixInitiator initiator(c, listener);
     EXPECT_THROW(initiator.start(), FixEngineError);

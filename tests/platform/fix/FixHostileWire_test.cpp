@@ -1,3 +1,4 @@
+#include "platform/fix/FixTestPeer.h"
 #include "platform/fix/RawFixPeer.h"
 #include "platform/fix/RecordingSessionListener.h"
 #include "platform/fix/engine/FixInitiator.h"
@@ -31,11 +32,7 @@ std::string BadChecksum(std::string frame) {
 class FixHostileWire : public ::testing::Test {
 protected:
     void SetUp() override {
-        FixSessionConfig c;
-        c.senderCompID = "WICKER";
-        c.targetCompID = "EXCH";
-        c.port = peer.port();
-        c.reconnectInterval = 1;
+        FixSessionConfig c = test::ClientSide(peer.port());
         c.resetOnLogon = true; // the raw peer starts every connection at 1
         initiator = std::make_unique<FixInitiator>(c, listener);
         initiator->start();

@@ -269,26 +269,11 @@ TEST_F(FixOrderBookTest, OrderThatNeverLeftIsRejectedOffline) {
     EXPECT_EQ(book.find(id)->status, "Rejected");
 }
 
-TEST(OrdStatusWords, EveryStatus) {
+// The words come from a table; the book tests read most of them. Here: its two ends and
+// what it does not hold.
+TEST(OrdStatusWords, TableEndsAndUnknownCodes) {
     const std::pair<const char*, const char*> rows[] = {
-        {"0", "New"},
-        {"1", "Partially Filled"},
-        {"2", "Filled"},
-        {"3", "Done For Day"},
-        {"4", "Canceled"},
-        {"5", "Replaced"},
-        {"6", "Pending Cancel"},
-        {"7", "Stopped"},
-        {"8", "Rejected"},
-        {"9", "Suspended"},
-        {"A", "Pending New"},
-        {"B", "Calculated"},
-        {"C", "Expired"},
-        {"D", "Accepted For Bidding"},
-        {"E", "Pending Replace"},
-        {"Z", "Unknown"},
-        {"", "Unknown"},
-    };
+        {"0", "New"}, {"E", "Pending Replace"}, {"Z", "Unknown"}, {"", "Unknown"}};
     for (const auto& [code, text] : rows) {
         EXPECT_EQ(OrdStatusText(code), text) << code;
     }

@@ -3,10 +3,11 @@
 // An in-process accepting FIX peer on a loopback port, polled on its own thread, whose
 // replies a test scripts. Header-only so that every FIX test program can use it.
 
+#include "platform/fix/FixOrderMapping.h"
 #include "platform/fix/engine/FixAcceptor.h"
+#include "support/WaitFor.h"
 
 #include <atomic>
-#include <chrono>
 #include <functional>
 #include <memory>
 #include <mutex>
@@ -14,6 +15,26 @@
 #include <vector>
 
 namespace wicker::test {
+
+/// The counterparty's end of the session Wicker opens.
+inline FixSessionConfig PeerSide(FixVersion v = FixVersion::Fix42) {
+    FixSessionConfig c;
+    c.beginString = BeginStringOf(v);
+    c.senderCompID = "EXCH";
+    c.targetCompID = "WICKER";
+    return c;
+}
+
+/// Wicker's end, to a peer on `port`, reconnecting after a second.
+inline FixSessionConfig ClientSide(int port, FixVersion v = FixVersion::Fix42) {
+    FixSessionConfig c;
+    c.beginString = BeginStringOf(v);
+    c.senderCompID = "WICKER";
+    c.targetCompID = "EXCH";
+    c.port = port;
+    c.reconnectInterval = 1;
+    return c;
+}
 
 class FixTestPeer : public FixAcceptorListener {
 public:
@@ -62,14 +83,7 @@ public:
     /// Waits until pred() holds or the time is up; returns pred(). pred may call the
     /// accessors above.
     template <class Pred> bool waitFor(Pred pred, std::chrono::milliseconds limit) {
-        const auto deadline = std::chrono::steady_clock::now() + limit;
-        while (!pred()) {
-            if (std::chrono::steady_clock::now() >= deadline) {
-                return false;
-            }
-            std::this_thread::sleep_for(std::chrono::milliseconds(2));
-        }
-        return true;
+        return WaitFor(pred, limit);
     }
 
     void onLogon(int) override { ++m_logons; }

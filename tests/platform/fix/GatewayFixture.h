@@ -3,6 +3,7 @@
 // A FixGateway's folder, clock and recorded events, for tests that log one on to a peer.
 
 #include "platform/fix/FixGateway.h"
+#include "platform/fix/FixTestPeer.h"
 #include "platform/fix/RecordingGatewayEvents.h"
 #include "support/TempDir.h"
 
@@ -11,15 +12,6 @@
 #include <gtest/gtest.h>
 
 namespace wicker::test {
-
-/// The counterparty's end of the session a gateway opens.
-inline FixSessionConfig PeerSide(FixVersion v = FixVersion::Fix42) {
-    FixSessionConfig c;
-    c.beginString = BeginStringOf(v);
-    c.senderCompID = "EXCH";
-    c.targetCompID = "WICKER";
-    return c;
-}
 
 /// Starts the gateway and waits for its logon; false if either fails.
 inline bool LogOn(FixGateway& gateway) {
