@@ -3,6 +3,7 @@
 #include "common/Formats.h"
 #include "platform/TicketOrder.h"
 
+#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
@@ -145,13 +146,17 @@ constexpr char kFieldEnd = '\x1f';
 constexpr char kRecordEnd = '\x1e';
 constexpr char kEscape = '\x1b';
 
+bool IsSpecial(char c) {
+    return c == kFieldEnd || c == kRecordEnd || c == kEscape;
+}
+
 void AppendField(std::string& text, std::string_view field) {
-    constexpr char special[] = {kFieldEnd, kRecordEnd, kEscape, '\0'};
-    if (field.find_first_of(special) == std::string_view::npos) {
+    // A plain loop: find_first_of searches the set once per character.
+    if (std::none_of(field.begin(), field.end(), IsSpecial)) {
         text += field; // nearly every field: written whole
     } else {
         for (const char c : field) {
-            if (c == kFieldEnd || c == kRecordEnd || c == kEscape) {
+            if (IsSpecial(c)) {
                 text += kEscape;
             }
             text += c;
