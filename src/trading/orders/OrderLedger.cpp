@@ -3,7 +3,6 @@
 #include "common/Formats.h"
 #include "platform/TicketOrder.h"
 
-#include <algorithm>
 #include <charconv>
 #include <chrono>
 #include <cstdio>
@@ -150,9 +149,19 @@ bool IsSpecial(char c) {
     return c == kFieldEnd || c == kRecordEnd || c == kEscape;
 }
 
+/// Whether a field holds a separator; one comparison for each ordinary character.
+bool HasSpecial(std::string_view field) {
+    for (const char c : field) {
+        if (static_cast<unsigned char>(c) < 0x20 && IsSpecial(c)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void AppendField(std::string& text, std::string_view field) {
     // A plain loop: find_first_of searches the set once per character.
-    if (std::none_of(field.begin(), field.end(), IsSpecial)) {
+    if (!HasSpecial(field)) {
         text += field; // nearly every field: written whole
     } else {
         for (const char c : field) {

@@ -94,28 +94,33 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
     } catch (const RuntimeError&) {
         return;
     }
-    OrderUpdate o;
-    o.m_strBasketId = m_lastBasket->basketId;
-    o.m_nBasketSeq = m_lastBasket->basketSeq;
-    o.m_strClOrderId = order.ClOrderID();
-    o.m_strAccount = order.Account();
-    o.m_strAction = "Pending New";
-    o.m_strDestination = order.Destination();
-    o.m_strInstrument = order.Symbol();
-    o.m_strOrderTime = NowText();
-    o.m_strSide = order.Side().substr(0, 1);
-    o.m_strTif = order.Tif();
-    o.m_fLmtPrice = order.LmtPrice();
-    o.m_nDisplay = order.MaxFloor();
-    o.m_nLvsQuantity = order.Quantity();
-    o.m_nOrderRecordId = orderRecordId;
-    o.m_nOrderStatus = QVXOrderStatus::PendingNew;
-    o.m_nPriceType = order.PriceType();
-    o.m_nQuantity = order.Quantity();
-    o.m_bMoo = o.m_nPriceType == OrderPriceType::Market && o.m_strTif == "O";
-    o.m_bMoc = o.m_nPriceType == OrderPriceType::MarketOnClose;
     const auto position = static_cast<uint32_t>(m_orders.size());
-    Append(std::move(o), NowText());
+    OrderUpdate& o = m_orders.emplace_back(); // filled in place: no copy of its texts
+    try {
+        o.m_strBasketId = m_lastBasket->basketId;
+        o.m_nBasketSeq = m_lastBasket->basketSeq;
+        o.m_strClOrderId = order.ClOrderID();
+        o.m_strAccount = order.Account();
+        o.m_strAction = "Pending New";
+        o.m_strDestination = order.Destination();
+        o.m_strInstrument = order.Symbol();
+        o.m_strOrderTime = NowText();
+        o.m_strSide = order.Side().substr(0, 1);
+        o.m_strTif = order.Tif();
+        o.m_fLmtPrice = order.LmtPrice();
+        o.m_nDisplay = order.MaxFloor();
+        o.m_nLvsQuantity = order.Quantity();
+        o.m_nOrderRecordId = orderRecordId;
+        o.m_nOrderStatus = QVXOrderStatus::PendingNew;
+        o.m_nPriceType = order.PriceType();
+        o.m_nQuantity = order.Quantity();
+        o.m_bMoo = o.m_nPriceType == OrderPriceType::Market && o.m_strTif == "O";
+        o.m_bMoc = o.m_nPriceType == OrderPriceType::MarketOnClose;
+        IndexLast(NowText());
+    } catch (...) {
+        m_orders.pop_back(); // never an order the indexes do not know
+        throw;
+    }
     m_answers.Expect(position, m_clock.now());
     // The send's own record has it: not a change to write.
     m_isChanged[position] = false;
@@ -172,7 +177,13 @@ std::string OrderTracker::StatusText(size_t orderIndex) const {
 }
 
 void OrderTracker::Append(OrderUpdate&& order, const std::string& seenAt) {
-    const auto position = static_cast<uint32_t>(m_orders.size());
+    m_orders.push_back(std::move(order));
+    IndexLast(seenAt);
+}
+
+void OrderTracker::IndexLast(const std::string& seenAt) {
+    const auto position = static_cast<uint32_t>(m_orders.size() - 1);
+    const OrderUpdate& order = m_orders.back();
     // A send's orders follow one another: the group of the last order is tried first.
     uint32_t group = 0;
     if (const BasketGroup* last = m_groupOf.empty() ? nullptr : &m_groups[m_groupOf.back()];
@@ -196,7 +207,6 @@ void OrderTracker::Append(OrderUpdate&& order, const std::string& seenAt) {
     m_groupOf.push_back(group);
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
     m_byClOrderId.add(order.m_strClOrderId, position);
-    m_orders.push_back(std::move(order));
 }
 
 void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {

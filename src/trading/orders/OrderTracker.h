@@ -149,6 +149,8 @@ private:
     };
 
     void Append(OrderUpdate&& order, const std::string& seenAt);
+    /// Files the last order of m_orders (at its position) in every index and list.
+    void IndexLast(const std::string& seenAt);
     /// The basket of a memo; the last memo's answer is kept, as a send's orders share one.
     const std::optional<BasketMemoId>& BasketOf(const std::string& memo);
     /// `orderIndex` as a position; std::out_of_range when no order is there.
