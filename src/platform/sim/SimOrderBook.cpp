@@ -32,6 +32,12 @@ std::string DollarText(SimUnits units) {
     return text;
 }
 
+/// The side as the one letter of the reports; 0 when the side is none the simulator knows.
+char SideLetter(std::string_view side) {
+    const std::string code = SimSideCode(side);
+    return code.empty() ? char{0} : code.front();
+}
+
 } // namespace
 
 bool SimOrderBook::Order::working() const {
@@ -84,7 +90,7 @@ SimOrderBook::Order& SimOrderBook::Accept(const OrderTicket& ticket, size_t inst
                                           int64_t nowUs) {
     Order o;
     o.ticket = ticket;
-    o.side = SimSideCode(ticket.side);
+    o.side = SideLetter(ticket.side);
     o.instrument = instrument;
     o.recordId = static_cast<int32_t>(m_orders.size() + 1);
     o.status = QVXOrderStatus::Open;
@@ -118,7 +124,7 @@ void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
     if (!refusal.text.empty()) {
         QVXRejectStruct reject;
         reject.ClOrderID = o.ticket.clOrderID;
-        reject.Side = o.side;
+        reject.Side = o.sideText();
         reject.Quantity = o.ticket.quantity;
         reject.Symbol = o.ticket.symbol;
         reject.RejectReason = refusal.code;
@@ -234,7 +240,7 @@ void SimOrderBook::cancel(const std::string& clOrderId, int32_t recordId, int64_
         // happen, the order's fills stay as they are.
         QVXRejectStruct reject;
         reject.ClOrderID = clOrderId.empty() ? o.ticket.clOrderID : clOrderId;
-        reject.Side = o.side;
+        reject.Side = o.sideText();
         reject.Quantity = o.ticket.quantity;
         reject.Symbol = o.ticket.symbol;
         reject.RejectReason = kSimRejectTooLateToCancel;
@@ -335,7 +341,7 @@ bool SimOrderBook::restore(std::vector<SimKeptOrder> kept, int64_t nowUs) {
         o.recordId = static_cast<int32_t>(m_orders.size() + 1);
         renumbered = renumbered || o.recordId != k.recordId;
         o.ticket = std::move(k.ticket);
-        o.side = SimSideCode(o.ticket.side);
+        o.side = SideLetter(o.ticket.side);
         o.instrument = m_market.instrumentOf(o.ticket.symbol);
         o.kind = KindOf(o.ticket);
         if (o.kind == Kind::Limit) {
@@ -387,7 +393,7 @@ void SimOrderBook::Publish(Order& o, int64_t nowUs) {
     u.LogMessage = o.lastFill;
     u.OrderTime = o.orderTime;
     u.PriceType = PriceTypeText(t.priceType, o.kind == Kind::OnOpen);
-    u.Side = o.side;
+    u.Side = o.sideText();
     u.Tif = t.tif;
     u.UpdateTime = TimeText(nowUs);
     u.AvgExecPrice = o.cum > 0 ? static_cast<double>(o.notional) / o.cum / kSimUnitsPerDollar : 0.0;

@@ -65,7 +65,7 @@ private:
     enum class Kind { Market, Limit, OnOpen, OnClose };
     struct Order {
         OrderTicket ticket;
-        std::string side; // "B", "S" or "T"
+        char side = 0; // 'B', 'S' or 'T' (0 for a kept order of no known side)
         size_t instrument = 0;
         Kind kind = Kind::Market;
         SimUnits limit = 0;
@@ -81,7 +81,8 @@ private:
         int32_t replaces = 0;
         bool changed = false; // noted for takeChanged
 
-        bool buy() const { return side == "B"; }
+        bool buy() const { return side == 'B'; }
+        std::string sideText() const { return side == 0 ? std::string() : std::string(1, side); }
         bool working() const;
         bool knows(const std::string& clOrderId) const;
     };
