@@ -7,10 +7,12 @@
 #include "platform/sim/SimBookFile.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimSettings.h"
+#include "platform/sim/SimTicket.h"
 
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -64,7 +66,7 @@ public:
 private:
     enum class Kind { Market, Limit, OnOpen, OnClose };
     struct Order {
-        OrderTicket ticket;
+        SimTicket ticket;
         char side = 0; // 'B', 'S' or 'T' (0 for a kept order of no known side)
         size_t instrument = 0;
         Kind kind = Kind::Market;
@@ -90,8 +92,8 @@ private:
 
     int32_t Refusal(const OrderTicket& ticket, size_t instrument) const;
     Order& Accept(const OrderTicket& ticket, size_t instrument, int64_t nowUs);
-    void OnArrival(Order& o, int64_t nowUs);
-    static Kind KindOf(const OrderTicket& ticket);
+    void OnArrival(Order& o, const OrderTicket& ticket, int64_t nowUs);
+    static Kind KindOf(int32_t priceType, std::string_view tif);
     /// Queues an order for the auction or lets it trade now, as on arrival.
     void Work(Order& o, int64_t nowUs);
     void ListWorking(const Order& o);

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "common/PackedTexts.h"
 #include "platform/QVXOrderStruct.h"
-#include "trading/orders/PackedTexts.h"
 
 #include <cstdint>
 #include <memory>
