@@ -138,10 +138,14 @@ const std::optional<BasketMemoId>& OrderTracker::BasketOf(const std::string& mem
 }
 
 void OrderTracker::SetCurrentClOrderId(uint32_t position, const std::string& clOrderId) {
+    std::string& current = m_currentClOrderIds[position];
+    if (current.empty() ? clOrderId == m_orders[position].m_strClOrderId : clOrderId == current) {
+        return; // most reports repeat the id
+    }
     if (clOrderId == m_orders[position].m_strClOrderId) {
-        m_replacedClOrderIds.erase(position);
+        current.clear();
     } else {
-        m_replacedClOrderIds[position] = clOrderId;
+        current = clOrderId;
     }
 }
 
@@ -205,6 +209,7 @@ void OrderTracker::IndexLast(const std::string& seenAt) {
     m_isChanged.push_back(false);
     MarkChanged(position);
     m_groupOf.push_back(group);
+    m_currentClOrderIds.emplace_back();
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
     m_byClOrderId.add(order.m_strClOrderId, position);
 }
@@ -289,7 +294,7 @@ bool OrderTracker::Timer1sec() {
 void OrderTracker::Clear() {
     m_orders.clear();
     m_groupOf.clear();
-    m_replacedClOrderIds.clear();
+    m_currentClOrderIds.clear();
     m_notes.clear();
     m_seenAtOf.clear();
     m_seenTexts.clear();
@@ -370,9 +375,8 @@ const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
 
 const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
     const uint32_t position = CheckedPosition(orderIndex);
-    const auto replaced = m_replacedClOrderIds.find(position);
-    return replaced == m_replacedClOrderIds.end() ? m_orders[position].m_strClOrderId
-                                                  : replaced->second;
+    const std::string& current = m_currentClOrderIds[position];
+    return current.empty() ? m_orders[position].m_strClOrderId : current;
 }
 
 uint32_t OrderTracker::CheckedPosition(size_t orderIndex) const {

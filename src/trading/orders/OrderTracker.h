@@ -173,9 +173,9 @@ private:
 
     std::deque<OrderUpdate> m_orders;
     std::vector<uint32_t> m_groupOf; ///< basket group of each order, by position
-    /// The latest client order id of the orders a replace gave a new one; the others still
-    /// carry the id they were sent with.
-    std::unordered_map<uint32_t, std::string> m_replacedClOrderIds;
+    /// Latest client order id, by position; empty while it is still the id the order was
+    /// sent with (no copy of every order's id).
+    std::vector<std::string> m_currentClOrderIds;
     std::unordered_map<uint32_t, std::string> m_notes; ///< local note of the few orders with one
     /// When each order was first tracked: a position in m_seenTexts, which holds each
     /// "hh:mm:ss AM/PM" once (a send's thousands of orders share a few seconds).
