@@ -82,16 +82,20 @@ void Keep(std::string& field, const std::string& value) {
     }
 }
 
-void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r, PackedTexts<5>& reportTexts) {
-    reportTexts.assign({r.ExchClOrderId, r.ExchOrderId, r.LogMessage, r.PriceType, r.UpdateTime});
+void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r) {
     Keep(o.m_strAccount, r.Account);
     Keep(o.m_strAction, r.Action);
     Keep(o.m_strDestination, r.Destination);
+    Keep(o.m_strExchClOrderId, r.ExchClOrderId);
+    Keep(o.m_strExchOrderId, r.ExchOrderId);
     // The platforms report the traded symbol in Symbol; Instrument only when they have one.
     Keep(o.m_strInstrument, r.Instrument.empty() ? r.Symbol : r.Instrument);
+    Keep(o.m_strLogMessage, r.LogMessage);
     Keep(o.m_strOrderTime, r.OrderTime);
+    Keep(o.m_strPriceType, r.PriceType);
     Keep(o.m_strSide, r.Side);
     Keep(o.m_strTif, r.Tif);
+    Keep(o.m_strUpdateTime, r.UpdateTime);
     o.m_fAvgExecPrice = r.AvgExecPrice;
     o.m_fExecPriceLmt = r.ExecPriceLmt;
     o.m_fLmtPrice = r.LmtPrice;
@@ -130,11 +134,15 @@ void OrderUpdate::SetAllMembers(const OrderUpdate& other) {
     m_strAccount = other.m_strAccount;
     m_strAction = other.m_strAction;
     m_strDestination = other.m_strDestination;
-    m_reportTexts = other.m_reportTexts;
+    m_strExchClOrderId = other.m_strExchClOrderId;
+    m_strExchOrderId = other.m_strExchOrderId;
     m_strInstrument = other.m_strInstrument;
+    m_strLogMessage = other.m_strLogMessage;
     m_strOrderTime = other.m_strOrderTime;
+    m_strPriceType = other.m_strPriceType;
     m_strSide = other.m_strSide;
     m_strTif = other.m_strTif;
+    m_strUpdateTime = other.m_strUpdateTime;
     m_fAvgExecPrice = other.m_fAvgExecPrice;
     m_fExecPriceLmt = other.m_fExecPriceLmt;
     m_fLmtPrice = other.m_fLmtPrice;
@@ -163,7 +171,7 @@ void OrderUpdate::UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder
         m_nBasketSeq = basket->basketSeq;
         m_strClOrderId = structUpdate.ClOrderID;
     }
-    CopyRecord(*this, structUpdate, m_reportTexts);
+    CopyRecord(*this, structUpdate);
     if (CarriesExtras(structUpdate)) {
         if (!m_extras) {
             m_extras = std::make_unique<OrderExtras>();

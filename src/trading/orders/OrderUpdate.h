@@ -1,12 +1,10 @@
 #pragma once
 
-#include "common/PackedTexts.h"
 #include "platform/QVXOrderStruct.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <string_view>
 
 namespace wicker {
 
@@ -75,10 +73,15 @@ public:
     std::string m_strAccount;
     std::string m_strAction;
     std::string m_strDestination;
+    std::string m_strExchClOrderId;
+    std::string m_strExchOrderId;
     std::string m_strInstrument;
+    std::string m_strLogMessage;
     std::string m_strOrderTime;
+    std::string m_strPriceType;
     std::string m_strSide;
     std::string m_strTif;
+    std::string m_strUpdateTime;
     double m_fAvgExecPrice = 0;
     double m_fExecPriceLmt = 0;
     double m_fLmtPrice = 0;
@@ -110,13 +113,6 @@ public:
     /// The rarely carried fields; all at their defaults when the reports carried none.
     const OrderExtras& Extras() const;
 
-    /// Texts of the last report that only the order ledger reads.
-    std::string_view ExchClOrderId() const { return m_reportTexts[0]; }
-    std::string_view ExchOrderId() const { return m_reportTexts[1]; }
-    std::string_view LogMessage() const { return m_reportTexts[2]; }
-    std::string_view PriceTypeText() const { return m_reportTexts[3]; }
-    std::string_view UpdateTime() const { return m_reportTexts[4]; }
-
     /// Copies every member, the basket members included, from another record.
     void SetAllMembers(const OrderUpdate& other);
 
@@ -128,9 +124,6 @@ public:
 
 private:
     std::unique_ptr<OrderExtras> m_extras; ///< null while every extra field is at its default
-    /// ExchClOrderId, ExchOrderId, LogMessage, PriceType, UpdateTime: kept together, as a
-    /// busy day tracks tens of thousands of orders.
-    PackedTexts<5> m_reportTexts;
 };
 
 } // namespace wicker

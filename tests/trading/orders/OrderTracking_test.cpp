@@ -109,15 +109,15 @@ void ExpectEveryField(const OrderUpdate& o) {
     EXPECT_EQ(o.m_strAction, "v1");
     EXPECT_EQ(o.Extras().m_strBatchId, "v2");
     EXPECT_EQ(o.m_strDestination, "v3");
-    EXPECT_EQ(o.ExchClOrderId(), "v4");
-    EXPECT_EQ(o.ExchOrderId(), "v5");
+    EXPECT_EQ(o.m_strExchClOrderId, "v4");
+    EXPECT_EQ(o.m_strExchOrderId, "v5");
     EXPECT_EQ(o.Extras().m_strExecBroker, "v6");
     EXPECT_EQ(o.Extras().m_strExecInst, "v7");
     EXPECT_EQ(o.m_strInstrument, "v8");
-    EXPECT_EQ(o.LogMessage(), "v9");
+    EXPECT_EQ(o.m_strLogMessage, "v9");
     EXPECT_EQ(o.m_strOrderTime, "v10");
     EXPECT_EQ(o.Extras().m_strPairId, "v11");
-    EXPECT_EQ(o.PriceTypeText(), "v12");
+    EXPECT_EQ(o.m_strPriceType, "v12");
     EXPECT_EQ(o.m_strSide, "v13");
     EXPECT_EQ(o.Extras().m_fTrailInc, 14.5);
     EXPECT_EQ(o.Extras().m_strSorPreference, "v15");
@@ -125,7 +125,7 @@ void ExpectEveryField(const OrderUpdate& o) {
     EXPECT_EQ(o.Extras().m_strStartTime, "v17");
     EXPECT_EQ(o.Extras().m_strEndTime, "v18");
     EXPECT_EQ(o.m_strTif, "v19");
-    EXPECT_EQ(o.UpdateTime(), "v20");
+    EXPECT_EQ(o.m_strUpdateTime, "v20");
     EXPECT_EQ(o.Extras().m_strUser, "v21");
     EXPECT_EQ(o.Extras().m_strUserId, "v22");
     EXPECT_EQ(o.m_fAvgExecPrice, 23.5);
