@@ -1,9 +1,25 @@
 #include "platform/PlatformEventQueue.h"
 
+#ifdef __GLIBC__
+#include <malloc.h>
+#endif
+
 #include <utility>
 
 namespace wicker {
 namespace {
+
+/// Events delivered in one go from which on their room is given back to the system.
+constexpr std::size_t kBurst = 1000;
+
+/// A burst's events (a basket's acknowledgements, a busy tick's quotes: about 1 KB each) were
+/// allocated one after another and are free together once delivered; the allocator keeps such
+/// room for good unless told to give whole free pages back.
+void GiveBackFreedPages() {
+#ifdef __GLIBC__
+    malloc_trim(0);
+#endif
+}
 
 struct Deliver {
     QVXEvents& orders;
@@ -124,6 +140,11 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
         const Event& event = m_draining[m_next++];
         ++delivered;
         std::visit(deliver, event);
+    }
+    if (m_next == m_draining.size() && m_draining.size() >= kBurst) {
+        m_draining.clear();
+        m_next = 0;
+        GiveBackFreedPages();
     }
     if (m_next < m_draining.size()) {
         std::function<void()> wake;

@@ -32,6 +32,12 @@ std::string DollarText(SimUnits units) {
     return text;
 }
 
+/// The side as the one letter of the reports; 0 when the side is none the simulator knows.
+char SideLetter(std::string_view side) {
+    const std::string code = SimSideCode(side);
+    return code.empty() ? char{0} : code.front();
+}
+
 } // namespace
 
 bool SimOrderBook::Order::working() const {
@@ -39,18 +45,18 @@ bool SimOrderBook::Order::working() const {
 }
 
 bool SimOrderBook::Order::knows(const std::string& clOrderId) const {
-    return clOrderId == ticket.clOrderID ||
+    return clOrderId == ticket.clOrderID() ||
            std::find(formerIds.begin(), formerIds.end(), clOrderId) != formerIds.end();
 }
 
-SimOrderBook::Kind SimOrderBook::KindOf(const OrderTicket& ticket) {
-    if (ticket.priceType == OrderPriceType::Limit) {
+SimOrderBook::Kind SimOrderBook::KindOf(int32_t priceType, std::string_view tif) {
+    if (priceType == OrderPriceType::Limit) {
         return Kind::Limit;
     }
-    if (ticket.priceType == OrderPriceType::MarketOnClose) {
+    if (priceType == OrderPriceType::MarketOnClose) {
         return Kind::OnClose;
     }
-    return ticket.tif == "O" ? Kind::OnOpen : Kind::Market;
+    return tif == "O" ? Kind::OnOpen : Kind::Market;
 }
 
 SimOrderBook::SimOrderBook(const SimSettings& settings, SimMarket& market,
@@ -76,20 +82,20 @@ int32_t SimOrderBook::submit(const OrderTicket& ticket, int64_t nowUs) {
     }
     Order& o = Accept(ticket, instrument, nowUs);
     const int32_t recordId = o.recordId;
-    OnArrival(o, nowUs);
+    OnArrival(o, ticket, nowUs);
     return recordId;
 }
 
 SimOrderBook::Order& SimOrderBook::Accept(const OrderTicket& ticket, size_t instrument,
                                           int64_t nowUs) {
     Order o;
-    o.ticket = ticket;
-    o.side = SimSideCode(ticket.side);
+    o.ticket.set(ticket);
+    o.side = SideLetter(ticket.side);
     o.instrument = instrument;
     o.recordId = static_cast<int32_t>(m_orders.size() + 1);
     o.status = QVXOrderStatus::Open;
     o.orderTime = TimeText(nowUs);
-    o.kind = KindOf(ticket);
+    o.kind = KindOf(ticket.priceType, ticket.tif);
     if (o.kind == Kind::Limit) {
         o.limit = SimLimitUnits(ticket.lmtPrice, o.buy());
     }
@@ -109,18 +115,18 @@ int32_t SimOrderBook::adopt(const std::string& clOrderId, int64_t nowUs) {
     return 0;
 }
 
-void SimOrderBook::OnArrival(Order& o, int64_t nowUs) {
+void SimOrderBook::OnArrival(Order& o, const OrderTicket& ticket, int64_t nowUs) {
     SimRefusal refusal =
-        SimBrokerRefusal(o.ticket, m_settings.limits.enabledDestinations, m_settings.routes);
-    if (refusal.text.empty() && m_settings.halted.count(UCase(Trim(o.ticket.symbol))) != 0) {
+        SimBrokerRefusal(ticket, m_settings.limits.enabledDestinations, m_settings.routes);
+    if (refusal.text.empty() && m_settings.halted.count(UCase(Trim(ticket.symbol))) != 0) {
         refusal = {kSimRejectHalted, "Symbol halted"};
     }
     if (!refusal.text.empty()) {
         QVXRejectStruct reject;
-        reject.ClOrderID = o.ticket.clOrderID;
-        reject.Side = o.side;
-        reject.Quantity = o.ticket.quantity;
-        reject.Symbol = o.ticket.symbol;
+        reject.ClOrderID = ticket.clOrderID;
+        reject.Side = o.sideText();
+        reject.Quantity = ticket.quantity;
+        reject.Symbol = ticket.symbol;
         reject.RejectReason = refusal.code;
         reject.ReasonText = std::move(refusal.text);
         o.lastFill = reject.ReasonText;
@@ -138,8 +144,8 @@ void SimOrderBook::Work(Order& o, int64_t nowUs) {
         std::push_heap(m_auctions.begin(), m_auctions.end(), std::greater<>{});
         return;
     }
-    const bool fok = o.ticket.tif == "F";
-    const bool ioc = o.ticket.tif == "I";
+    const bool fok = o.ticket.tif() == "F";
+    const bool ioc = o.ticket.tif() == "I";
     TryFill(o, true, fok, nowUs);
     if ((fok || ioc) && o.working()) {
         o.lastFill = "Not marketable at once";
@@ -233,10 +239,10 @@ void SimOrderBook::cancel(const std::string& clOrderId, int32_t recordId, int64_
         // As a broker answers a cancel that comes too late: the trader learns it did not
         // happen, the order's fills stay as they are.
         QVXRejectStruct reject;
-        reject.ClOrderID = clOrderId.empty() ? o.ticket.clOrderID : clOrderId;
-        reject.Side = o.side;
+        reject.ClOrderID = clOrderId.empty() ? std::string(o.ticket.clOrderID()) : clOrderId;
+        reject.Side = o.sideText();
         reject.Quantity = o.ticket.quantity;
-        reject.Symbol = o.ticket.symbol;
+        reject.Symbol = o.ticket.symbol();
         reject.RejectReason = kSimRejectTooLateToCancel;
         reject.ReasonText = "Too late to cancel";
         m_events.push(std::move(reject));
@@ -258,7 +264,7 @@ int32_t SimOrderBook::replace(const std::string& clOrderId, int32_t recordId,
     if (change.quantity <= o.cum) {
         return -3; // also <= 0: cum is never negative
     }
-    OrderTicket changed = o.ticket;
+    OrderTicket changed = o.ticket.full();
     changed.quantity = change.quantity;
     changed.priceType = change.priceType;
     changed.lmtPrice = change.priceType == OrderPriceType::Limit ? change.lmtPrice : 0.0;
@@ -271,13 +277,13 @@ int32_t SimOrderBook::replace(const std::string& clOrderId, int32_t recordId,
     }
     const bool listed = o.kind == Kind::Market || o.kind == Kind::Limit;
     const bool queued = o.kind == Kind::OnOpen || o.kind == Kind::OnClose;
-    o.formerIds.push_back(o.ticket.clOrderID);
+    o.formerIds.emplace_back(o.ticket.clOrderID());
     ++o.replaces;
     changed.clOrderID = change.newClOrderID.empty()
-                            ? o.ticket.clOrderID + "-R" + std::to_string(o.replaces)
+                            ? std::string(o.ticket.clOrderID()) + "-R" + std::to_string(o.replaces)
                             : change.newClOrderID;
-    o.ticket = std::move(changed);
-    o.kind = KindOf(o.ticket);
+    o.ticket.set(changed);
+    o.kind = KindOf(o.ticket.priceType, o.ticket.tif());
     o.limit = o.kind == Kind::Limit ? SimLimitUnits(o.ticket.lmtPrice, o.buy()) : 0;
     o.resting = false; // judged afresh, like a new arrival
     o.lastFill = "Replaced";
@@ -321,8 +327,8 @@ std::vector<SimKeptOrder> SimOrderBook::takeChanged() {
     for (const int32_t recordId : m_changed) {
         Order& o = m_orders[static_cast<size_t>(recordId - 1)];
         o.changed = false;
-        kept.push_back({o.ticket, o.formerIds, o.recordId, o.status, o.cum, o.notional, o.updates,
-                        o.replaces, o.resting, o.orderTime, o.lastFill});
+        kept.push_back({o.ticket.full(), o.formerIds, o.recordId, o.status, o.cum, o.notional,
+                        o.updates, o.replaces, o.resting, o.orderTime, o.lastFill});
     }
     m_changed.clear();
     return kept;
@@ -334,10 +340,10 @@ bool SimOrderBook::restore(std::vector<SimKeptOrder> kept, int64_t nowUs) {
         Order o;
         o.recordId = static_cast<int32_t>(m_orders.size() + 1);
         renumbered = renumbered || o.recordId != k.recordId;
-        o.ticket = std::move(k.ticket);
-        o.side = SimSideCode(o.ticket.side);
-        o.instrument = m_market.instrumentOf(o.ticket.symbol);
-        o.kind = KindOf(o.ticket);
+        o.ticket.set(k.ticket);
+        o.side = SideLetter(k.ticket.side);
+        o.instrument = m_market.instrumentOf(k.ticket.symbol);
+        o.kind = KindOf(k.ticket.priceType, k.ticket.tif);
         if (o.kind == Kind::Limit) {
             o.limit = SimLimitUnits(o.ticket.lmtPrice, o.buy());
         }
@@ -379,16 +385,16 @@ void SimOrderBook::Note(Order& o) {
 
 void SimOrderBook::Publish(Order& o, int64_t nowUs) {
     Note(o);
-    const OrderTicket& t = o.ticket;
+    const SimTicket& t = o.ticket;
     QVXOrderStruct u;
-    u.Account = t.account;
+    u.Account = t.account();
     u.Action = QVXOrderStatusText(o.status);
-    u.Destination = t.destination;
+    u.Destination = t.destination();
     u.LogMessage = o.lastFill;
     u.OrderTime = o.orderTime;
     u.PriceType = PriceTypeText(t.priceType, o.kind == Kind::OnOpen);
-    u.Side = o.side;
-    u.Tif = t.tif;
+    u.Side = o.sideText();
+    u.Tif = t.tif();
     u.UpdateTime = TimeText(nowUs);
     u.AvgExecPrice = o.cum > 0 ? static_cast<double>(o.notional) / o.cum / kSimUnitsPerDollar : 0.0;
     u.LmtPrice = o.kind == Kind::Limit ? t.lmtPrice : 0.0;
@@ -402,9 +408,9 @@ void SimOrderBook::Publish(Order& o, int64_t nowUs) {
     u.Quantity = t.quantity;
     u.Moo = o.kind == Kind::OnOpen;
     u.Moc = o.kind == Kind::OnClose;
-    u.Memo = t.memo;
-    u.ClOrderID = t.clOrderID;
-    u.Symbol = t.symbol;
+    u.Memo = t.memo();
+    u.ClOrderID = t.clOrderID();
+    u.Symbol = t.symbol();
     m_events.push(std::move(u));
 }
 

@@ -7,10 +7,12 @@
 #include "platform/sim/SimBookFile.h"
 #include "platform/sim/SimMarket.h"
 #include "platform/sim/SimSettings.h"
+#include "platform/sim/SimTicket.h"
 
 #include <cstdint>
 #include <deque>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
@@ -64,8 +66,8 @@ public:
 private:
     enum class Kind { Market, Limit, OnOpen, OnClose };
     struct Order {
-        OrderTicket ticket;
-        std::string side; // "B", "S" or "T"
+        SimTicket ticket;
+        char side = 0; // 'B', 'S' or 'T' (0 for a kept order of no known side)
         size_t instrument = 0;
         Kind kind = Kind::Market;
         SimUnits limit = 0;
@@ -81,7 +83,8 @@ private:
         int32_t replaces = 0;
         bool changed = false; // noted for takeChanged
 
-        bool buy() const { return side == "B"; }
+        bool buy() const { return side == 'B'; }
+        std::string sideText() const { return side == 0 ? std::string() : std::string(1, side); }
         bool working() const;
         bool knows(const std::string& clOrderId) const;
     };
@@ -89,8 +92,8 @@ private:
 
     int32_t Refusal(const OrderTicket& ticket, size_t instrument) const;
     Order& Accept(const OrderTicket& ticket, size_t instrument, int64_t nowUs);
-    void OnArrival(Order& o, int64_t nowUs);
-    static Kind KindOf(const OrderTicket& ticket);
+    void OnArrival(Order& o, const OrderTicket& ticket, int64_t nowUs);
+    static Kind KindOf(int32_t priceType, std::string_view tif);
     /// Queues an order for the auction or lets it trade now, as on arrival.
     void Work(Order& o, int64_t nowUs);
     void ListWorking(const Order& o);

@@ -131,12 +131,19 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         m_lastOrderSeq = 0;
         m_orderSeqWraps = 0;
         // Every order is complete, and written down, before the first one leaves.
-        const std::string date = FormatYyyymmdd(m_clock.localNow());
+        // What every order of the send shares, made once.
+        SendTexts texts;
+        texts.memo = BasketMemo(inputs.basketName, basketSeq);
+        texts.account = UCase(inputs.account);
+        texts.clOrderIdPrefix =
+            BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
         std::vector<std::unique_ptr<QVXOrder>> orders;
+        orders.reserve(plan.orders.size());
         std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
+        sent.reserve(plan.orders.size());
         for (const PlannedOrder& planned : plan.orders) {
             const ExecutionLine& line = lines[planned.line];
-            if (auto order = PrepareLine(index, line, planned, inputs, settings, date, report)) {
+            if (auto order = PrepareLine(index, line, planned, texts, settings, report)) {
                 orders.push_back(std::move(order));
                 sent.push_back(&planned);
             }
@@ -222,17 +229,18 @@ int32_t BasketExecution::NextOrderNumber() {
     return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
 }
 
-std::unique_ptr<QVXOrder>
-BasketExecution::PrepareLine(int index, const ExecutionLine& line, const PlannedOrder& planned,
-                             const ExecutionInputs& inputs, const ExecutionSettings& settings,
-                             const std::string& date, ExecuteReport& report) {
+std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const ExecutionLine& line,
+                                                       const PlannedOrder& planned,
+                                                       const SendTexts& texts,
+                                                       const ExecutionSettings& settings,
+                                                       ExecuteReport& report) {
     if (!planned.sendable) {
         report.notSent.push_back(NotSentText(line, planned));
         return nullptr;
     }
     std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
-    order->setMemo(BasketMemo(inputs.basketName, report.basketSeq));
-    order->setAccount(UCase(inputs.account));
+    order->setMemo(texts.memo);
+    order->setAccount(texts.account);
     order->setSymbol(line.symbol);
     order->setQuantity(planned.quantity);
     order->setDestination(UCase(line.destination));
@@ -241,8 +249,7 @@ BasketExecution::PrepareLine(int index, const ExecutionLine& line, const Planned
         order->setMaxFloor(settings.reserveQuantity);
     }
     ApplyButtonRule(index, planned, line, *order);
-    order->setClOrderID(
-        BasketClOrderID(order->Account(), date, report.basketSeq, NextOrderNumber()));
+    order->setClOrderID(texts.clOrderIdPrefix + std::to_string(NextOrderNumber()));
     return order;
 }
 

@@ -98,13 +98,17 @@ private:
     /// False when a limit is broken and not overridden; records the overridden ones.
     bool LimitsPass(int index, std::span<const ExecutionLine> lines, const ExecutionInputs& inputs,
                     const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
+    /// The texts every order of one send carries.
+    struct SendTexts {
+        std::string memo;
+        std::string account;         ///< upper case
+        std::string clOrderIdPrefix; ///< the client order id up to the order number
+    };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
     std::unique_ptr<QVXOrder> PrepareLine(int index, const ExecutionLine& line,
-                                          const PlannedOrder& planned,
-                                          const ExecutionInputs& inputs,
-                                          const ExecutionSettings& settings,
-                                          const std::string& date, ExecuteReport& report);
+                                          const PlannedOrder& planned, const SendTexts& texts,
+                                          const ExecutionSettings& settings, ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,

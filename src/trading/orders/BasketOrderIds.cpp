@@ -24,16 +24,20 @@ std::string BasketIdOf(std::string_view basketName) {
     return id;
 }
 
-std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
-                            int32_t orderNumber) {
+std::string BasketClOrderIDPrefix(std::string_view account, std::string_view yyyymmdd,
+                                  int16_t basketSeq) {
     std::string id(account);
     id += '-';
     id += yyyymmdd;
     id += '-';
     id += std::to_string(basketSeq);
     id += '-';
-    id += std::to_string(orderNumber);
     return id;
+}
+
+std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
+                            int32_t orderNumber) {
+    return BasketClOrderIDPrefix(account, yyyymmdd, basketSeq) + std::to_string(orderNumber);
 }
 
 std::optional<BasketMemoId> ParseBasketMemo(std::string_view memo) {

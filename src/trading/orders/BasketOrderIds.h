@@ -19,6 +19,10 @@ std::string BasketIdOf(std::string_view basketName);
 /// numbers from 10,000 on.
 std::string BasketClOrderID(std::string_view account, std::string_view yyyymmdd, int16_t basketSeq,
                             int32_t orderNumber);
+/// The part of BasketClOrderID before the order number ("ACCT01-20240315-57-"), which every
+/// order of a send shares.
+std::string BasketClOrderIDPrefix(std::string_view account, std::string_view yyyymmdd,
+                                  int16_t basketSeq);
 
 /// The basket an order belongs to, read back from its memo.
 struct BasketMemoId {

@@ -6,10 +6,20 @@
 #include "trading/orders/BasketOrderIds.h"
 
 #include <optional>
+#include <stdexcept>
 #include <unordered_set>
 #include <utility>
 
 namespace wicker {
+
+namespace {
+
+/// A memo names a basket when it parses and its name is not empty.
+bool IsBasket(const std::optional<BasketMemoId>& basket) {
+    return basket && !basket->basketId.empty();
+}
+
+} // namespace
 
 OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
     : m_boxes(boxes), m_clock(clock) {}
@@ -20,23 +30,25 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
         m_orders[*found].UpdateOrder(structOrderUpdate, false);
         m_answers.Answered(*found);
         MarkChanged(*found);
-        if (std::string& current = m_currentClOrderIds[*found];
-            !structOrderUpdate.ClOrderID.empty() && current != structOrderUpdate.ClOrderID) {
-            current = structOrderUpdate.ClOrderID;
+        if (!structOrderUpdate.ClOrderID.empty()) {
+            SetCurrentClOrderId(*found, structOrderUpdate.ClOrderID);
         }
         m_ordersChanged = true;
         return UpdateOutcome::Updated;
     }
-    OrderUpdate order;
     try {
-        order.UpdateOrder(structOrderUpdate, true);
+        if (!IsBasket(BasketOf(structOrderUpdate.Memo))) {
+            return UpdateOutcome::NotABasketOrder;
+        }
     } catch (const RuntimeError&) {
         // Only a memo of someone else's making can get here; such an order is not ours.
         return UpdateOutcome::BadMemo;
     }
-    if (order.m_strBasketId.empty()) {
-        return UpdateOutcome::NotABasketOrder;
-    }
+    OrderUpdate order;
+    order.m_strBasketId = m_lastBasket->basketId;
+    order.m_nBasketSeq = m_lastBasket->basketSeq;
+    order.m_strClOrderId = structOrderUpdate.ClOrderID;
+    order.UpdateOrder(structOrderUpdate, false);
     Append(std::move(order), NowText());
     m_ordersChanged = true;
     return UpdateOutcome::Added;
@@ -68,13 +80,79 @@ QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
 }
 
 void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
-    const QVXOrderStruct r = HandedOffRecord(order, orderRecordId, NowText());
-    if (OnQVXOrderUpdate(r) == UpdateOutcome::Added) {
-        const uint32_t position = *m_byRecordId.find(orderRecordId);
-        m_answers.Expect(position, m_clock.now());
-        m_isChanged[position] = false;
-        m_changed.pop_back();
+    if (m_byRecordId.find(orderRecordId)) {
+        // Already tracked under this id: the hand-off updates it as a report would.
+        OnQVXOrderUpdate(HandedOffRecord(order, orderRecordId, NowText()));
+        return;
     }
+    // A send hands off thousands of orders while the trader waits: the record is made
+    // straight from the order, with what HandedOffRecord would give it.
+    try {
+        if (!IsBasket(BasketOf(order.Memo()))) {
+            return;
+        }
+    } catch (const RuntimeError&) {
+        return;
+    }
+    const auto position = static_cast<uint32_t>(m_orders.size());
+    OrderUpdate& o = m_orders.emplace_back(); // filled in place: no copy of its texts
+    try {
+        o.m_strBasketId = m_lastBasket->basketId;
+        o.m_nBasketSeq = m_lastBasket->basketSeq;
+        o.m_strClOrderId = order.ClOrderID();
+        o.m_strAccount = order.Account();
+        o.m_strAction = "Pending New";
+        o.m_strDestination = order.Destination();
+        o.m_strInstrument = order.Symbol();
+        o.m_strOrderTime = NowText();
+        o.m_strSide = order.Side().substr(0, 1);
+        o.m_strTif = order.Tif();
+        o.m_fLmtPrice = order.LmtPrice();
+        o.m_nDisplay = order.MaxFloor();
+        o.m_nLvsQuantity = order.Quantity();
+        o.m_nOrderRecordId = orderRecordId;
+        o.m_nOrderStatus = QVXOrderStatus::PendingNew;
+        o.m_nPriceType = order.PriceType();
+        o.m_nQuantity = order.Quantity();
+        o.m_bMoo = o.m_nPriceType == OrderPriceType::Market && o.m_strTif == "O";
+        o.m_bMoc = o.m_nPriceType == OrderPriceType::MarketOnClose;
+        IndexLast(NowText());
+    } catch (...) {
+        m_orders.pop_back(); // never an order the indexes do not know
+        throw;
+    }
+    m_answers.Expect(position, m_clock.now());
+    // The send's own record has it: not a change to write.
+    m_isChanged[position] = false;
+    m_changed.pop_back();
+    m_ordersChanged = true;
+}
+
+const std::optional<BasketMemoId>& OrderTracker::BasketOf(const std::string& memo) {
+    if (m_lastMemo.empty() || memo != m_lastMemo) {
+        m_lastMemo.clear();
+        m_lastBasket = ParseBasketMemo(memo); // may throw: then nothing is kept
+        m_lastMemo = memo;
+    }
+    return m_lastBasket;
+}
+
+void OrderTracker::SetCurrentClOrderId(uint32_t position, const std::string& clOrderId) {
+    std::string& current = m_currentClOrderIds[position];
+    if (current.empty() ? clOrderId == m_orders[position].m_strClOrderId : clOrderId == current) {
+        return; // most reports repeat the id
+    }
+    if (clOrderId == m_orders[position].m_strClOrderId) {
+        current.clear();
+    } else {
+        current = clOrderId;
+    }
+}
+
+const std::string& OrderTracker::Note(size_t orderIndex) const {
+    static const std::string none;
+    const auto found = m_notes.find(static_cast<uint32_t>(orderIndex));
+    return found == m_notes.end() ? none : found->second;
 }
 
 const std::string& OrderTracker::NowText() {
@@ -88,8 +166,8 @@ const std::string& OrderTracker::NowText() {
 }
 
 std::string OrderTracker::StatusText(size_t orderIndex) const {
-    if (!m_notes.at(orderIndex).empty()) {
-        return m_notes[orderIndex];
+    if (const std::string& note = Note(CheckedPosition(orderIndex)); !note.empty()) {
+        return note;
     }
     switch (m_answers.StateOf(static_cast<uint32_t>(orderIndex))) {
     case AnswerWatch::State::Pending:
@@ -102,40 +180,52 @@ std::string OrderTracker::StatusText(size_t orderIndex) const {
     return QVXOrderStatusText(m_orders[orderIndex].m_nOrderStatus);
 }
 
-void OrderTracker::Append(OrderUpdate&& order, std::string seenAt) {
-    const auto position = static_cast<uint32_t>(m_orders.size());
-    BasketKey key{order.m_strBasketId, order.m_nBasketSeq};
-    auto [group, isNew] = m_groupIndex.try_emplace(std::move(key), 0);
-    if (isNew) {
-        group->second = static_cast<uint32_t>(m_groups.size());
-        m_groups.push_back(BasketGroup{order.m_strBasketId, order.m_nBasketSeq, seenAt});
+void OrderTracker::Append(OrderUpdate&& order, const std::string& seenAt) {
+    m_orders.push_back(std::move(order));
+    IndexLast(seenAt);
+}
+
+void OrderTracker::IndexLast(const std::string& seenAt) {
+    const auto position = static_cast<uint32_t>(m_orders.size() - 1);
+    const OrderUpdate& order = m_orders.back();
+    // A send's orders follow one another: the group of the last order is tried first.
+    uint32_t group = 0;
+    if (const BasketGroup* last = m_groupOf.empty() ? nullptr : &m_groups[m_groupOf.back()];
+        last != nullptr && last->seq == order.m_nBasketSeq && last->id == order.m_strBasketId) {
+        group = m_groupOf.back();
+    } else {
+        auto [found, isNew] =
+            m_groupIndex.try_emplace(BasketKey{order.m_strBasketId, order.m_nBasketSeq}, 0);
+        if (isNew) {
+            found->second = static_cast<uint32_t>(m_groups.size());
+            m_groups.push_back(BasketGroup{order.m_strBasketId, order.m_nBasketSeq, seenAt});
+        }
+        group = found->second;
     }
-    m_seenAt.push_back(std::move(seenAt));
+    if (m_seenTexts.empty() || m_seenTexts.back() != seenAt) {
+        m_seenTexts.push_back(seenAt);
+    }
+    m_seenAtOf.push_back(static_cast<uint32_t>(m_seenTexts.size() - 1));
     m_isChanged.push_back(false);
     MarkChanged(position);
-    m_groupOf.push_back(group->second);
-    m_currentClOrderIds.push_back(order.m_strClOrderId);
-    m_notes.emplace_back();
+    m_groupOf.push_back(group);
+    m_currentClOrderIds.emplace_back();
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
-    m_byClOrderId[order.m_strClOrderId].push_back(position);
-    m_orders.push_back(std::move(order));
+    m_byClOrderId.add(order.m_strClOrderId, position);
 }
 
 void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
-    if (const auto found = m_byClOrderId.find(structOrderReject.ClOrderID);
-        found != m_byClOrderId.end()) {
-        for (uint32_t position : found->second) {
-            m_orders[position].m_nLvsQuantity = 0;
-            MarkChanged(position);
-            if (m_answers.StateOf(position) != AnswerWatch::State::Answered) {
-                // Refused before any report: the reject is its only answer.
-                m_orders[position].m_nOrderStatus = QVXOrderStatus::Rejected;
-                m_answers.Answered(position);
-            }
+    m_byClOrderId.forEach(structOrderReject.ClOrderID, FirstClOrderIdOf(), [&](uint32_t position) {
+        m_orders[position].m_nLvsQuantity = 0;
+        MarkChanged(position);
+        if (m_answers.StateOf(position) != AnswerWatch::State::Answered) {
+            // Refused before any report: the reject is its only answer.
+            m_orders[position].m_nOrderStatus = QVXOrderStatus::Rejected;
+            m_answers.Answered(position);
         }
         // The open counts shown changed; without this they would wait for the next update.
         m_ordersChanged = true;
-    }
+    });
     m_rejects.push_back(
         "Order: " + structOrderReject.Side + " " + std::to_string(structOrderReject.Quantity) +
         " " + structOrderReject.Symbol +
@@ -148,9 +238,8 @@ void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     std::optional<uint32_t> position;
     if (const auto found = m_byRecordId.find(warning.OrderRecordId)) {
         position = *found;
-    } else if (const auto byId = m_byClOrderId.find(warning.ClOrderID);
-               byId != m_byClOrderId.end() && !byId->second.empty()) {
-        position = byId->second.front();
+    } else {
+        position = m_byClOrderId.first(warning.ClOrderID, FirstClOrderIdOf());
     }
     if (position) {
         m_notes[*position] = warning.Text;
@@ -207,7 +296,8 @@ void OrderTracker::Clear() {
     m_groupOf.clear();
     m_currentClOrderIds.clear();
     m_notes.clear();
-    m_seenAt.clear();
+    m_seenAtOf.clear();
+    m_seenTexts.clear();
     m_changed.clear();
     m_isChanged.clear();
     m_answers.Clear();
@@ -284,7 +374,16 @@ const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
 }
 
 const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
-    return m_currentClOrderIds.at(orderIndex);
+    const uint32_t position = CheckedPosition(orderIndex);
+    const std::string& current = m_currentClOrderIds[position];
+    return current.empty() ? m_orders[position].m_strClOrderId : current;
+}
+
+uint32_t OrderTracker::CheckedPosition(size_t orderIndex) const {
+    if (orderIndex >= m_orders.size()) {
+        throw std::out_of_range("no tracked order at position " + std::to_string(orderIndex));
+    }
+    return static_cast<uint32_t>(orderIndex);
 }
 
 void OrderTracker::ZeroLeaves(size_t orderIndex) {
@@ -298,15 +397,13 @@ std::optional<size_t> OrderTracker::PositionOf(int32_t orderRecordId) const {
 }
 
 std::optional<size_t> OrderTracker::PositionOf(const std::string& clOrderId) const {
-    const auto found = m_byClOrderId.find(clOrderId);
-    return found == m_byClOrderId.end() || found->second.empty()
-               ? std::nullopt
-               : std::optional<size_t>(found->second.front());
+    const auto found = m_byClOrderId.first(clOrderId, FirstClOrderIdOf());
+    return found ? std::optional<size_t>(*found) : std::nullopt;
 }
 
 void OrderTracker::EndWithNote(size_t orderIndex, std::string note) {
-    const auto position = static_cast<uint32_t>(orderIndex);
-    m_notes.at(orderIndex) = std::move(note);
+    const uint32_t position = CheckedPosition(orderIndex);
+    m_notes[position] = std::move(note);
     m_orders[orderIndex].m_nLvsQuantity = 0;
     m_answers.Answered(position);
     MarkChanged(position);
@@ -360,9 +457,9 @@ TrackedOrder OrderTracker::Snapshot(size_t orderIndex) const {
     r.Memo = BasketMemo(o.m_strBasketId, o.m_nBasketSeq);
     r.ClOrderID = o.m_strClOrderId;
     r.Symbol = o.m_strInstrument;
-    t.currentClOrderId = m_currentClOrderIds[orderIndex];
-    t.note = m_notes[orderIndex];
-    t.seenAt = m_seenAt[orderIndex];
+    t.currentClOrderId = CurrentClOrderId(orderIndex);
+    t.note = Note(orderIndex);
+    t.seenAt = SeenAt(orderIndex);
     t.answer = m_answers.StateOf(static_cast<uint32_t>(orderIndex));
     return t;
 }
@@ -375,8 +472,12 @@ void OrderTracker::Restore(const TrackedOrder& tracked) {
     }
     const auto position = static_cast<uint32_t>(m_orders.size());
     Append(std::move(order), tracked.seenAt);
-    m_currentClOrderIds[position] = tracked.currentClOrderId;
-    m_notes[position] = tracked.note;
+    if (!tracked.currentClOrderId.empty()) {
+        SetCurrentClOrderId(position, tracked.currentClOrderId);
+    }
+    if (!tracked.note.empty()) {
+        m_notes[position] = tracked.note;
+    }
     if (tracked.answer != AnswerWatch::State::Answered) {
         m_answers.Expect(position, m_clock.now());
     }

@@ -5,6 +5,8 @@
 #include "platform/QVXOrder.h"
 #include "platform/QVXOrderStruct.h"
 #include "trading/orders/AnswerWatch.h"
+#include "trading/orders/BasketOrderIds.h"
+#include "trading/orders/ClOrderIdIndex.h"
 #include "trading/orders/OrderRow.h"
 #include "trading/orders/OrderUpdate.h"
 #include "trading/orders/RecordIdIndex.h"
@@ -57,7 +59,9 @@ public:
     /// hand-off does not count as a change (TakeChangedOrders): the send's own record has it.
     void OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId);
     /// When the order at `orderIndex` was first tracked, "hh:mm:ss AM/PM".
-    const std::string& SeenAt(size_t orderIndex) const { return m_seenAt.at(orderIndex); }
+    const std::string& SeenAt(size_t orderIndex) const {
+        return m_seenTexts[m_seenAtOf.at(orderIndex)];
+    }
     /// How long an order may wait for the broker's first report before it shows "No answer".
     void setNoAnswerAfter(std::chrono::milliseconds limit) { m_noAnswerAfter = limit; }
     /// Orders flagged "No answer" and not answered since.
@@ -73,7 +77,7 @@ public:
     void OnQVXOrderWarning(const QVXOrderWarning& warning);
     /// What Wicker itself knows of order `orderIndex` beyond the broker's status (a warning
     /// about its reports); empty when nothing.
-    const std::string& Note(size_t orderIndex) const { return m_notes[orderIndex]; }
+    const std::string& Note(size_t orderIndex) const;
 
     /// The order at `orderIndex` as the ledger keeps it.
     TrackedOrder Snapshot(size_t orderIndex) const;
@@ -144,7 +148,21 @@ private:
         std::string firstSeen; ///< "hh:mm:ss AM/PM"
     };
 
-    void Append(OrderUpdate&& order, std::string seenAt);
+    void Append(OrderUpdate&& order, const std::string& seenAt);
+    /// Files the last order of m_orders (at its position) in every index and list.
+    void IndexLast(const std::string& seenAt);
+    /// The basket of a memo; the last memo's answer is kept, as a send's orders share one.
+    const std::optional<BasketMemoId>& BasketOf(const std::string& memo);
+    /// `orderIndex` as a position; std::out_of_range when no order is there.
+    uint32_t CheckedPosition(size_t orderIndex) const;
+    /// How the client order id index reads an order's first id.
+    auto FirstClOrderIdOf() const {
+        return [this](uint32_t position) -> const std::string& {
+            return m_orders[position].m_strClOrderId;
+        };
+    }
+    /// Sets the latest client order id of the order at `position`.
+    void SetCurrentClOrderId(uint32_t position, const std::string& clOrderId);
     /// The clock's time as "hh:mm:ss AM/PM", made once a second: a send stamps thousands.
     const std::string& NowText();
     void MarkChanged(uint32_t position);
@@ -154,16 +172,21 @@ private:
     const Clock& m_clock;
 
     std::deque<OrderUpdate> m_orders;
-    std::vector<uint32_t> m_groupOf;              ///< basket group of each order, by position
-    std::vector<std::string> m_currentClOrderIds; ///< latest client order id, by position
-    std::vector<std::string> m_notes;             ///< local note, by position
-    std::vector<std::string> m_seenAt;            ///< "hh:mm:ss AM/PM" first tracked, by position
-    std::vector<uint32_t> m_changed;              ///< positions changed since TakeChangedOrders
-    std::vector<bool> m_isChanged;                ///< by position: listed in m_changed
+    std::vector<uint32_t> m_groupOf; ///< basket group of each order, by position
+    /// Latest client order id, by position; empty while it is still the id the order was
+    /// sent with (no copy of every order's id).
+    std::vector<std::string> m_currentClOrderIds;
+    std::unordered_map<uint32_t, std::string> m_notes; ///< local note of the few orders with one
+    /// When each order was first tracked: a position in m_seenTexts, which holds each
+    /// "hh:mm:ss AM/PM" once (a send's thousands of orders share a few seconds).
+    std::vector<uint32_t> m_seenAtOf;
+    std::vector<std::string> m_seenTexts;
+    std::vector<uint32_t> m_changed; ///< positions changed since TakeChangedOrders
+    std::vector<bool> m_isChanged;   ///< by position: listed in m_changed
     AnswerWatch m_answers;
     std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
     RecordIdIndex m_byRecordId;
-    std::unordered_map<std::string, std::vector<uint32_t>> m_byClOrderId;
+    ClOrderIdIndex m_byClOrderId; ///< by the first client order id (OrderUpdate::m_strClOrderId)
     std::map<BasketKey, uint32_t> m_groupIndex;
     std::vector<BasketGroup> m_groups;
 
@@ -175,6 +198,8 @@ private:
     bool m_inTick = false;
     int64_t m_nowTextSecond = 0;
     std::string m_nowText;
+    std::string m_lastMemo;
+    std::optional<BasketMemoId> m_lastBasket;
 
     std::function<std::string(const OrderRow&)> m_indexText;
     std::map<int, std::function<void()>> m_summaryWindows;

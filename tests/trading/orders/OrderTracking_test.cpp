@@ -1,5 +1,6 @@
 #include "platform/TicketOrder.h"
 #include "support/RecordingMessageBoxes.h"
+#include "trading/orders/ClOrderIdIndex.h"
 #include "trading/orders/OrderTracker.h"
 #include "trading/orders/RecordIdIndex.h"
 
@@ -7,6 +8,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include <gtest/gtest.h>
@@ -608,6 +610,31 @@ TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummarie
     tracker.Timer1sec();
     ASSERT_EQ(tracker.BasketListLines().size(), 1u);
     EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
+}
+
+// The index behind "every order sent under a client order id, the first sent first": each id
+// held by three orders added far apart, so the table grows between them.
+TEST(ClOrderIdIndex, FindsEveryOrderOfAnIdInTheOrderAdded) {
+    constexpr uint32_t Ids = 1000;
+    const auto idOf = [](uint32_t i) { return "ACCT01-20240315-1-" + std::to_string(i); };
+    std::vector<std::string> ids;
+    for (uint32_t p = 0; p < 3 * Ids; ++p) {
+        ids.push_back(idOf(p % Ids));
+    }
+    const auto keyAt = [&](uint32_t p) -> const std::string& { return ids[p]; };
+    ClOrderIdIndex index;
+    for (uint32_t p = 0; p < ids.size(); ++p) {
+        index.add(ids[p], p);
+    }
+    for (uint32_t i = 0; i < Ids; ++i) {
+        std::vector<uint32_t> found;
+        index.forEach(idOf(i), keyAt, [&](uint32_t p) { found.push_back(p); });
+        ASSERT_EQ(found, (std::vector<uint32_t>{i, i + Ids, i + 2 * Ids})) << idOf(i);
+        ASSERT_EQ(index.first(idOf(i), keyAt), std::optional<uint32_t>(i));
+    }
+    EXPECT_EQ(index.first(idOf(Ids), keyAt), std::nullopt);
+    index.clear();
+    EXPECT_EQ(index.first(ids[0], keyAt), std::nullopt);
 }
 
 } // namespace
