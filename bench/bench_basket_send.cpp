@@ -31,14 +31,6 @@ using bench::SilentBoxes;
 using bench::Ticker;
 namespace fs = std::filesystem;
 
-/// CPU time of the calling (UI) thread: the work itself, whatever else the machine runs. The
-/// simulator's Manual driver does all its work on this thread too.
-double ThreadCpuMs() {
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
-}
-
 constexpr int Lines = 5000;
 constexpr int BuyBid = 0;
 constexpr int Rounds = 5;
@@ -106,9 +98,9 @@ std::vector<BareOrder> BareOrders(Desk& d) {
 /// The whole click; fails the program when the basket did not go out.
 double ClickMs(Desk& d) {
     d.clock.set(d.clock.now() + std::chrono::minutes(1)); // no repeat-send check in the way
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     const ExecuteReport report = d.desk.ExecuteBasket(BuyBid, "ACCT01");
-    const double ms = ThreadCpuMs() - start;
+    const double ms = bench::ThreadCpuMs() - start;
     if (report.outcome != ExecuteOutcome::Sent || report.ordersSubmitted < Lines * 9 / 10 ||
         !report.submitErrors.empty()) {
         std::fprintf(stderr, "outcome %d, %d submitted, %zu not sent, %zu refused\n",
@@ -126,7 +118,7 @@ double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int round) {
     }
     const std::string memo = "Bare-" + std::to_string(round) + "-/bskt";
     int refused = 0;
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     for (size_t i = 0; i < orders.size(); ++i) {
         const BareOrder& o = orders[i];
         auto order = d.platform.CreateOrder();
@@ -142,7 +134,7 @@ double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int round) {
         order->setClOrderID(ids[i]);
         refused += order->SubmitOrder() < 0;
     }
-    const double ms = ThreadCpuMs() - start;
+    const double ms = bench::ThreadCpuMs() - start;
     if (refused > 0) {
         std::fprintf(stderr, "the simulator refused %d bare orders\n", refused);
         std::exit(1);
@@ -152,9 +144,9 @@ double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int round) {
 
 /// One timed piece of UI-thread work; keeps the longest.
 template <typename Work> void Slice(double& longest, Work&& work) {
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     work();
-    longest = std::max(longest, ThreadCpuMs() - start);
+    longest = std::max(longest, bench::ThreadCpuMs() - start);
 }
 
 /// The longest single piece of UI-thread work from the click until the basket's

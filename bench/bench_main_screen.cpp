@@ -35,13 +35,6 @@ using bench::SilentBoxes;
 using bench::Ticker;
 namespace fs = std::filesystem;
 
-/// CPU time of the calling thread: the UI thread's own work, whatever else the machine runs.
-double ThreadCpuMs() {
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
-}
-
 constexpr int Lines = 5000;
 constexpr int UpdatesPerTick = 10000; // 50,000 a second for 200 ms
 constexpr int Rounds = 7;
@@ -113,14 +106,14 @@ void PushStorm(Screen& s, const std::vector<QVXQuoteStruct>& storm) {
 /// The UI thread's work for one 200 ms tick of the storm, in milliseconds; `drainMs` gets
 /// the share of the event pump's drains.
 double UiWorkMs(Screen& s, double& drainMs) {
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     while (s.platform.Events().size() > 0) {
         QCoreApplication::processEvents(); // the pump's queued drains
     }
-    drainMs = ThreadCpuMs() - start;
+    drainMs = bench::ThreadCpuMs() - start;
     const int written = s.desk.Timer200ms(); // what frmMain's Timer200ms runs
     QCoreApplication::processEvents();       // the view takes the model's signals
-    const double ms = ThreadCpuMs() - start;
+    const double ms = bench::ThreadCpuMs() - start;
     if (written == 0) {
         std::fprintf(stderr, "the storm changed no cell\n");
         std::exit(1);
@@ -131,10 +124,10 @@ double UiWorkMs(Screen& s, double& drainMs) {
 double CalcBasketMs(Screen& s, int round) {
     std::vector<float> notional;
     const char* multipliers[] = {"1", "2"}; // every quantity really changes
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     CalcBasket(s.desk.Stocks(), {multipliers[round & 1], "100"}, 100, notional);
     s.desk.Stocks().FlushChanges();
-    return ThreadCpuMs() - start;
+    return bench::ThreadCpuMs() - start;
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 // front), each round timing both on the same updates; and the per-basket list rebuild.
 // (Whole-process memory with 20,000 tracked orders: bench_order_memory.)
 #include "BenchReport.h"
+#include "BenchSupport.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "trading/orders/OrderTracker.h"
@@ -124,13 +125,6 @@ private:
     std::deque<OrderUpdate> m_orders;
 };
 
-/// CPU time of this thread: both sides measured alike, whatever else the machine runs.
-double ThreadCpuMs() {
-    timespec t{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
-    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
-}
-
 constexpr int Orders = 20000;
 constexpr int Updates = 200000;
 constexpr int Rounds = 3;
@@ -138,12 +132,12 @@ constexpr int Rounds = 3;
 template <typename Target> double TimeUpdatesMs(Target& target, const std::vector<int32_t>& ids) {
     QVXOrderStruct r = MakeRecord(0, 1);
     int32_t version = 1;
-    const double start = ThreadCpuMs();
+    const double start = bench::ThreadCpuMs();
     for (int32_t id : ids) {
         Retarget(r, id, ++version % 50);
         target.OnQVXOrderUpdate(r);
     }
-    return ThreadCpuMs() - start;
+    return bench::ThreadCpuMs() - start;
 }
 
 void BM_FillOrderList(benchmark::State& state) {
@@ -188,9 +182,9 @@ int main(int argc, char** argv) {
         const double indexed = TimeUpdatesMs(tracker, ids);
         const double linear = TimeUpdatesMs(walk, ids);
         ratios.push_back(linear / indexed);
-        const double start = ThreadCpuMs();
+        const double start = bench::ThreadCpuMs();
         tracker.FillOrderList();
-        fills.push_back(ThreadCpuMs() - start);
+        fills.push_back(bench::ThreadCpuMs() - start);
         std::printf("round %d: %d updates over %d orders: OrderTracker %.1f ms (%.0f ns each), "
                     "linear walk %.0f ms, %.1fx; FillOrderList %.2f ms\n",
                     round + 1, Updates, Orders, indexed, indexed * 1e6 / Updates, linear,
