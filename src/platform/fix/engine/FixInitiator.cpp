@@ -176,7 +176,7 @@ public:
                                                 FIX::IncorrectTagValue, FIX::RejectLogon) override {
         FIX::MsgType type;
         if (message.getHeader().getFieldIfSet(type) && type.getValue() == FIX::MsgType_Reject) {
-            Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+            Guard([&] { m_listener.onReceived(QuickFixReader(message)); });
         } else if (type.getValue() == FIX::MsgType_Logout) {
             const std::string text = TextOf(message);
             Guard([&] {
@@ -188,7 +188,7 @@ public:
                  const FIX::SessionID&) throw(FIX::FieldNotFound, FIX::IncorrectDataFormat,
                                               FIX::IncorrectTagValue,
                                               FIX::UnsupportedMessageType) override {
-        Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+        Guard([&] { m_listener.onReceived(QuickFixReader(message)); });
     }
 
 private:
