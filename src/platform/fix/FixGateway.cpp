@@ -16,6 +16,7 @@ FixSessionConfig SessionConfig(const FixPlatformSettings& s, const std::filesyst
     c.heartBtInt = s.heartBtInt;
     c.reconnectInterval = s.reconnectInterval;
     c.resetOnLogon = s.resetOnLogon;
+    c.marketData = s.quotes == FixQuoteSource::Fix;
     c.storePath = (folder / "store").string();
     c.logPath = (folder / "log").string();
     if (!s.settingsFile.empty()) {

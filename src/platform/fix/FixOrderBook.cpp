@@ -438,6 +438,7 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
         return;
     }
     const ReportNumbers n = NumbersOf(m);
+    const bool rejected = IsRejected(m);
     FixOrderState* found = lookupReport(m);
     if (!n.problem.empty()) {
         out.events.onWarning(FixOrderWarning{
@@ -465,7 +466,7 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     if (found == nullptr) {
         isRepeat(o, execID, n.cum);
     }
-    if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && IsRejected(m) &&
+    if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && rejected &&
         ReasonOf(m, TagOrdRejReason) == UnknownOrderReason) {
         unknownToBroker(o, UnknownOrderReason, Value(m, TagText), out);
         return;
@@ -475,7 +476,7 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
         m_statusAsked.erase(o.recordId);
     }
     const bool replaceAnswer = found != nullptr && !clOrdID.empty() && o.pendingReplace == clOrdID;
-    if (replaceAnswer && IsRejected(m)) {
+    if (replaceAnswer && rejected) {
         answer(clOrdID, out);
         refuseReplace(o, clOrdID, ReasonOf(m, TagOrdRejReason),
                       RejectTextOf(m, FixReasonTag::OrdRejReason), out);
@@ -544,7 +545,7 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     ++o.updates;
 
     answer(clOrdID, out);
-    if (IsRejected(m)) {
+    if (rejected) {
         o.leaves = 0; // a rejected order is not open, whatever LeavesQty says
         out.events.onUpdate(o);
         out.events.onReject(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,

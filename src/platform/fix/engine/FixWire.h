@@ -76,6 +76,9 @@ struct FixSessionConfig {
     std::string storePath; ///< FileStore folder; empty = memory store
     std::string logPath;   ///< FileLog folder; empty = no log
     bool resetOnLogon = false;
+    /// The session carries market data: its repeating groups are declared for parsing. A
+    /// session for orders only parses without them (a dictionary costs on every report).
+    bool marketData = true;
     /// A QuickFIX settings file that replaces everything above but the store and log
     /// paths when they are given there; empty = none.
     std::string settingsFile;
