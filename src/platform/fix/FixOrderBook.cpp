@@ -160,27 +160,29 @@ private:
 } // namespace
 
 const std::string& OrdStatusText(std::string_view s) {
-    static const std::array<std::pair<std::string, std::string>, 15> names{{
-        {"0", "New"},
-        {"1", "Partially Filled"},
-        {"2", "Filled"},
-        {"3", "Done For Day"},
-        {"4", "Canceled"},
-        {"5", "Replaced"},
-        {"6", "Pending Cancel"},
-        {"7", "Stopped"},
-        {"8", "Rejected"},
-        {"9", "Suspended"},
-        {"A", "Pending New"},
-        {"B", "Calculated"},
-        {"C", "Expired"},
-        {"D", "Accepted For Bidding"},
-        {"E", "Pending Replace"},
+    static const std::array<std::pair<char, std::string>, 15> names{{
+        {'0', "New"},
+        {'1', "Partially Filled"},
+        {'2', "Filled"},
+        {'3', "Done For Day"},
+        {'4', "Canceled"},
+        {'5', "Replaced"},
+        {'6', "Pending Cancel"},
+        {'7', "Stopped"},
+        {'8', "Rejected"},
+        {'9', "Suspended"},
+        {'A', "Pending New"},
+        {'B', "Calculated"},
+        {'C', "Expired"},
+        {'D', "Accepted For Bidding"},
+        {'E', "Pending Replace"},
     }};
     static const std::string unknown = "Unknown";
-    for (const auto& [code, name] : names) {
-        if (code == s) {
-            return name;
+    if (s.size() == 1) {
+        for (const auto& [code, name] : names) {
+            if (code == s[0]) {
+                return name;
+            }
         }
     }
     return unknown;
@@ -488,7 +490,10 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     const bool stillPending = replaceAnswer && (execType == "E" || Value(m, TagOrdStatus) == "E");
     const bool announcement = stillPending && execType == "E";
     if (!clOrdID.empty()) {
-        m_byClOrdID.try_emplace(clOrdID, o.recordId);
+        // The order's own ids are known already; a new one (a cancel's) is added.
+        if (clOrdID != o.currentClOrdID && clOrdID != o.clOrdID) {
+            m_byClOrdID.try_emplace(clOrdID, o.recordId);
+        }
         if (!stillPending) {
             o.currentClOrdID = clOrdID;
         }
