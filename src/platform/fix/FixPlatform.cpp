@@ -94,10 +94,7 @@ void FixPlatform::DeregisterSymbol(const std::string& symbol, const std::string&
 }
 
 void FixPlatform::onOrderUpdate(const FixOrderState& order) {
-    // Filled where it is handed over: a record of a kilobyte is not moved twice per report.
-    PlatformEventQueue::Event event(std::in_place_type<QVXOrderStruct>);
-    FillOrderStruct(order, std::get<QVXOrderStruct>(event));
-    m_events.push(std::move(event));
+    m_events.push(OrderStructOf(order));
 }
 
 void FixPlatform::onOrderReject(const FixOrderReject& reject) {

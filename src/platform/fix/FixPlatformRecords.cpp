@@ -48,11 +48,6 @@ int32_t OrderStatusOf(std::string_view ordStatus) {
 
 QVXOrderStruct OrderStructOf(const FixOrderState& o) {
     QVXOrderStruct r;
-    FillOrderStruct(o, r);
-    return r;
-}
-
-void FillOrderStruct(const FixOrderState& o, QVXOrderStruct& r) {
     r.Account = o.account;
     r.Action = o.status;
     r.Destination = o.destination;
@@ -80,6 +75,7 @@ void FillOrderStruct(const FixOrderState& o, QVXOrderStruct& r) {
     r.Memo = o.memo;
     r.ClOrderID = o.clOrdID;
     r.Symbol = o.symbol;
+    return r;
 }
 
 QVXRejectStruct RejectStructOf(const FixOrderReject& x) {

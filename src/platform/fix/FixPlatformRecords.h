@@ -15,8 +15,6 @@ int32_t OrderStatusOf(std::string_view ordStatus);
 
 /// The order update the screen sees for the current state of a FIX order.
 QVXOrderStruct OrderStructOf(const FixOrderState& order);
-/// The same, written into `r` (a fresh record).
-void FillOrderStruct(const FixOrderState& order, QVXOrderStruct& r);
 QVXRejectStruct RejectStructOf(const FixOrderReject& reject);
 /// A quote record: a full refresh carries every field (absent ones with the no-value mark),
 /// an increment only the fields it names.
