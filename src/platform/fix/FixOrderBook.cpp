@@ -214,8 +214,8 @@ int32_t FixOrderBook::addOrder(FixOrderState order) {
     s.ordStatus = "A";
     s.status = OrdStatusText(s.ordStatus);
     const int32_t id = s.recordId;
+    // The memo stays with the order: the memos by id serve reports of ids the book lacks.
     m_byClOrdID[s.clOrdID] = id;
-    m_memos[s.clOrdID] = s.memo;
     m_awaiting.insert(s.clOrdID);
     m_orders.push_back(std::move(s));
     return id;
