@@ -522,6 +522,27 @@ void FixGateway::answered(const std::vector<std::string>& ids) {
     }
 }
 
+void FixGateway::onUpdate(const FixOrderState& order) {
+    try {
+        m_events.onOrderUpdate(order);
+    } catch (...) {
+    }
+}
+
+void FixGateway::onReject(const FixOrderReject& reject) {
+    try {
+        m_events.onOrderReject(reject);
+    } catch (...) {
+    }
+}
+
+void FixGateway::onWarning(const FixOrderWarning& warning) {
+    try {
+        m_events.onOrderWarning(warning);
+    } catch (...) {
+    }
+}
+
 void FixGateway::onLogon() {
     {
         // Orders that may have changed while the session was down, or that never got an

@@ -127,10 +127,12 @@ private:
     void sendLoop();
     void sendOne(FixMessage& message);
     void answered(const std::vector<std::string>& ids);
-    // FixBookEvents: the book's events straight to the owner, in the book's order.
-    void onUpdate(const FixOrderState& order) override { m_events.onOrderUpdate(order); }
-    void onReject(const FixOrderReject& reject) override { m_events.onOrderReject(reject); }
-    void onWarning(const FixOrderWarning& warning) override { m_events.onOrderWarning(warning); }
+    // FixBookEvents: the book's events straight to the owner, in the book's order. A receiver
+    // that throws (out of memory) loses that event only: the book finishes the message, and
+    // the orders it answered still leave the window.
+    void onUpdate(const FixOrderState& order) override;
+    void onReject(const FixOrderReject& reject) override;
+    void onWarning(const FixOrderWarning& warning) override;
 
     FixPlatformSettings m_settings;
     std::filesystem::path m_folder;
