@@ -3,8 +3,6 @@
 #include "common/Text.h"
 #include "platform/fix/FixNumbers.h"
 
-#include <variant>
-
 namespace wicker {
 namespace {
 
@@ -18,6 +16,7 @@ FixSessionConfig SessionConfig(const FixPlatformSettings& s, const std::filesyst
     c.heartBtInt = s.heartBtInt;
     c.reconnectInterval = s.reconnectInterval;
     c.resetOnLogon = s.resetOnLogon;
+    c.marketData = s.quotes == FixQuoteSource::Fix;
     c.storePath = (folder / "store").string();
     c.logPath = (folder / "log").string();
     if (!s.settingsFile.empty()) {
@@ -188,7 +187,7 @@ int32_t FixGateway::SubmitOrder(const OrderTicket& ticket) {
     order.lmtPrice = ticket.lmtPrice;
     order.maxFloor = ticket.maxFloor;
     order.quantity = ticket.quantity;
-    const int32_t recordId = m_book.addOrder(order);
+    const int32_t recordId = m_book.addOrder(std::move(order));
     bool wake = false;
     {
         std::unique_lock lock(m_sendMutex);
@@ -196,7 +195,7 @@ int32_t FixGateway::SubmitOrder(const OrderTicket& ticket) {
             // The session dropped since the check above: refused where the trader sees it,
             // never left waiting for a later logon.
             lock.unlock();
-            publish(m_book.notSent(ticket.clOrderID));
+            m_book.notSent(ticket.clOrderID, *this);
             return recordId;
         }
         if (m_journal) {
@@ -467,7 +466,7 @@ void FixGateway::sendOne(FixMessage& message) {
     // The session went down under our feet: nothing was sent or numbered.
     if (const std::string* id = message.find(11); id != nullptr && IsOrderFlow(message.msgType)) {
         answered({*id});
-        publish(m_book.notSent(*id));
+        m_book.notSent(*id, *this);
     } else if (const std::string* req = message.find(262)) {
         std::lock_guard lock(m_quoteMutex);
         m_pacer.answered(*req);
@@ -477,16 +476,16 @@ void FixGateway::sendOne(FixMessage& message) {
 void FixGateway::refuseUnsent(const std::vector<FixMessage>& dropped) {
     for (const FixMessage& m : dropped) {
         if (const std::string* id = m.find(11); id != nullptr && IsOrderFlow(m.msgType)) {
-            publish(m_book.notSent(*id));
+            m_book.notSent(*id, *this);
         }
     }
 }
 
-void FixGateway::quotesRefused(const std::string& mdReqID, const FixMessage& refusal) {
+void FixGateway::quotesRefused(const std::string& mdReqID, const FixFieldReader& refusal) {
     const std::string* reason = refusal.find(281);
     const std::string* text = refusal.find(58);
     const std::string why = text != nullptr && !text->empty() ? " (" + *text + ")" : "";
-    if (refusal.msgType == "Y" && reason != nullptr && *reason == UnknownSymbolRefusal) {
+    if (refusal.msgType() == "Y" && reason != nullptr && *reason == UnknownSymbolRefusal) {
         const std::string symbol = mdReqID.rfind("Q-", 0) == 0 ? mdReqID.substr(2) : mdReqID;
         m_events.onSessionStatus(isLoggedOn(), "No quotes for " + symbol + why + ".");
         return;
@@ -523,15 +522,24 @@ void FixGateway::answered(const std::vector<std::string>& ids) {
     }
 }
 
-void FixGateway::publish(const FixBookOutcome& outcome) {
-    for (const FixBookEvent& e : outcome.events) {
-        if (const FixOrderState* order = std::get_if<FixOrderState>(&e)) {
-            m_events.onOrderUpdate(*order);
-        } else if (const FixOrderReject* reject = std::get_if<FixOrderReject>(&e)) {
-            m_events.onOrderReject(*reject);
-        } else {
-            m_events.onOrderWarning(std::get<FixOrderWarning>(e));
-        }
+void FixGateway::onUpdate(const FixOrderState& order) {
+    try {
+        m_events.onOrderUpdate(order);
+    } catch (...) {
+    }
+}
+
+void FixGateway::onReject(const FixOrderReject& reject) {
+    try {
+        m_events.onOrderReject(reject);
+    } catch (...) {
+    }
+}
+
+void FixGateway::onWarning(const FixOrderWarning& warning) {
+    try {
+        m_events.onOrderWarning(warning);
+    } catch (...) {
     }
 }
 
@@ -593,7 +601,11 @@ void FixGateway::onLogout() {
 }
 
 void FixGateway::onMessage(const FixMessage& message) {
-    const std::string& type = message.msgType;
+    onReceived(FixMessageReader(message));
+}
+
+void FixGateway::onReceived(const FixFieldReader& message) {
+    const std::string& type = message.msgType();
     if (type == "3") {
         // A session Reject of a market data request ends its slot and, like 35=Y, says
         // this counterparty gives no quotes.
@@ -613,11 +625,7 @@ void FixGateway::onMessage(const FixMessage& message) {
         }
     }
     if (type == "8" || type == "9" || type == "3" || type == "j") {
-        const FixBookOutcome outcome = m_book.apply(message);
-        if (!outcome.answered.empty()) {
-            answered(outcome.answered);
-        }
-        publish(outcome);
+        answered(m_book.apply(message, *this));
         return;
     }
     if (type == "W" || type == "X" || type == "Y") {
@@ -634,7 +642,7 @@ void FixGateway::onMessage(const FixMessage& message) {
                 }
             }
         }
-        for (const FixQuoteFields& q : ParseMarketData(message)) {
+        for (const FixQuoteFields& q : ParseMarketData(message.copy())) {
             m_events.onQuote(q);
         }
     }
@@ -651,7 +659,7 @@ void FixGateway::onSending(const std::string& msgType, int msgSeqNum, const std:
 
 void FixGateway::onStaleNotResent(const std::string& msgType, int, const std::string& clOrdID) {
     if (IsOrderFlow(msgType)) {
-        publish(m_book.notSent(clOrdID));
+        m_book.notSent(clOrdID, *this);
     } else if (msgType == "V") {
         std::lock_guard lock(m_quoteMutex); // gap-filled: its answer will never come
         m_pacer.answered(clOrdID);

@@ -44,7 +44,7 @@ public:
 /// Wicker's link to a broker over FIX: orders out through a paced window, cancels, market
 /// data subscriptions, and every report turned into order events. The FIX store and log
 /// (the audit trail of every order) and the memo journal live in `folder`.
-class FixGateway : private FixSessionListener {
+class FixGateway : private FixSessionListener, private FixBookEvents {
 public:
     FixGateway(FixPlatformSettings settings, std::filesystem::path folder, const Clock& clock,
                FixGatewayEvents& events);
@@ -97,6 +97,7 @@ private:
     void onLogon() override;
     void onLogout() override;
     void onMessage(const FixMessage& message) override;
+    void onReceived(const FixFieldReader& message) override;
     void onSending(const std::string& msgType, int msgSeqNum, const std::string& clOrdID) override;
     void onStaleNotResent(const std::string& msgType, int msgSeqNum,
                           const std::string& clOrdID) override;
@@ -115,7 +116,7 @@ private:
     /// again when they flow (m_sendMutex held; returns the status line to show, if any).
     std::optional<std::string> checkStall(std::chrono::steady_clock::time_point now);
     /// A refusal of market data: the symbol's, or the whole session's.
-    void quotesRefused(const std::string& mdReqID, const FixMessage& refusal);
+    void quotesRefused(const std::string& mdReqID, const FixFieldReader& refusal);
     /// Queues an OrderStatusRequest for each open order (m_sendMutex held).
     void askStatus(const std::vector<FixOrderState>& orders);
     /// Orders that will never leave are refused where the trader sees them.
@@ -126,7 +127,12 @@ private:
     void sendLoop();
     void sendOne(FixMessage& message);
     void answered(const std::vector<std::string>& ids);
-    void publish(const FixBookOutcome& outcome);
+    // FixBookEvents: the book's events straight to the owner, in the book's order. A receiver
+    // that throws (out of memory) loses that event only: the book finishes the message, and
+    // the orders it answered still leave the window.
+    void onUpdate(const FixOrderState& order) override;
+    void onReject(const FixOrderReject& reject) override;
+    void onWarning(const FixOrderWarning& warning) override;
 
     FixPlatformSettings m_settings;
     std::filesystem::path m_folder;

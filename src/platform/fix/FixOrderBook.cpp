@@ -41,7 +41,7 @@ constexpr int TagRefMsgType = 372;
 constexpr int TagBusinessRejectRefID = 379;
 constexpr int TagBusinessRejectReason = 380;
 
-const std::string& Value(const FixMessage& m, int tag) {
+const std::string& Value(const FixFieldReader& m, int tag) {
     static const std::string empty;
     const std::string* v = m.find(tag);
     return v != nullptr ? *v : empty;
@@ -56,7 +56,7 @@ struct ReportNumbers {
 };
 
 template <class T, class Parse>
-void Read(const FixMessage& m, int tag, const char* name, std::optional<T>& into,
+void Read(const FixFieldReader& m, int tag, const char* name, std::optional<T>& into,
           std::string& problem, Parse parse) {
     const std::string* text = m.find(tag);
     if (text == nullptr) {
@@ -69,7 +69,7 @@ void Read(const FixMessage& m, int tag, const char* name, std::optional<T>& into
     }
 }
 
-ReportNumbers NumbersOf(const FixMessage& m) {
+ReportNumbers NumbersOf(const FixFieldReader& m) {
     ReportNumbers n;
     Read(m, TagOrderQty, "OrderQty", n.quantity, n.problem, ParseFixQuantity);
     Read(m, TagLeavesQty, "LeavesQty", n.leaves, n.problem, ParseFixQuantity);
@@ -103,7 +103,7 @@ bool LooksLikeOurs(std::string_view id) {
 }
 
 // The reject line's words: the counterparty's Text(58), else the meaning of its code.
-std::string RejectTextOf(const FixMessage& m, FixReasonTag tag) {
+std::string RejectTextOf(const FixFieldReader& m, FixReasonTag tag) {
     const std::string* text = m.find(TagText);
     if (text != nullptr && !text->empty()) {
         return *text;
@@ -116,7 +116,7 @@ std::string RejectTextOf(const FixMessage& m, FixReasonTag tag) {
     return n ? FixReasonText(tag, *n) : "Reason " + *code;
 }
 
-bool IsStatusReport(const FixMessage& m) {
+bool IsStatusReport(const FixFieldReader& m) {
     const std::string* execType = m.find(TagExecType);
     const std::string* transType = m.find(TagExecTransType);
     return (execType != nullptr && *execType == "I") || (transType != nullptr && *transType == "3");
@@ -130,7 +130,7 @@ bool IsFinal(std::string_view ordStatus) {
 constexpr int32_t UnknownOrderReason = 5; // OrdRejReason(103) 5: unknown order
 const char* const UnknownToBroker = "Unknown to broker";
 
-int32_t ReasonOf(const FixMessage& m, int tag) {
+int32_t ReasonOf(const FixFieldReader& m, int tag) {
     const std::string* text = m.find(tag);
     if (text == nullptr) {
         return 0;
@@ -139,36 +139,53 @@ int32_t ReasonOf(const FixMessage& m, int tag) {
     return n.value_or(0);
 }
 
-bool IsRejected(const FixMessage& m) {
+bool IsRejected(const FixFieldReader& m) {
     return Value(m, TagExecType) == "8" || Value(m, TagOrdStatus) == "8";
 }
 
+// Events kept in an outcome, in order.
+class OutcomeCollector final : public FixBookEvents {
+public:
+    explicit OutcomeCollector(FixBookOutcome& outcome) : m_outcome(outcome) {}
+    void onUpdate(const FixOrderState& order) override { m_outcome.events.emplace_back(order); }
+    void onReject(const FixOrderReject& reject) override { m_outcome.events.emplace_back(reject); }
+    void onWarning(const FixOrderWarning& warning) override {
+        m_outcome.events.emplace_back(warning);
+    }
+
+private:
+    FixBookOutcome& m_outcome;
+};
+
 } // namespace
 
-std::string OrdStatusText(std::string_view s) {
-    static constexpr std::array<std::pair<std::string_view, std::string_view>, 15> names{{
-        {"0", "New"},
-        {"1", "Partially Filled"},
-        {"2", "Filled"},
-        {"3", "Done For Day"},
-        {"4", "Canceled"},
-        {"5", "Replaced"},
-        {"6", "Pending Cancel"},
-        {"7", "Stopped"},
-        {"8", "Rejected"},
-        {"9", "Suspended"},
-        {"A", "Pending New"},
-        {"B", "Calculated"},
-        {"C", "Expired"},
-        {"D", "Accepted For Bidding"},
-        {"E", "Pending Replace"},
+const std::string& OrdStatusText(std::string_view s) {
+    static const std::array<std::pair<char, std::string>, 15> names{{
+        {'0', "New"},
+        {'1', "Partially Filled"},
+        {'2', "Filled"},
+        {'3', "Done For Day"},
+        {'4', "Canceled"},
+        {'5', "Replaced"},
+        {'6', "Pending Cancel"},
+        {'7', "Stopped"},
+        {'8', "Rejected"},
+        {'9', "Suspended"},
+        {'A', "Pending New"},
+        {'B', "Calculated"},
+        {'C', "Expired"},
+        {'D', "Accepted For Bidding"},
+        {'E', "Pending Replace"},
     }};
-    for (const auto& [code, name] : names) {
-        if (code == s) {
-            return std::string(name);
+    static const std::string unknown = "Unknown";
+    if (s.size() == 1) {
+        for (const auto& [code, name] : names) {
+            if (code == s[0]) {
+                return name;
+            }
         }
     }
-    return "Unknown";
+    return unknown;
 }
 
 void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& memo) {
@@ -176,19 +193,19 @@ void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& me
     m_memos[clOrdID] = memo;
 }
 
-int32_t FixOrderBook::addOrder(const FixOrderState& order) {
+int32_t FixOrderBook::addOrder(FixOrderState order) {
     std::lock_guard lock(m_mutex);
     FixOrderState s;
     s.recordId = static_cast<int32_t>(m_orders.size() + 1);
-    s.clOrdID = order.clOrdID;
-    s.currentClOrdID = order.clOrdID;
-    s.account = order.account;
+    s.clOrdID = std::move(order.clOrdID);
+    s.currentClOrdID = s.clOrdID;
+    s.account = std::move(order.account);
     // Updates speak in one-letter side codes: the limit buys' "BUY" is a "B" like the others.
     s.side = SideCodeOf(FixSideOf(order.side).value_or("")).value_or(order.side);
-    s.symbol = order.symbol;
-    s.destination = order.destination;
-    s.tif = order.tif;
-    s.memo = order.memo;
+    s.symbol = std::move(order.symbol);
+    s.destination = std::move(order.destination);
+    s.tif = std::move(order.tif);
+    s.memo = std::move(order.memo);
     s.priceType = order.priceType;
     s.lmtPrice = order.lmtPrice;
     s.maxFloor = order.maxFloor;
@@ -197,8 +214,8 @@ int32_t FixOrderBook::addOrder(const FixOrderState& order) {
     s.ordStatus = "A";
     s.status = OrdStatusText(s.ordStatus);
     const int32_t id = s.recordId;
+    // The memo stays with the order: the memos by id serve reports of ids the book lacks.
     m_byClOrdID[s.clOrdID] = id;
-    m_memos[s.clOrdID] = s.memo;
     m_awaiting.insert(s.clOrdID);
     m_orders.push_back(std::move(s));
     return id;
@@ -287,7 +304,7 @@ std::optional<FixOrderState> FixOrderBook::find(int32_t recordId) const {
 
 std::optional<FixOrderState> FixOrderBook::findByClOrdID(std::string_view clOrdID) const {
     std::lock_guard lock(m_mutex);
-    const auto it = m_byClOrdID.find(std::string(clOrdID));
+    const auto it = m_byClOrdID.find(clOrdID);
     if (it == m_byClOrdID.end()) {
         return std::nullopt;
     }
@@ -303,11 +320,11 @@ FixOrderState* FixOrderBook::lookup(std::string_view clOrdID) {
     if (clOrdID.empty()) {
         return nullptr;
     }
-    const auto it = m_byClOrdID.find(std::string(clOrdID));
+    const auto it = m_byClOrdID.find(clOrdID);
     return it == m_byClOrdID.end() ? nullptr : &m_orders[static_cast<size_t>(it->second - 1)];
 }
 
-FixOrderState* FixOrderBook::lookupReport(const FixMessage& m) {
+FixOrderState* FixOrderBook::lookupReport(const FixFieldReader& m) {
     if (FixOrderState* o = lookup(Value(m, TagClOrdID))) {
         return o;
     }
@@ -324,7 +341,7 @@ FixOrderState* FixOrderBook::lookupReport(const FixMessage& m) {
     return nullptr;
 }
 
-FixOrderState& FixOrderBook::createFromReport(const FixMessage& m) {
+FixOrderState& FixOrderBook::createFromReport(const FixFieldReader& m) {
     FixOrderState s;
     s.recordId = static_cast<int32_t>(m_orders.size() + 1);
     // A cancel's report names the order's own id in OrigClOrdID.
@@ -351,31 +368,37 @@ FixOrderState& FixOrderBook::createFromReport(const FixMessage& m) {
     return m_orders.back();
 }
 
-void FixOrderBook::answer(const std::string& clOrdID, FixBookOutcome& out) {
+void FixOrderBook::answer(const std::string& clOrdID, Run& out) {
     if (m_awaiting.erase(clOrdID) > 0) {
         out.answered.push_back(clOrdID);
     }
 }
 
-FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
+std::vector<std::string> FixOrderBook::apply(const FixFieldReader& message, FixBookEvents& events) {
     std::lock_guard lock(m_mutex);
-    if (message.msgType == "8") {
-        return applyExecutionReport(message);
+    Run out{events, {}};
+    const std::string& type = message.msgType();
+    if (type == "8") {
+        applyExecutionReport(message, out);
+    } else if (type == "9") {
+        applyCancelReject(message, out);
+    } else if (type == "3") {
+        applyReject(message, TagSessionRejectReason, out);
+    } else if (type == "j") {
+        applyReject(message, TagBusinessRejectReason, out);
     }
-    if (message.msgType == "9") {
-        return applyCancelReject(message);
-    }
-    if (message.msgType == "3") {
-        return applyReject(message, TagSessionRejectReason);
-    }
-    if (message.msgType == "j") {
-        return applyReject(message, TagBusinessRejectReason);
-    }
-    return {};
+    return std::move(out.answered);
+}
+
+FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
+    FixBookOutcome outcome;
+    OutcomeCollector collect(outcome);
+    outcome.answered = apply(FixMessageReader(message), collect);
+    return outcome;
 }
 
 bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
-                            const FixMessage& m) {
+                            std::optional<int32_t> cumQty) {
     // "0" is what some brokers put in status reports, which carry no fill.
     if (execID.empty() || execID == "0") {
         return false;
@@ -383,9 +406,8 @@ bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
     // A counterparty that restarts numbers its ExecIDs from 1 again: an ExecID repeats
     // only for the same order and the same CumQty. One that states another CumQty is a
     // new report (CumQty is authoritative; an overfill still gives its warning).
-    const int32_t cum = ParseFixQuantity(Value(m, TagCumQty)).value_or(-1);
-    const auto [it, inserted] =
-        m_execIDs.try_emplace(std::to_string(o.recordId) + "|" + execID, cum);
+    const int32_t cum = cumQty.value_or(-1);
+    const auto [it, inserted] = m_execIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
     if (inserted) {
         return false;
     }
@@ -396,38 +418,36 @@ bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
     return false;
 }
 
-void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text,
-                                   FixBookOutcome& out) {
+void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text, Run& out) {
     m_statusAsked.erase(o.recordId);
     o.leaves = 0;
     o.ordStatus = "8";
     o.status = UnknownToBroker;
     o.text = text.empty() ? UnknownToBroker : std::move(text);
     ++o.updates;
-    out.events.emplace_back(o);
-    out.events.emplace_back(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
-                                           reason,
-                                           std::string(UnknownToBroker) + " (" + o.text + ")"});
+    out.events.onUpdate(o);
+    out.events.onReject(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity, reason,
+                                       std::string(UnknownToBroker) + " (" + o.text + ")"});
 }
 
-FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
+void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     const std::string& clOrdID = Value(m, TagClOrdID);
     const std::string& orderID = Value(m, TagOrderID);
     const std::string& execID = Value(m, TagExecID);
-    FixBookOutcome out;
     if (clOrdID.empty() && orderID.empty()) {
-        out.events.emplace_back(FixOrderWarning{0, "", Value(m, TagSymbol),
-                                                "An execution report names no order: ignored."});
-        return out;
+        out.events.onWarning(FixOrderWarning{0, "", Value(m, TagSymbol),
+                                             "An execution report names no order: ignored."});
+        return;
     }
     const ReportNumbers n = NumbersOf(m);
+    const bool rejected = IsRejected(m);
     FixOrderState* found = lookupReport(m);
     if (!n.problem.empty()) {
-        out.events.emplace_back(FixOrderWarning{
+        out.events.onWarning(FixOrderWarning{
             found != nullptr ? found->recordId : 0, found != nullptr ? found->clOrdID : clOrdID,
             found != nullptr ? found->symbol : Value(m, TagSymbol),
             "An execution report with " + n.problem + " was ignored."});
-        return out;
+        return;
     }
     if (found == nullptr) {
         const std::string& orig = Value(m, TagOrigClOrdID);
@@ -435,34 +455,34 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
         const bool memoEchoed = m_memoTag > 0 && !Value(m, m_memoTag).empty();
         if (m_memos.count(id) == 0 && m_memos.count(clOrdID) == 0 && !memoEchoed &&
             !LooksLikeOurs(id)) {
-            out.events.emplace_back(FixOrderWarning{
+            out.events.onWarning(FixOrderWarning{
                 0, id.empty() ? orderID : id, Value(m, TagSymbol),
                 "An execution report for an order that is not Wicker's was ignored."});
-            return out;
+            return;
         }
     }
-    if (found != nullptr && isRepeat(*found, execID, m)) {
-        return out;
+    if (found != nullptr && isRepeat(*found, execID, n.cum)) {
+        return;
     }
     FixOrderState& o = found != nullptr ? *found : createFromReport(m);
     if (found == nullptr) {
-        isRepeat(o, execID, m);
+        isRepeat(o, execID, n.cum);
     }
-    if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && IsRejected(m) &&
+    if (found != nullptr && m_statusAsked.count(o.recordId) > 0 && rejected &&
         ReasonOf(m, TagOrdRejReason) == UnknownOrderReason) {
         unknownToBroker(o, UnknownOrderReason, Value(m, TagText), out);
-        return out;
+        return;
     }
     const bool statusReport = IsStatusReport(m);
     if (statusReport) {
         m_statusAsked.erase(o.recordId);
     }
     const bool replaceAnswer = found != nullptr && !clOrdID.empty() && o.pendingReplace == clOrdID;
-    if (replaceAnswer && IsRejected(m)) {
+    if (replaceAnswer && rejected) {
         answer(clOrdID, out);
         refuseReplace(o, clOrdID, ReasonOf(m, TagOrdRejReason),
                       RejectTextOf(m, FixReasonTag::OrdRejReason), out);
-        return out;
+        return;
     }
     const std::string& execType = Value(m, TagExecType);
     // Pending replace: the broker has the request but the order still stands as it was
@@ -470,7 +490,10 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     const bool stillPending = replaceAnswer && (execType == "E" || Value(m, TagOrdStatus) == "E");
     const bool announcement = stillPending && execType == "E";
     if (!clOrdID.empty()) {
-        m_byClOrdID.emplace(clOrdID, o.recordId);
+        // The order's own ids are known already; a new one (a cancel's) is added.
+        if (clOrdID != o.currentClOrdID && clOrdID != o.clOrdID) {
+            m_byClOrdID.try_emplace(clOrdID, o.recordId);
+        }
         if (!stillPending) {
             o.currentClOrdID = clOrdID;
         }
@@ -527,28 +550,27 @@ FixBookOutcome FixOrderBook::applyExecutionReport(const FixMessage& m) {
     ++o.updates;
 
     answer(clOrdID, out);
-    if (IsRejected(m)) {
+    if (rejected) {
         o.leaves = 0; // a rejected order is not open, whatever LeavesQty says
-        out.events.emplace_back(o);
-        out.events.emplace_back(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
-                                               ReasonOf(m, TagOrdRejReason),
-                                               RejectTextOf(m, FixReasonTag::OrdRejReason)});
+        out.events.onUpdate(o);
+        out.events.onReject(FixOrderReject{o.recordId, o.clOrdID, o.side, o.symbol, o.quantity,
+                                           ReasonOf(m, TagOrdRejReason),
+                                           RejectTextOf(m, FixReasonTag::OrdRejReason)});
     } else {
-        out.events.emplace_back(o);
+        out.events.onUpdate(o);
     }
     if (o.quantity > 0 && o.cum > o.quantity) {
-        out.events.emplace_back(FixOrderWarning{o.recordId, o.clOrdID, o.symbol,
-                                                "The broker reports " + std::to_string(o.cum) +
-                                                    " filled of an order for " +
-                                                    std::to_string(o.quantity) + " (overfill)."});
+        out.events.onWarning(FixOrderWarning{o.recordId, o.clOrdID, o.symbol,
+                                             "The broker reports " + std::to_string(o.cum) +
+                                                 " filled of an order for " +
+                                                 std::to_string(o.quantity) + " (overfill)."});
     }
-    return out;
+    return;
 }
 
-FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
+void FixOrderBook::applyCancelReject(const FixFieldReader& m, Run& out) {
     const std::string& clOrdID = Value(m, TagClOrdID);
     const std::string& orig = Value(m, TagOrigClOrdID);
-    FixBookOutcome out;
     answer(clOrdID, out);
     FixOrderState* o = lookupReport(m);
     const int32_t reason = ReasonOf(m, TagCxlRejReason);
@@ -556,16 +578,16 @@ FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
     if (o == nullptr) {
         const std::string& id = orig.empty() ? clOrdID : orig;
         if (!id.empty()) {
-            out.events.emplace_back(FixOrderReject{0, id, "", "", 0, reason, text});
+            out.events.onReject(FixOrderReject{0, id, "", "", 0, reason, text});
         }
-        return out;
+        return;
     }
     // A refusal that names the order itself (not a cancel or replace of it) answers the
     // status request made at logon: the broker does not know the order.
     if (m_statusAsked.count(o->recordId) > 0 && !clOrdID.empty() && clOrdID == o->clOrdID &&
         m_cancelIDs.count(clOrdID) == 0 && o->pendingReplace != clOrdID) {
         unknownToBroker(*o, reason, text, out);
-        return out;
+        return;
     }
     if (const std::string* s = m.find(TagOrdStatus); s != nullptr && !s->empty()) {
         o->ordStatus = *s;
@@ -573,28 +595,27 @@ FixBookOutcome FixOrderBook::applyCancelReject(const FixMessage& m) {
     }
     if (!clOrdID.empty() && o->pendingReplace == clOrdID) {
         refuseReplace(*o, clOrdID, reason, text, out);
-        return out;
+        return;
     }
     // The cancel failed: the order stands as last reported (the screen zeroed its open
     // quantity when it asked for the cancel).
-    out.events.emplace_back(
+    out.events.onReject(
         FixOrderReject{o->recordId, o->clOrdID, o->side, o->symbol, o->quantity, reason, text});
-    out.events.emplace_back(*o);
-    return out;
+    out.events.onUpdate(*o);
+    return;
 }
 
-FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
+void FixOrderBook::applyReject(const FixFieldReader& m, int reasonTag, Run& out) {
     std::string clOrdID;
     const FixReasonTag tag = reasonTag == TagBusinessRejectReason
                                  ? FixReasonTag::BusinessRejectReason
                                  : FixReasonTag::SessionRejectReason;
     if (reasonTag == TagBusinessRejectReason && Value(m, TagRefMsgType) == "H") {
         FixOrderState* o = lookup(Value(m, TagBusinessRejectRefID));
-        FixBookOutcome out;
         if (o != nullptr && m_statusAsked.count(o->recordId) > 0) {
             unknownToBroker(*o, ReasonOf(m, reasonTag), RejectTextOf(m, tag), out);
         }
-        return out;
+        return;
     }
     if (reasonTag == TagBusinessRejectReason && lookup(Value(m, TagBusinessRejectRefID))) {
         clOrdID = Value(m, TagBusinessRejectRefID);
@@ -604,17 +625,15 @@ FixBookOutcome FixOrderBook::applyReject(const FixMessage& m, int reasonTag) {
             clOrdID = it->second;
         }
     }
-    FixBookOutcome out;
     if (clOrdID.empty()) {
-        return out; // about a message that was not an order or a cancel
+        return; // about a message that was not an order or a cancel
     }
     answer(clOrdID, out);
     refuse(clOrdID, ReasonOf(m, reasonTag), RejectTextOf(m, tag), out);
-    return out;
+    return;
 }
 
-void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::string text,
-                          FixBookOutcome& out) {
+void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::string text, Run& out) {
     FixOrderState* o = lookup(clOrdID);
     if (o == nullptr) {
         return;
@@ -626,8 +645,8 @@ void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::strin
     const FixOrderReject reject{o->recordId, o->clOrdID, o->side,        o->symbol,
                                 o->quantity, reason,     std::move(text)};
     if (m_cancelIDs.count(clOrdID) > 0) {
-        out.events.emplace_back(reject);
-        out.events.emplace_back(*o);
+        out.events.onReject(reject);
+        out.events.onUpdate(*o);
         return;
     }
     if (o->updates > 0) {
@@ -638,25 +657,32 @@ void FixOrderBook::refuse(const std::string& clOrdID, int32_t reason, std::strin
     o->status = OrdStatusText(o->ordStatus);
     o->text = reject.text;
     ++o->updates;
-    out.events.emplace_back(*o);
-    out.events.emplace_back(reject);
+    out.events.onUpdate(*o);
+    out.events.onReject(reject);
 }
 
 void FixOrderBook::refuseReplace(FixOrderState& o, const std::string& clOrdID, int32_t reason,
-                                 std::string text, FixBookOutcome& out) {
+                                 std::string text, Run& out) {
     m_replaces.erase(clOrdID);
     o.pendingReplace.clear();
-    out.events.emplace_back(
+    out.events.onReject(
         FixOrderReject{o.recordId, clOrdID, o.side, o.symbol, o.quantity, reason, std::move(text)});
-    out.events.emplace_back(o);
+    out.events.onUpdate(o);
+}
+
+std::vector<std::string> FixOrderBook::notSent(const std::string& clOrdID, FixBookEvents& events) {
+    std::lock_guard lock(m_mutex);
+    Run out{events, {}};
+    answer(clOrdID, out);
+    refuse(clOrdID, OfflineRejectReason, "Not sent: the FIX session is down.", out);
+    return std::move(out.answered);
 }
 
 FixBookOutcome FixOrderBook::notSent(const std::string& clOrdID) {
-    std::lock_guard lock(m_mutex);
-    FixBookOutcome out;
-    answer(clOrdID, out);
-    refuse(clOrdID, OfflineRejectReason, "Not sent: the FIX session is down.", out);
-    return out;
+    FixBookOutcome outcome;
+    OutcomeCollector collect(outcome);
+    outcome.answered = notSent(clOrdID, collect);
+    return outcome;
 }
 
 } // namespace wicker

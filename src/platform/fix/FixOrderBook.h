@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -83,6 +84,18 @@ struct FixBookOutcome {
     std::vector<std::string> answered;
 };
 
+/// Where the events of a message go as the book makes them, in order. Called with the book
+/// locked: a receiver hands them on and must not call the book back.
+class FixBookEvents {
+public:
+    virtual void onUpdate(const FixOrderState& order) = 0;
+    virtual void onReject(const FixOrderReject& reject) = 0;
+    virtual void onWarning(const FixOrderWarning& warning) = 0;
+
+protected:
+    ~FixBookEvents() = default;
+};
+
 /// Reason code of a reject for an order that never went out (the platform's "offline").
 inline constexpr int32_t OfflineRejectReason = -16;
 
@@ -104,7 +117,7 @@ public:
     /// A new order about to be sent; returns its record id. Fields other than identity,
     /// account, side, symbol, destination, TIF, memo, price type, price, max floor and
     /// quantity are ignored.
-    int32_t addOrder(const FixOrderState& order);
+    int32_t addOrder(FixOrderState order);
     /// An order of an earlier run, taken as it was last known (quantities, average price,
     /// OrdStatus when set) without sending anything; returns its record id, in the same
     /// sequence as new orders. 0 when the ClOrdID is empty or already in the book.
@@ -132,49 +145,75 @@ public:
     /// id the order's ClOrdID; a reject of it (35=9, ExecType 8, 35=3, 35=j) gives a reject
     /// with the new id and then the order unchanged.
     FixBookOutcome apply(const FixMessage& message);
+    /// The same, the events handed to `events` as they happen (no copy of the order's state);
+    /// returns the ClOrdIDs whose first answer this was.
+    std::vector<std::string> apply(const FixFieldReader& message, FixBookEvents& events);
     /// A message that never reached the counterparty (not resent after a reconnect, or
     /// still waiting to go out when the session dropped): a new order is rejected with
     /// reason -16, unless a report for it has arrived after all; a cancel leaves the order
     /// as it was.
     FixBookOutcome notSent(const std::string& clOrdID);
+    std::vector<std::string> notSent(const std::string& clOrdID, FixBookEvents& events);
 
 private:
+    /// One message's work: where its events go, and the ids it answered.
+    struct Run {
+        FixBookEvents& events;
+        std::vector<std::string> answered;
+    };
+
     FixOrderState* lookup(std::string_view clOrdID);
-    FixOrderState* lookupReport(const FixMessage& m);
-    FixOrderState& createFromReport(const FixMessage& m);
-    FixBookOutcome applyExecutionReport(const FixMessage& m);
-    FixBookOutcome applyCancelReject(const FixMessage& m);
-    FixBookOutcome applyReject(const FixMessage& m, int reasonTag);
+    FixOrderState* lookupReport(const FixFieldReader& m);
+    FixOrderState& createFromReport(const FixFieldReader& m);
+    void applyExecutionReport(const FixFieldReader& m, Run& out);
+    void applyCancelReject(const FixFieldReader& m, Run& out);
+    void applyReject(const FixFieldReader& m, int reasonTag, Run& out);
     /// The pending replace `clOrdID` of order `o` was refused: the order stands as it was.
     void refuseReplace(FixOrderState& o, const std::string& clOrdID, int32_t reason,
-                       std::string text, FixBookOutcome& out);
+                       std::string text, Run& out);
     // A request that failed before the counterparty acted on it: a new order dies, a
     // cancel leaves its order as it was.
-    void refuse(const std::string& clOrdID, int32_t reason, std::string text, FixBookOutcome& out);
+    void refuse(const std::string& clOrdID, int32_t reason, std::string text, Run& out);
     /// The broker does not know this order (asked about its status): it is final.
-    void unknownToBroker(FixOrderState& o, int32_t reason, std::string text, FixBookOutcome& out);
+    void unknownToBroker(FixOrderState& o, int32_t reason, std::string text, Run& out);
     /// The report's ExecID was seen for this order before, with the same CumQty.
-    bool isRepeat(const FixOrderState& o, const std::string& execID, const FixMessage& m);
-    void answer(const std::string& clOrdID, FixBookOutcome& out);
+    bool isRepeat(const FixOrderState& o, const std::string& execID, std::optional<int32_t> cumQty);
+    void answer(const std::string& clOrdID, Run& out);
 
     int m_memoTag;
     mutable std::mutex m_mutex;
     std::deque<FixOrderState> m_orders; // index = recordId - 1
-    std::unordered_map<std::string, int32_t> m_byClOrdID;
+    // Looked up by views of the report's fields: no key is built for a look-up.
+    struct IdHash {
+        using is_transparent = void;
+        size_t operator()(std::string_view id) const { return std::hash<std::string_view>{}(id); }
+    };
+    std::unordered_map<std::string, int32_t, IdHash, std::equal_to<>> m_byClOrdID;
     std::unordered_map<std::string, int32_t> m_byOrderID;
     // Written inside QuickFIX's send (on the sending thread): a lock of its own keeps it
     // from waiting for report processing.
     mutable std::mutex m_seqMutex;
     std::unordered_map<int, std::string> m_clOrdIDBySeq;
     std::unordered_map<std::string, std::string> m_memos;
-    std::unordered_map<std::string, int32_t> m_execIDs; // "<record>|<ExecID>" -> CumQty
-    std::unordered_set<int32_t> m_statusAsked;          // record ids asked about at logon
+    struct ExecKey {
+        int32_t recordId = 0;
+        std::string execID;
+        bool operator==(const ExecKey&) const = default;
+    };
+    struct ExecKeyHash {
+        size_t operator()(const ExecKey& k) const {
+            return std::hash<std::string_view>{}(k.execID) ^
+                   (static_cast<size_t>(k.recordId) * 0x9e3779b97f4a7c15u);
+        }
+    };
+    std::unordered_map<ExecKey, int32_t, ExecKeyHash> m_execIDs; // -> CumQty
+    std::unordered_set<int32_t> m_statusAsked;                   // record ids asked about at logon
     std::unordered_set<std::string> m_cancelIDs;
     std::unordered_map<std::string, FixOrderChange> m_replaces; // by the replacing ClOrdID
     std::unordered_set<std::string> m_awaiting;                 // sent, no answer yet
 };
 
 /// OrdStatus(39) as words ("New", "Partially Filled", ...); "Unknown" for other values.
-std::string OrdStatusText(std::string_view ordStatus);
+const std::string& OrdStatusText(std::string_view ordStatus);
 
 } // namespace wicker

@@ -28,6 +28,7 @@ public:
 private:
     explicit MemoJournal(std::ofstream out) : m_out(std::move(out)) {}
     std::ofstream m_out;
+    std::string m_line;
 };
 
 } // namespace wicker

@@ -3,6 +3,7 @@
 #include "platform/QVXOrderMaintenance.h"
 
 #include <ctime>
+#include <optional>
 
 namespace wicker {
 
@@ -14,27 +15,32 @@ std::string FixTimestamp(Clock::TimePoint t) {
         millis += 1000;
         --secs;
     }
-    std::tm tm{};
-    gmtime_r(&secs, &tm);
-    // Written digit by digit: one of these goes into every order.
-    std::string out(21, '0');
-    const auto put = [&out](size_t at, int value, int digits) {
+    // Written digit by digit, the date and time once a second: one goes into every order.
+    thread_local std::optional<std::time_t> cachedSecs;
+    thread_local std::string cached(21, '0');
+    const auto put = [](std::string& out, size_t at, int value, int digits) {
         for (int i = digits - 1; i >= 0; --i) {
             out[at + static_cast<size_t>(i)] = static_cast<char>('0' + value % 10);
             value /= 10;
         }
     };
-    put(0, tm.tm_year + 1900, 4);
-    put(4, tm.tm_mon + 1, 2);
-    put(6, tm.tm_mday, 2);
-    out[8] = '-';
-    put(9, tm.tm_hour, 2);
-    out[11] = ':';
-    put(12, tm.tm_min, 2);
-    out[14] = ':';
-    put(15, tm.tm_sec, 2);
-    out[17] = '.';
-    put(18, millis, 3);
+    if (secs != cachedSecs) {
+        std::tm tm{};
+        gmtime_r(&secs, &tm);
+        put(cached, 0, tm.tm_year + 1900, 4);
+        put(cached, 4, tm.tm_mon + 1, 2);
+        put(cached, 6, tm.tm_mday, 2);
+        cached[8] = '-';
+        put(cached, 9, tm.tm_hour, 2);
+        cached[11] = ':';
+        put(cached, 12, tm.tm_min, 2);
+        cached[14] = ':';
+        put(cached, 15, tm.tm_sec, 2);
+        cached[17] = '.';
+        cachedSecs = secs;
+    }
+    std::string out = cached;
+    put(out, 18, millis, 3);
     return out;
 }
 

@@ -1,5 +1,6 @@
 #include "platform/fix/engine/FixConvert.h"
 
+#include <algorithm>
 #include <memory>
 #include <string>
 
@@ -98,6 +99,31 @@ FixMessage FromQuickFix(const FIX::Message& message) {
         out.groups.push_back(group);
     }
     return out;
+}
+
+QuickFixReader::QuickFixReader(const FIX::Message& message) : m_message(message) {
+    FIX::MsgType msgType;
+    if (message.getHeader().getFieldIfSet(msgType)) {
+        m_msgType = msgType.getValue();
+    }
+}
+
+const std::string* QuickFixReader::find(int tag) const {
+    // One search where QuickFIX's isSetField and getField would make two, the way QuickFIX
+    // searches: a short body from the front, a longer one (kept in tag order) by halves.
+    const FIX::FieldMap::const_iterator begin = m_message.begin();
+    const FIX::FieldMap::const_iterator end = m_message.end();
+    FIX::FieldMap::const_iterator it = end;
+    if (end - begin < 16) {
+        it = std::find_if(begin, end, [tag](const FIX::FieldBase& f) { return f.getTag() == tag; });
+    } else {
+        it = std::lower_bound(begin, end, tag,
+                              [](const FIX::FieldBase& f, int t) { return f.getTag() < t; });
+        if (it != end && it->getTag() != tag) {
+            it = end;
+        }
+    }
+    return it == end ? nullptr : &it->getString();
 }
 
 FIX::DataDictionaryProvider MarketDataDictionaries(const std::string& beginString) {

@@ -16,6 +16,19 @@ FIX::Message ToQuickFix(const FixMessage& message, const std::string& beginStrin
 /// The type, body fields, groups, MsgSeqNum and PossDupFlag of a received message.
 FixMessage FromQuickFix(const FIX::Message& message);
 
+/// Reads the type and body of a received QuickFIX message where it lies.
+class QuickFixReader final : public FixFieldReader {
+public:
+    explicit QuickFixReader(const FIX::Message& message);
+    const std::string& msgType() const override { return m_msgType; }
+    const std::string* find(int tag) const override;
+    FixMessage copy() const override { return FromQuickFix(m_message); }
+
+private:
+    const FIX::Message& m_message;
+    std::string m_msgType;
+};
+
 /// The repeating groups Wicker uses (market data request, snapshot and incremental
 /// refresh), declared in code because the Debian package ships no data dictionaries.
 FIX::DataDictionaryProvider MarketDataDictionaries(const std::string& beginString);

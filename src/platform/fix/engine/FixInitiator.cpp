@@ -111,13 +111,17 @@ bool HasSetting(const FIX::SessionSettings& s, const FIX::SessionID& id, const c
 // order that is stale or sent while disconnected off the wire.
 class InitiatorApplication : public FIX::Application {
 public:
-    InitiatorApplication(FixSessionListener& listener, std::function<void()> up,
+    InitiatorApplication(FixSessionListener& listener, bool marketData, std::function<void()> up,
                          std::function<void()> down)
-        : m_listener(listener), m_up(std::move(up)), m_down(std::move(down)) {}
+        : m_listener(listener), m_marketData(marketData), m_up(std::move(up)),
+          m_down(std::move(down)) {}
 
     bool loggedOn() const { return m_loggedOn.load(); }
 
     void onCreate(const FIX::SessionID& id) override {
+        if (!m_marketData) {
+            return;
+        }
         if (FIX::Session* s = FIX::Session::lookupSession(id)) {
             s->setDataDictionaryProvider(MarketDataDictionaries(id.getBeginString()));
         }
@@ -176,7 +180,7 @@ public:
                                                 FIX::IncorrectTagValue, FIX::RejectLogon) override {
         FIX::MsgType type;
         if (message.getHeader().getFieldIfSet(type) && type.getValue() == FIX::MsgType_Reject) {
-            Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+            Guard([&] { m_listener.onReceived(QuickFixReader(message)); });
         } else if (type.getValue() == FIX::MsgType_Logout) {
             const std::string text = TextOf(message);
             Guard([&] {
@@ -188,7 +192,7 @@ public:
                  const FIX::SessionID&) throw(FIX::FieldNotFound, FIX::IncorrectDataFormat,
                                               FIX::IncorrectTagValue,
                                               FIX::UnsupportedMessageType) override {
-        Guard([&] { m_listener.onMessage(FromQuickFix(message)); });
+        Guard([&] { m_listener.onReceived(QuickFixReader(message)); });
     }
 
 private:
@@ -201,6 +205,7 @@ private:
     }
 
     FixSessionListener& m_listener;
+    bool m_marketData;
     std::function<void()> m_up;
     std::function<void()> m_down;
     std::atomic<bool> m_loggedOn{false};
@@ -211,7 +216,7 @@ private:
 struct FixInitiator::Impl {
     Impl(const FixSessionConfig& c, FixSessionListener& l)
         : config(c), listener(l), application(
-                                      l, [this] { up(); }, [this] { down(); }),
+                                      l, c.marketData, [this] { up(); }, [this] { down(); }),
           backoff(std::chrono::seconds(c.reconnectInterval), ReconnectCap) {}
 
     // QuickFIX would try again every ReconnectInterval; instead the session is disabled

@@ -16,6 +16,8 @@ public:
     virtual void onLogout() = 0;
     /// An application message, or a session-level Reject (35=3).
     virtual void onMessage(const FixMessage& message) = 0;
+    /// The same, read in place (no copy of its fields); by default copied for onMessage.
+    virtual void onReceived(const FixFieldReader& message) { onMessage(message.copy()); }
     /// An application message is about to go on the wire with this sequence number (called
     /// with its ClOrdID, or a market data request's MDReqID; called on the sending thread,
     /// inside QuickFIX: keep it short and call nothing back).

@@ -37,6 +37,32 @@ struct FixMessage {
     void add(int tag, std::string value);
 };
 
+/// A received message read where it lies: its type and body fields by tag, nothing copied.
+/// Valid only for the call it is handed to.
+class FixFieldReader {
+public:
+    virtual const std::string& msgType() const = 0;
+    /// The value of the first body field with this tag, or nullptr.
+    virtual const std::string* find(int tag) const = 0;
+    /// The whole message, groups, MsgSeqNum and PossDupFlag included.
+    virtual FixMessage copy() const = 0;
+
+protected:
+    ~FixFieldReader() {}
+};
+
+/// Reads a FixMessage.
+class FixMessageReader final : public FixFieldReader {
+public:
+    explicit FixMessageReader(const FixMessage& message) : m_message(message) {}
+    const std::string& msgType() const override { return m_message.msgType; }
+    const std::string* find(int tag) const override { return m_message.find(tag); }
+    FixMessage copy() const override { return m_message; }
+
+private:
+    const FixMessage& m_message;
+};
+
 /// Identity and transport of one FIX session.
 struct FixSessionConfig {
     std::string beginString = "FIX.4.2";
@@ -50,6 +76,9 @@ struct FixSessionConfig {
     std::string storePath; ///< FileStore folder; empty = memory store
     std::string logPath;   ///< FileLog folder; empty = no log
     bool resetOnLogon = false;
+    /// The session carries market data: its repeating groups are declared for parsing. A
+    /// session for orders only parses without them (a dictionary costs on every report).
+    bool marketData = true;
     /// A QuickFIX settings file that replaces everything above but the store and log
     /// paths when they are given there; empty = none.
     std::string settingsFile;
