@@ -659,7 +659,7 @@ void FixGateway::onSending(const std::string& msgType, int msgSeqNum, const std:
 
 void FixGateway::onStaleNotResent(const std::string& msgType, int, const std::string& clOrdID) {
     if (IsOrderFlow(msgType)) {
-        m_book.notSent(clOrdID, *this);
+        m_book.notSent(clOrdID, *this, FixOrderBook::kLostNotResent);
     } else if (msgType == "V") {
         std::lock_guard lock(m_quoteMutex); // gap-filled: its answer will never come
         m_pacer.answered(clOrdID);

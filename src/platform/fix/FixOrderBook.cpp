@@ -670,11 +670,12 @@ void FixOrderBook::refuseReplace(FixOrderState& o, const std::string& clOrdID, i
     out.events.onUpdate(o);
 }
 
-std::vector<std::string> FixOrderBook::notSent(const std::string& clOrdID, FixBookEvents& events) {
+std::vector<std::string> FixOrderBook::notSent(const std::string& clOrdID, FixBookEvents& events,
+                                               const char* why) {
     std::lock_guard lock(m_mutex);
     Run out{events, {}};
     answer(clOrdID, out);
-    refuse(clOrdID, OfflineRejectReason, "Not sent: the FIX session is down.", out);
+    refuse(clOrdID, OfflineRejectReason, why, out);
     return std::move(out.answered);
 }
 

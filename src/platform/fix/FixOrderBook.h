@@ -152,8 +152,14 @@ public:
     /// still waiting to go out when the session dropped): a new order is rejected with
     /// reason -16, unless a report for it has arrived after all; a cancel leaves the order
     /// as it was.
+    /// `why` is the reject's text: the session was down, or (kLostNotResent) the order left
+    /// as it went down and the counterparty asked for it again after the logon.
     FixBookOutcome notSent(const std::string& clOrdID);
-    std::vector<std::string> notSent(const std::string& clOrdID, FixBookEvents& events);
+    std::vector<std::string> notSent(const std::string& clOrdID, FixBookEvents& events,
+                                     const char* why = kSessionDown);
+    static constexpr const char* kSessionDown = "Not sent: the FIX session is down.";
+    static constexpr const char* kLostNotResent =
+        "Not sent: lost as the FIX session went down (not sent again).";
 
 private:
     /// One message's work: where its events go, and the ids it answered.
