@@ -1,15 +1,14 @@
 // Wicker's FIX platform against a counterparty it was not written with: QuickFIX's own
 // "executor" example, which fills limit orders at their price and refuses every other order
 // type. All 21 order buttons go through the desk's send path in FIX 4.2 and 4.4; every
-// fill reaches the basket totals and every refusal the reject lines with the counterparty's
-// reason.
+// NewOrderSingle is checked on the wire, every fill in the basket totals and every refusal
+// in the reject lines with the counterparty's reason.
 
 #include "platform/fix/FixPlatform.h"
 #include "support/RecordingMessageBoxes.h"
 #include "support/TempDir.h"
 #include "trading/TradingEvents.h"
 #include "trading/orders/BasketExecution.h"
-#include "trading/orders/BasketOrderIds.h"
 #include "trading/orders/ExecutionButtons.h"
 #include "trading/orders/OrderTracker.h"
 
@@ -31,6 +30,7 @@ namespace wicker {
 namespace {
 
 using namespace std::chrono_literals;
+using Tags = std::map<int, std::string>;
 
 /// A free loopback port, as the kernel hands one out.
 int FreePort() {
@@ -113,6 +113,51 @@ public:
 private:
     TradingEvents& m_events;
 };
+
+/// Every NewOrderSingle Wicker sent, from its FIX message log, by symbol.
+std::map<std::string, Tags> SentOrders(const std::filesystem::path& logFolder) {
+    std::map<std::string, Tags> sent;
+    for (const auto& entry : std::filesystem::directory_iterator(logFolder)) {
+        std::ifstream in(entry.path());
+        std::string line;
+        while (std::getline(in, line)) {
+            Tags tags;
+            std::stringstream fields(line);
+            std::string pair;
+            while (std::getline(fields, pair, '\x01')) {
+                const size_t eq = pair.find('=');
+                const size_t start = pair.rfind(' ', eq);
+                if (eq != std::string::npos && eq > 0) {
+                    const std::string tag =
+                        pair.substr(start == std::string::npos ? 0 : start + 1, eq);
+                    tags[std::atoi(tag.c_str())] = pair.substr(eq + 1);
+                }
+            }
+            if (tags[35] == "D") {
+                sent[tags[55]] = tags;
+            }
+        }
+    }
+    return sent;
+}
+
+const char* FixSide(std::string_view side) {
+    return side == "S" ? "2" : side == "T" ? "5" : "1";
+}
+/// OrdType(40) and TimeInForce(59) of a button: market-on-close is its own order type in
+/// FIX 4.2 and a market order "at the close" in 4.4.
+std::pair<std::string, std::string> FixTypeAndTif(ButtonKind kind, FixVersion version) {
+    switch (kind) {
+    case ButtonKind::Limit:
+        return {"2", "0"};
+    case ButtonKind::MarketOnClose:
+        return version == FixVersion::Fix42 ? std::pair{"5", "0"} : std::pair{"1", "7"};
+    case ButtonKind::MarketOnOpen:
+        return {"1", "2"};
+    default:
+        return {"1", "0"};
+    }
+}
 
 struct Quotes {
     const char* bid = "10.00";
@@ -237,7 +282,7 @@ protected:
     std::unique_ptr<BasketExecution> execution;
 };
 
-TEST_P(QuickFixExecutor, AllButtonsGoOutFillsReachTheTotalsRefusalsShowTheirReason) {
+TEST_P(QuickFixExecutor, AllButtonsGoOutWithTheirTagsFillsReachTheTotalsRefusalsShowTheirReason) {
     StartExecutor();
     const std::vector<std::string> listening = Listeners(port);
     ASSERT_EQ(listening.size(), 1u) << "the executor did not start: see executor-screen.log";
@@ -260,11 +305,29 @@ TEST_P(QuickFixExecutor, AllButtonsGoOutFillsReachTheTotalsRefusalsShowTheirReas
     });
     EXPECT_TRUE(settled) << "rejects " << toDesk.rejects.size() << " of " << refused;
 
-    // Each button's order fields and their tags are the send's and the FIX mapping's tests;
-    // here the counterparty answers them. Click b is send b + 1, its one order number 1.
+    // On the wire: each button's side, order type, price and the fixed tags.
+    const std::map<std::string, Tags> sent = SentOrders(dir / "wicker" / "log");
+    ASSERT_EQ(sent.size(), size_t(ExecuteButtonCount));
     std::map<std::string, int> buttonOfId;
     for (int b = 0; b < ExecuteButtonCount; ++b) {
-        buttonOfId[BasketClOrderID("ACCT01", "20240315", int16_t(b + 1), 1)] = b;
+        const ExecuteButtonRule rule = *ExecuteButtonRuleFor(b);
+        SCOPED_TRACE(std::string(rule.caption));
+        Tags tags = sent.at("S" + std::to_string(b));
+        buttonOfId[tags[11]] = b;
+        EXPECT_EQ(tags[1], "ACCT01");
+        EXPECT_FALSE(tags[11].empty());
+        EXPECT_EQ(tags[21], "1");
+        EXPECT_EQ(tags[38], std::to_string(100 * (b + 1)));
+        const auto [ordType, tif] = FixTypeAndTif(rule.kind, GetParam());
+        EXPECT_EQ(tags[40], ordType);
+        EXPECT_EQ(tags[54], FixSide(rule.side));
+        EXPECT_EQ(tags[59], tif);
+        EXPECT_GE(tags[60].size(), 17u) << "TransactTime yyyymmdd-hh:mm:ss";
+        EXPECT_EQ(tags[100], "NASDAQ");
+        ASSERT_EQ(tags.count(44), rule.kind == ButtonKind::Limit ? 1u : 0u);
+        if (rule.kind == ButtonKind::Limit) {
+            EXPECT_DOUBLE_EQ(std::stod(tags[44]), ExpectedPrice(rule.price));
+        }
     }
 
     // In lvBaskets: one row per click (send n is button n-1), limits filled in full at
