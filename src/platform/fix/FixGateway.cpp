@@ -399,8 +399,11 @@ void FixGateway::drain() {
 
 std::optional<std::string> FixGateway::checkStall(std::chrono::steady_clock::time_point now) {
     const bool full = m_window.waiting() > 0 && m_window.outstanding() >= m_window.limit();
-    if (!full) {
-        m_fullSince.reset();
+    // A window kept full by a slow broker that still answers is flow control, not a stall.
+    const bool moved = m_window.answers() != m_answersSeen;
+    m_answersSeen = m_window.answers();
+    if (!full || moved) {
+        m_fullSince = full ? std::optional(now) : std::nullopt;
         if (m_stallReported) {
             m_stallReported = false;
             return "Orders are going out again.";
@@ -414,9 +417,11 @@ std::optional<std::string> FixGateway::checkStall(std::chrono::steady_clock::tim
         return std::nullopt;
     }
     m_stallReported = true;
-    return std::to_string(m_window.waiting()) + " orders are waiting to be sent: the broker has " +
-           "not answered the last " + std::to_string(m_window.outstanding()) +
-           " orders sent (FixSendWindow).";
+    const size_t waiting = m_window.waiting();
+    return std::to_string(waiting) + (waiting == 1 ? " order is" : " orders are") +
+           " waiting to be sent: the broker has answered none of the last " +
+           std::to_string(m_window.outstanding()) + " orders sent for " +
+           std::to_string(StallWarningAfter.count()) + " seconds (FixSendWindow).";
 }
 
 void FixGateway::sendLoop() {

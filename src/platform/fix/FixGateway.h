@@ -152,6 +152,7 @@ private:
     std::vector<FixMessage> m_statusRequests; ///< OrderStatusRequests to send, unpaced
     bool m_stopping = false;
     std::optional<std::chrono::steady_clock::time_point> m_fullSince;
+    size_t m_answersSeen = 0; // the window's answers() at the last check
     bool m_stallReported = false;
     bool m_journalDirty = false;
     int m_cancelCount = 0;

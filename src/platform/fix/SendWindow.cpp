@@ -24,7 +24,7 @@ std::optional<FixMessage> SendWindow::next() {
 }
 
 void SendWindow::answered(const std::string& clOrdID) {
-    m_outstanding.erase(clOrdID);
+    m_answers += m_outstanding.erase(clOrdID);
 }
 
 std::vector<FixMessage> SendWindow::reset() {

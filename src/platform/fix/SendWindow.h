@@ -43,9 +43,12 @@ public:
     size_t waiting() const { return m_waiting.size(); }
     size_t outstanding() const { return m_outstanding.size(); }
     size_t limit() const { return m_limit; }
+    /// How many slots answers have freed so far: a full window that still moves is no stall.
+    size_t answers() const { return m_answers; }
 
 private:
     size_t m_limit;
+    size_t m_answers = 0;
     std::deque<FixMessage> m_waiting;
     std::unordered_set<std::string> m_outstanding;
 };

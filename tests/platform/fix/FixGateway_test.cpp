@@ -142,6 +142,15 @@ TEST_F(FixGatewayTest, WindowHoldsBackOrdersUntilAnswersArrive) {
     ASSERT_TRUE(peer.waitFor([&] { return peer.received().size() == 2; }, 15s));
     EXPECT_FALSE(peer.waitFor([&] { return peer.received().size() > 2; }, 200ms))
         << "two on the wire without an answer";
+    // A window that stays full is told to the trader, and so is its end.
+    const auto saidLast = [&](const std::string& text) {
+        return RecordingGatewayEvents::waitFor([&] {
+            const auto status = events.status();
+            return !status.empty() && status.back().second == text;
+        });
+    };
+    EXPECT_TRUE(saidLast("3 orders are waiting to be sent: the broker has answered none of the "
+                         "last 2 orders sent for 5 seconds (FixSendWindow)."));
     for (int answered = 1; answered <= 3; ++answered) {
         peer.run([answered](FixAcceptor& a) {
             FixMessage m = Ack("A-" + std::to_string(answered));
@@ -149,6 +158,9 @@ TEST_F(FixGatewayTest, WindowHoldsBackOrdersUntilAnswersArrive) {
         });
         ASSERT_TRUE(
             peer.waitFor([&] { return peer.received().size() == size_t(answered + 2); }, 15s));
+        if (answered == 1) { // still full, but moving
+            EXPECT_TRUE(saidLast("Orders are going out again."));
+        }
     }
     const std::vector<FixMessage> got = peer.received();
     for (size_t i = 0; i < got.size(); ++i) {
