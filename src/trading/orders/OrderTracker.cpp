@@ -54,14 +54,31 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     return UpdateOutcome::Added;
 }
 
+namespace {
+
+// What a hand-off knows of an order before any report: one rule for the record and for the
+// tracked order a send fills in place.
+constexpr const char* kHandedOffAction = "Pending New";
+/// "BUY" leaves as it was sent; every report gives the one-letter code.
+std::string HandedOffSide(const std::string& side) {
+    return side.substr(0, 1);
+}
+bool IsMarketOnOpen(int32_t priceType, const std::string& tif) {
+    return priceType == OrderPriceType::Market && tif == "O";
+}
+bool IsMarketOnClose(int32_t priceType) {
+    return priceType == OrderPriceType::MarketOnClose;
+}
+
+} // namespace
+
 QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
                                std::string orderTime) {
     QVXOrderStruct r;
     r.Account = order.Account();
-    r.Action = "Pending New";
+    r.Action = kHandedOffAction;
     r.Destination = order.Destination();
-    // "BUY" leaves as it was sent; every report gives the one-letter code.
-    r.Side = order.Side().substr(0, 1);
+    r.Side = HandedOffSide(order.Side());
     r.Tif = order.Tif();
     r.OrderTime = std::move(orderTime);
     r.LmtPrice = order.LmtPrice();
@@ -70,8 +87,8 @@ QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
     r.OrderRecordId = orderRecordId;
     r.OrderStatus = QVXOrderStatus::PendingNew;
     r.PriceTypeCode = order.PriceType();
-    r.Moo = order.PriceType() == OrderPriceType::Market && order.Tif() == "O";
-    r.Moc = order.PriceType() == OrderPriceType::MarketOnClose;
+    r.Moo = IsMarketOnOpen(r.PriceTypeCode, r.Tif);
+    r.Moc = IsMarketOnClose(r.PriceTypeCode);
     r.Quantity = order.Quantity();
     r.Memo = order.Memo();
     r.ClOrderID = order.ClOrderID();
@@ -101,11 +118,11 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
         o.m_nBasketSeq = m_lastBasket->basketSeq;
         o.m_strClOrderId = order.ClOrderID();
         o.m_strAccount = order.Account();
-        o.m_strAction = "Pending New";
+        o.m_strAction = kHandedOffAction;
         o.m_strDestination = order.Destination();
         o.m_strInstrument = order.Symbol();
         o.m_strOrderTime = NowText();
-        o.m_strSide = order.Side().substr(0, 1);
+        o.m_strSide = HandedOffSide(order.Side());
         o.m_strTif = order.Tif();
         o.m_fLmtPrice = order.LmtPrice();
         o.m_nDisplay = order.MaxFloor();
@@ -114,8 +131,8 @@ void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId
         o.m_nOrderStatus = QVXOrderStatus::PendingNew;
         o.m_nPriceType = order.PriceType();
         o.m_nQuantity = order.Quantity();
-        o.m_bMoo = o.m_nPriceType == OrderPriceType::Market && o.m_strTif == "O";
-        o.m_bMoc = o.m_nPriceType == OrderPriceType::MarketOnClose;
+        o.m_bMoo = IsMarketOnOpen(o.m_nPriceType, o.m_strTif);
+        o.m_bMoc = IsMarketOnClose(o.m_nPriceType);
         IndexLast(NowText());
     } catch (...) {
         m_orders.pop_back(); // never an order the indexes do not know
