@@ -175,19 +175,7 @@ int32_t FixGateway::SubmitOrder(const OrderTicket& ticket) {
     if (!isLoggedOn()) {
         return OfflineRejectReason;
     }
-    FixOrderState order;
-    order.clOrdID = ticket.clOrderID;
-    order.account = ticket.account;
-    order.side = ticket.side;
-    order.symbol = ticket.symbol;
-    order.destination = ticket.destination;
-    order.tif = ticket.tif;
-    order.memo = ticket.memo;
-    order.priceType = ticket.priceType;
-    order.lmtPrice = ticket.lmtPrice;
-    order.maxFloor = ticket.maxFloor;
-    order.quantity = ticket.quantity;
-    const int32_t recordId = m_book.addOrder(std::move(order));
+    const int32_t recordId = m_book.addOrder(ticket);
     bool wake = false;
     {
         std::unique_lock lock(m_sendMutex);

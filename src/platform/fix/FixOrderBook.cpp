@@ -193,39 +193,50 @@ void FixOrderBook::restoreMemo(const std::string& clOrdID, const std::string& me
     m_memos[clOrdID] = memo;
 }
 
-int32_t FixOrderBook::addOrder(FixOrderState order) {
+int32_t FixOrderBook::addOrder(const OrderTicket& t) {
     std::lock_guard lock(m_mutex);
-    FixOrderState s;
-    s.recordId = static_cast<int32_t>(m_orders.size() + 1);
-    s.clOrdID = std::move(order.clOrdID);
-    s.currentClOrdID = s.clOrdID;
-    s.account = std::move(order.account);
+    // Made where it stays: a send adds thousands while the trader waits.
+    FixOrderState& s = m_orders.emplace_back();
+    s.recordId = static_cast<int32_t>(m_orders.size());
+    s.clOrdID = t.clOrderID;
+    s.currentClOrdID = t.clOrderID;
+    s.account = t.account;
     // Updates speak in one-letter side codes: the limit buys' "BUY" is a "B" like the others.
-    s.side = SideCodeOf(FixSideOf(order.side).value_or("")).value_or(order.side);
-    s.symbol = std::move(order.symbol);
-    s.destination = std::move(order.destination);
-    s.tif = std::move(order.tif);
-    s.memo = std::move(order.memo);
-    s.priceType = order.priceType;
-    s.lmtPrice = order.lmtPrice;
-    s.maxFloor = order.maxFloor;
-    s.quantity = order.quantity;
-    s.leaves = order.quantity;
+    s.side = SideCodeOf(FixSideOf(t.side).value_or("")).value_or(t.side);
+    s.symbol = t.symbol;
+    s.destination = t.destination;
+    s.tif = t.tif;
+    s.memo = t.memo;
+    s.priceType = t.priceType;
+    s.lmtPrice = t.lmtPrice;
+    s.maxFloor = t.maxFloor;
+    s.quantity = t.quantity;
+    s.leaves = t.quantity;
     s.ordStatus = "A";
     s.status = OrdStatusText(s.ordStatus);
-    const int32_t id = s.recordId;
     // The memo stays with the order: the memos by id serve reports of ids the book lacks.
-    m_byClOrdID[s.clOrdID] = id;
+    m_byClOrdID.try_emplace(s.clOrdID, s.recordId).first->second = s.recordId;
     m_awaiting.insert(s.clOrdID);
-    m_orders.push_back(std::move(s));
-    return id;
+    return s.recordId;
 }
 
 int32_t FixOrderBook::adoptOrder(const FixOrderState& known) {
     if (known.clOrdID.empty() || findByClOrdID(known.clOrdID)) {
         return 0;
     }
-    const int32_t id = addOrder(known);
+    OrderTicket ticket;
+    ticket.clOrderID = known.clOrdID;
+    ticket.account = known.account;
+    ticket.side = known.side;
+    ticket.symbol = known.symbol;
+    ticket.destination = known.destination;
+    ticket.tif = known.tif;
+    ticket.memo = known.memo;
+    ticket.priceType = known.priceType;
+    ticket.lmtPrice = known.lmtPrice;
+    ticket.maxFloor = known.maxFloor;
+    ticket.quantity = known.quantity;
+    const int32_t id = addOrder(ticket);
     std::lock_guard lock(m_mutex);
     FixOrderState& o = m_orders[static_cast<size_t>(id - 1)];
     m_awaiting.erase(o.clOrdID); // nothing was sent now: no answer is awaited

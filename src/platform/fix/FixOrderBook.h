@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/OrderTicket.h"
 #include "platform/fix/engine/FixWire.h"
 
 #include <cstdint>
@@ -114,10 +115,8 @@ public:
 
     /// Memos of orders sent in earlier runs, by ClOrdID.
     void restoreMemo(const std::string& clOrdID, const std::string& memo);
-    /// A new order about to be sent; returns its record id. Fields other than identity,
-    /// account, side, symbol, destination, TIF, memo, price type, price, max floor and
-    /// quantity are ignored.
-    int32_t addOrder(FixOrderState order);
+    /// A new order about to be sent; returns its record id.
+    int32_t addOrder(const OrderTicket& ticket);
     /// An order of an earlier run, taken as it was last known (quantities, average price,
     /// OrdStatus when set) without sending anything; returns its record id, in the same
     /// sequence as new orders. 0 when the ClOrdID is empty or already in the book.

@@ -43,11 +43,11 @@ inline OrderTicket LimitTicket(const std::string& clOrdID, const std::string& si
                    .destination = "NASDAQ"});
 }
 
-/// An order's state as the book keeps it when it goes out: a limit of IBM at 10.50.
-inline FixOrderState Sent(const std::string& clOrdID, int32_t qty = 300,
-                          const std::string& side = "B") {
-    FixOrderState o;
-    o.clOrdID = clOrdID;
+/// An order as it goes out: a limit of IBM at 10.50.
+inline OrderTicket Sent(const std::string& clOrdID, int32_t qty = 300,
+                        const std::string& side = "B") {
+    OrderTicket o;
+    o.clOrderID = clOrdID;
     o.account = "ACCT01";
     o.side = side;
     o.symbol = "IBM";

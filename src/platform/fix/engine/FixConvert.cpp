@@ -74,6 +74,27 @@ FIX::Message ToQuickFix(const FixMessage& message, const std::string& beginStrin
     return m;
 }
 
+bool RefillQuickFix(FIX::Message& out, const FixMessage& message) {
+    if (!message.groups.empty() || out.g_begin() != out.g_end() ||
+        static_cast<size_t>(std::distance(out.begin(), out.end())) != message.fields.size() ||
+        !out.getHeader().isSetField(FIX::FIELD::MsgType) ||
+        out.getHeader().getField(FIX::FIELD::MsgType) != message.msgType) {
+        return false;
+    }
+    // As many fields and each of `out`'s tags found: the same tags, each once.
+    for (FIX::FieldBase& field : out) {
+        const auto value = std::find_if(message.fields.begin(), message.fields.end(),
+                                        [&](const FixField& f) { return f.tag == field.getTag(); });
+        if (value == message.fields.end() || value->value.empty()) {
+            return false;
+        }
+        if (value->value != field.getString()) {
+            field.setString(value->value);
+        }
+    }
+    return true;
+}
+
 FixMessage FromQuickFix(const FIX::Message& message) {
     FixMessage out;
     const FIX::Header& header = message.getHeader();

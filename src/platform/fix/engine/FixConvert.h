@@ -13,6 +13,11 @@ namespace wicker {
 
 /// A QuickFIX message of `beginString` with the type, body fields and groups of `message`.
 FIX::Message ToQuickFix(const FixMessage& message, const std::string& beginString);
+/// Rewrites `out`, a message built by ToQuickFix before, as `message` when both have the
+/// same type, the same body tags once each and no groups (one order of a basket after
+/// another): the values go into the fields in place, nothing is built or freed. False when
+/// they differ; `out` must then be built again.
+bool RefillQuickFix(FIX::Message& out, const FixMessage& message);
 /// The type, body fields, groups, MsgSeqNum and PossDupFlag of a received message.
 FixMessage FromQuickFix(const FIX::Message& message);
 
