@@ -653,6 +653,18 @@ void FixGateway::onSending(const std::string& msgType, int msgSeqNum, const std:
 void FixGateway::onStaleNotResent(const std::string& msgType, int, const std::string& clOrdID) {
     if (IsOrderFlow(msgType)) {
         m_book.notSent(clOrdID, *this, FixOrderBook::kLostNotResent);
+    } else if (msgType == "H") {
+        // A gap-filled status request is never answered: its order is asked about again.
+        if (std::optional<FixOrderState> order = m_book.findByClOrdID(clOrdID)) {
+            {
+                std::lock_guard lock(m_sendMutex);
+                if (!m_online) {
+                    return; // the next logon asks about every open order
+                }
+                askStatus({*order});
+            }
+            m_sendWake.notify_one();
+        }
     } else if (msgType == "V") {
         std::lock_guard lock(m_quoteMutex); // gap-filled: its answer will never come
         m_pacer.answered(clOrdID);

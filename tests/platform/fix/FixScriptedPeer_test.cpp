@@ -173,6 +173,13 @@ TEST_F(FixScriptedPeer, AfterThePeerRestartsOpenOrdersAreAskedAboutAndNewExecIDs
     ASSERT_EQ(asked.size(), 2u);
     EXPECT_EQ(FieldOf(asked[0], 11), "A-1");
     EXPECT_EQ(FieldOf(asked[1], 11), "A-2");
+    // The peer lost them and asks for them again: a stale request is gap-filled, not resent,
+    // so both are asked about anew or their orders would wait for an answer for ever.
+    peer.send("35=2|7=" + FieldOf(asked[0], 34) + "|16=0");
+    const std::vector<std::string> all = peer.collect("H", 300ms);
+    ASSERT_EQ(all.size(), 4u);
+    EXPECT_EQ(FieldOf(all[2], 11), "A-1");
+    EXPECT_EQ(FieldOf(all[3], 11), "A-2");
     // A-1 as the peer knows it now (filled while we were away); A-2 it never got.
     peer.send("35=8|37=O1|11=A-1|17=1|20=3|150=2|39=2|55=IBM|54=1|38=300|151=0|14=300|6=10|32=100");
     peer.send("35=8|37=NONE|11=A-2|17=2|20=3|150=8|39=8|55=IBM|54=1|151=0|14=0|103=5");
