@@ -40,21 +40,25 @@ const TifName* FindLetter(std::string_view letter) {
 }
 
 // The fields that carry a TIF letter, or nothing when this broker has no way to send it.
-std::optional<std::vector<FixField>> TifFields(std::string_view letter, const TifProfile& profile) {
+/// Appends the TIF tags of a letter: the profile's own, or the standard TimeInForce(59).
+bool AppendTif(std::vector<FixField>& out, std::string_view letter, const TifProfile& profile) {
     if (auto it = profile.letters.find(letter); it != profile.letters.end()) {
-        return it->second;
+        out.insert(out.end(), it->second.begin(), it->second.end());
+        return true;
     }
     const TifName* t = FindLetter(letter);
     if (t == nullptr || t->standardTimeInForce.empty()) {
-        return std::nullopt;
+        return false;
     }
-    return std::vector<FixField>{{59, std::string(t->standardTimeInForce)}};
+    out.push_back({59, std::string(t->standardTimeInForce)});
+    return true;
 }
 
-void SetTimeInForce(std::vector<FixField>& fields, std::string value) {
-    for (FixField& f : fields) {
-        if (f.tag == 59) {
-            f.value = std::move(value);
+/// TimeInForce(59) of the fields from `first` on becomes `value`, added when missing.
+void SetTimeInForce(std::vector<FixField>& fields, size_t first, std::string value) {
+    for (size_t i = first; i < fields.size(); ++i) {
+        if (fields[i].tag == 59) {
+            fields[i].value = std::move(value);
             return;
         }
     }
@@ -151,40 +155,48 @@ std::optional<std::vector<FixField>> ParseTifTags(std::string_view text) {
     return out;
 }
 
-OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double limitPrice,
-                           FixVersion version, const TifProfile& profile) {
+int AppendOrderType(std::vector<FixField>& out, int32_t priceType, std::string_view tifLetter,
+                    double limitPrice, FixVersion version, const TifProfile& profile) {
     constexpr int BadPriceType = -5;
     constexpr int BadTif = -6;
     if (priceType != OrderPriceType::Market && priceType != OrderPriceType::MarketOnClose &&
         priceType != OrderPriceType::Limit) {
-        return {BadPriceType, {}};
+        return BadPriceType;
     }
-    std::optional<std::vector<FixField>> tif = TifFields(tifLetter, profile);
-    if (!tif) {
-        return {BadTif, {}};
-    }
-    OrderTypeTags out;
+    const size_t first = out.size();
+    bool atTheClose = false;
     switch (priceType) {
     case OrderPriceType::Limit:
-        if (!std::isfinite(limitPrice)) {
-            return {BadPriceType, {}};
-        }
-        out.fields.push_back({40, "2"});
-        out.fields.push_back({44, FormatFixPrice(limitPrice)});
+        out.push_back({40, "2"});
+        out.push_back({44, FormatFixPrice(limitPrice)});
         break;
     case OrderPriceType::MarketOnClose:
-        if (version == FixVersion::Fix44) {
-            out.fields.push_back({40, "1"});
-            SetTimeInForce(*tif, "7");
-        } else {
-            out.fields.push_back({40, "5"});
-        }
+        atTheClose = version == FixVersion::Fix44;
+        out.push_back({40, atTheClose ? "1" : "5"});
         break;
     default:
-        out.fields.push_back({40, "1"});
+        out.push_back({40, "1"});
         break;
     }
-    out.fields.insert(out.fields.end(), tif->begin(), tif->end());
+    const size_t tif = out.size();
+    if (!AppendTif(out, tifLetter, profile)) {
+        out.resize(first);
+        return BadTif;
+    }
+    if (priceType == OrderPriceType::Limit && !std::isfinite(limitPrice)) {
+        out.resize(first);
+        return BadPriceType;
+    }
+    if (atTheClose) {
+        SetTimeInForce(out, tif, "7");
+    }
+    return 0;
+}
+
+OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double limitPrice,
+                           FixVersion version, const TifProfile& profile) {
+    OrderTypeTags out;
+    out.refusal = AppendOrderType(out.fields, priceType, tifLetter, limitPrice, version, profile);
     return out;
 }
 

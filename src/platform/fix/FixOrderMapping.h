@@ -54,6 +54,10 @@ struct OrderTypeTags {
 /// TimeInForce 7 (at the close) in FIX 4.4.
 OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double limitPrice,
                            FixVersion version, const TifProfile& profile);
+/// The same tags appended to `out`; returns the refusal (0: none, and `out` unchanged
+/// otherwise).
+int AppendOrderType(std::vector<FixField>& out, int32_t priceType, std::string_view tifLetter,
+                    double limitPrice, FixVersion version, const TifProfile& profile);
 
 /// A price as FIX decimal text: plain notation, no exponent, trailing zeros dropped.
 std::string FormatFixPrice(double price);

@@ -59,10 +59,6 @@ NewOrderSingleOrRefusal BuildNewOrderSingle(const OrderTicket& t, const FixOrder
     if (t.symbol.empty()) {
         return {-4, {}};
     }
-    OrderTypeTags type = MapOrderType(t.priceType, t.tif, t.lmtPrice, p.version, p.tif);
-    if (type.refusal != 0) {
-        return {type.refusal, {}};
-    }
     NewOrderSingleOrRefusal out;
     FixMessage& m = out.message;
     m.msgType = "D";
@@ -74,7 +70,11 @@ NewOrderSingleOrRefusal BuildNewOrderSingle(const OrderTicket& t, const FixOrder
     m.add(54, *side);
     m.add(55, t.symbol);
     m.add(60, FixTimestamp(clock.now()));
-    m.fields.insert(m.fields.end(), type.fields.begin(), type.fields.end());
+    if (const int refusal =
+            AppendOrderType(m.fields, t.priceType, t.tif, t.lmtPrice, p.version, p.tif);
+        refusal != 0) {
+        return {refusal, {}};
+    }
     if (!t.destination.empty()) {
         m.add(100, t.destination);
     }
