@@ -41,6 +41,44 @@ constexpr int TagRefMsgType = 372;
 constexpr int TagBusinessRejectRefID = 379;
 constexpr int TagBusinessRejectReason = 380;
 
+// An execution report's fields read in one go: the book asks for most of them more than once.
+class ReportView final : public FixFieldReader {
+public:
+    explicit ReportView(const FixFieldReader& m) : m_message(m) {
+        m.findAll(kTags.data(), kTags.size(), m_values.data());
+    }
+    const std::string& msgType() const override { return m_message.msgType(); }
+    const std::string* find(int tag) const override {
+        const int at = tag >= 0 && tag < kIndexSize ? kIndex[static_cast<size_t>(tag)] : -1;
+        return at >= 0 ? m_values[static_cast<size_t>(at)] : m_message.find(tag);
+    }
+    FixMessage copy() const override { return m_message.copy(); }
+
+private:
+    static constexpr std::array<int, 22> kTags{
+        TagAccount,       TagAvgPx,       TagClOrdID,      TagCumQty,        TagExecID,
+        TagExecTransType, TagLastPx,      TagLastShares,   TagOrderID,       TagOrderQty,
+        TagOrdStatus,     TagOrigClOrdID, TagPrice,        TagSide,          TagSymbol,
+        TagText,          TagTimeInForce, TagTransactTime, TagExDestination, TagOrdRejReason,
+        TagExecType,      TagLeavesQty};
+    static constexpr int kIndexSize = TagLeavesQty + 1;
+    // Tag -> position in kTags, -1 for the tags read on demand.
+    static constexpr std::array<int8_t, kIndexSize> kIndex = [] {
+        std::array<int8_t, kIndexSize> index{};
+        for (int8_t& i : index) {
+            i = -1;
+        }
+        for (size_t i = 0; i < kTags.size(); ++i) {
+            index[static_cast<size_t>(kTags[i])] = static_cast<int8_t>(i);
+        }
+        return index;
+    }();
+    static_assert(std::is_sorted(kTags.begin(), kTags.end()));
+
+    const FixFieldReader& m_message;
+    std::array<const std::string*, kTags.size()> m_values{};
+};
+
 const std::string& Value(const FixFieldReader& m, int tag) {
     static const std::string empty;
     const std::string* v = m.find(tag);
@@ -379,7 +417,7 @@ std::vector<std::string> FixOrderBook::apply(const FixFieldReader& message, FixB
     Run out{events, {}};
     const std::string& type = message.msgType();
     if (type == "8") {
-        applyExecutionReport(message, out);
+        applyExecutionReport(ReportView(message), out);
     } else if (type == "9") {
         applyCancelReject(message, out);
     } else if (type == "3") {
