@@ -79,6 +79,13 @@ private:
     std::array<const std::string*, kTags.size()> m_values{};
 };
 
+/// Assigns only a changed text: a report repeats most of what the order has.
+void Keep(std::string& field, const std::string& value) {
+    if (field != value) {
+        field = value;
+    }
+}
+
 const std::string& Value(const FixFieldReader& m, int tag) {
     static const std::string empty;
     const std::string* v = m.find(tag);
@@ -445,15 +452,34 @@ bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
     // only for the same order and the same CumQty. One that states another CumQty is a
     // new report (CumQty is authoritative; an overfill still gives its warning).
     const int32_t cum = cumQty.value_or(-1);
-    const auto [it, inserted] = m_execIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
-    if (inserted) {
+    // A repeat when stated before with this CumQty (or with none now); another CumQty is
+    // remembered for the next repeat.
+    const auto seenBefore = [cum](int32_t& stated) {
+        if (cum < 0 || stated == cum) {
+            return true;
+        }
+        stated = cum;
+        return false;
+    };
+    const auto index = static_cast<size_t>(o.recordId - 1);
+    if (m_execIDs.size() <= index) {
+        m_execIDs.resize(index + 1);
+    }
+    std::vector<ExecSeen>& beside = m_execIDs[index];
+    for (ExecSeen& seen : beside) {
+        if (seen.execID == execID) {
+            return seenBefore(seen.cum);
+        }
+    }
+    if (beside.size() < kExecIDsBeside) {
+        if (beside.empty()) {
+            beside.reserve(2); // an acknowledgement and a fill, most of the time
+        }
+        beside.push_back(ExecSeen{execID, cum});
         return false;
     }
-    if (cum < 0 || it->second == cum) {
-        return true;
-    }
-    it->second = cum;
-    return false;
+    const auto [it, inserted] = m_moreExecIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
+    return !inserted && seenBefore(it->second);
 }
 
 void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text, Run& out) {
@@ -533,11 +559,11 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
             m_byClOrdID.try_emplace(clOrdID, o.recordId);
         }
         if (!stillPending) {
-            o.currentClOrdID = clOrdID;
+            Keep(o.currentClOrdID, clOrdID);
         }
     }
     if (!orderID.empty()) {
-        o.orderID = orderID;
+        Keep(o.orderID, orderID);
         m_byOrderID[orderID] = o.recordId;
     }
     if (n.quantity && !announcement) {
@@ -577,13 +603,13 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
         o.pendingReplace.clear();
     }
     if (const std::string* s = m.find(TagOrdStatus)) {
-        o.ordStatus = *s;
+        Keep(o.ordStatus, *s);
     }
     if (const std::string* s = m.find(TagExecType)) {
-        o.execType = *s;
+        Keep(o.execType, *s);
     }
-    o.status = OrdStatusText(o.ordStatus);
-    o.text = Value(m, TagText);
+    Keep(o.status, OrdStatusText(o.ordStatus));
+    Keep(o.text, Value(m, TagText));
     o.transactTime = Value(m, TagTransactTime);
     ++o.updates;
 
