@@ -79,6 +79,11 @@ private:
     std::array<const std::string*, kTags.size()> m_values{};
 };
 
+/// A one-character code field (ExecType, OrdStatus, MsgType...) with this value.
+bool IsCode(const std::string& value, char code) {
+    return value.size() == 1 && value[0] == code;
+}
+
 /// Assigns only a changed text: a report repeats most of what the order has.
 void Keep(std::string& field, const std::string& value) {
     if (field != value) {
@@ -164,7 +169,8 @@ std::string RejectTextOf(const FixFieldReader& m, FixReasonTag tag) {
 bool IsStatusReport(const FixFieldReader& m) {
     const std::string* execType = m.find(TagExecType);
     const std::string* transType = m.find(TagExecTransType);
-    return (execType != nullptr && *execType == "I") || (transType != nullptr && *transType == "3");
+    return (execType != nullptr && IsCode(*execType, 'I')) ||
+           (transType != nullptr && IsCode(*transType, '3'));
 }
 
 bool IsFinal(std::string_view ordStatus) {
@@ -185,7 +191,7 @@ int32_t ReasonOf(const FixFieldReader& m, int tag) {
 }
 
 bool IsRejected(const FixFieldReader& m) {
-    return Value(m, TagExecType) == "8" || Value(m, TagOrdStatus) == "8";
+    return IsCode(Value(m, TagExecType), '8') || IsCode(Value(m, TagOrdStatus), '8');
 }
 
 // Events kept in an outcome, in order.
@@ -423,11 +429,11 @@ std::vector<std::string> FixOrderBook::apply(const FixFieldReader& message, FixB
     std::lock_guard lock(m_mutex);
     Run out{events, {}};
     const std::string& type = message.msgType();
-    if (type == "8") {
+    if (IsCode(type, '8')) {
         applyExecutionReport(ReportView(message), out);
-    } else if (type == "9") {
+    } else if (IsCode(type, '9')) {
         applyCancelReject(message, out);
-    } else if (type == "3") {
+    } else if (IsCode(type, '3')) {
         applyReject(message, TagSessionRejectReason, out);
     } else if (type == "j") {
         applyReject(message, TagBusinessRejectReason, out);
@@ -445,7 +451,7 @@ FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
 bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
                             std::optional<int32_t> cumQty) {
     // "0" is what some brokers put in status reports, which carry no fill.
-    if (execID.empty() || execID == "0") {
+    if (execID.empty() || IsCode(execID, '0')) {
         return false;
     }
     // A counterparty that restarts numbers its ExecIDs from 1 again: an ExecID repeats
@@ -465,17 +471,14 @@ bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
     if (m_execIDs.size() <= index) {
         m_execIDs.resize(index + 1);
     }
-    std::vector<ExecSeen>& beside = m_execIDs[index];
-    for (ExecSeen& seen : beside) {
-        if (seen.execID == execID) {
-            return seenBefore(seen.cum);
+    ExecIDsBeside& beside = m_execIDs[index];
+    for (size_t i = 0; i < beside.count; ++i) {
+        if (beside.seen[i].execID == execID) {
+            return seenBefore(beside.seen[i].cum);
         }
     }
-    if (beside.size() < kExecIDsBeside) {
-        if (beside.empty()) {
-            beside.reserve(2); // an acknowledgement and a fill, most of the time
-        }
-        beside.push_back(ExecSeen{execID, cum});
+    if (beside.count < beside.seen.size()) {
+        beside.seen[beside.count++] = ExecSeen{execID, cum};
         return false;
     }
     const auto [it, inserted] = m_moreExecIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
@@ -551,8 +554,9 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     const std::string& execType = Value(m, TagExecType);
     // Pending replace: the broker has the request but the order still stands as it was
     // (a fill may still come in under the old terms).
-    const bool stillPending = replaceAnswer && (execType == "E" || Value(m, TagOrdStatus) == "E");
-    const bool announcement = stillPending && execType == "E";
+    const bool stillPending =
+        replaceAnswer && (IsCode(execType, 'E') || IsCode(Value(m, TagOrdStatus), 'E'));
+    const bool announcement = stillPending && IsCode(execType, 'E');
     if (!clOrdID.empty()) {
         // The order's own ids are known already; a new one (a cancel's) is added.
         if (clOrdID != o.currentClOrdID && clOrdID != o.clOrdID) {

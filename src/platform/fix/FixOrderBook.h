@@ -2,6 +2,7 @@
 
 #include "platform/fix/engine/FixWire.h"
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -202,13 +203,17 @@ private:
     std::unordered_map<int, std::string> m_clOrdIDBySeq;
     std::unordered_map<std::string, std::string> m_memos;
     // ExecIDs applied, with the CumQty each stated: an order's first few beside it (index =
-    // recordId - 1; a scan of a handful beats hashing), any beyond them by order and ExecID.
+    // recordId - 1; a scan of a handful beats hashing and allocates nothing), any beyond them
+    // by order and ExecID.
     struct ExecSeen {
         std::string execID;
         int32_t cum = 0;
     };
-    static constexpr size_t kExecIDsBeside = 8;
-    std::deque<std::vector<ExecSeen>> m_execIDs;
+    struct ExecIDsBeside {
+        std::array<ExecSeen, 3> seen; // an acknowledgement and two fills
+        size_t count = 0;
+    };
+    std::deque<ExecIDsBeside> m_execIDs;
     struct ExecKey {
         int32_t recordId = 0;
         std::string execID;
