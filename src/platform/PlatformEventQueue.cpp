@@ -91,15 +91,15 @@ void PlatformEventQueue::MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& 
 
 void PlatformEventQueue::Batch::swap(Batch& other) noexcept {
     events.swap(other.events);
-    slots.swap(other.slots);
+    orderSlots.swap(other.orderSlots);
     std::swap(used, other.used);
 }
 
 QVXOrderStruct& PlatformEventQueue::slotFor(Filler filler) {
-    if (m_pending.used == m_pending.slots.size()) {
-        m_pending.slots.emplace_back();
+    if (m_pending.used == m_pending.orderSlots.size()) {
+        m_pending.orderSlots.emplace_back();
     }
-    Slot& slot = m_pending.slots[m_pending.used];
+    Slot& slot = m_pending.orderSlots[m_pending.used];
     if (slot.filler != filler) {
         slot.record = QVXOrderStruct{};
         slot.filler = filler;
@@ -125,8 +125,8 @@ std::function<void()> PlatformEventQueue::wakeAfterPush() {
 void PlatformEventQueue::recycle(Batch& batch) {
     batch.events.clear();
     batch.used = 0;
-    if (batch.slots.size() > kKeptSlots) {
-        batch.slots.resize(kKeptSlots);
+    if (batch.orderSlots.size() > kKeptSlots) {
+        batch.orderSlots.resize(kKeptSlots);
     }
 }
 
@@ -136,8 +136,9 @@ void PlatformEventQueue::push(Event event) {
         std::lock_guard lock(m_mutex);
         if (auto* update = std::get_if<QVXOrderStruct>(&event)) {
             // A whole record: it replaces the slot's, so no filler's fields linger.
-            Slot& slot = m_pending.used < m_pending.slots.size() ? m_pending.slots[m_pending.used]
-                                                                 : m_pending.slots.emplace_back();
+            Slot& slot = m_pending.used < m_pending.orderSlots.size()
+                             ? m_pending.orderSlots[m_pending.used]
+                             : m_pending.orderSlots.emplace_back();
             slot.record = std::move(*update);
             slot.filler = nullptr;
             wake = commitSlot();
@@ -194,7 +195,7 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
     const Deliver others{orders, quotes};
     const auto deliver = [&](const auto& e) {
         if constexpr (std::is_same_v<std::decay_t<decltype(e)>, OrderSlot>) {
-            orders.OnQVXOrderUpdate(m_draining.slots[e.index].record);
+            orders.OnQVXOrderUpdate(m_draining.orderSlots[e.index].record);
         } else {
             others(e);
         }

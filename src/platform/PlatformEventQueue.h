@@ -73,7 +73,7 @@ public:
     std::size_t size() const;
 
 private:
-    /// An order update: the index of its record among its batch's slots.
+    /// An order update: the index of its slot in its batch.
     struct OrderSlot {
         std::size_t index = 0;
     };
@@ -88,7 +88,7 @@ private:
     /// in slots that serve batch after batch; a deque, so a slot never moves.
     struct Batch {
         std::vector<Queued> events;
-        std::deque<Slot> slots;
+        std::deque<Slot> orderSlots;
         std::size_t used = 0; ///< slots holding this batch's updates
         void swap(Batch& other) noexcept;
     };
