@@ -4,6 +4,7 @@
 #include <malloc.h>
 #endif
 
+#include <type_traits>
 #include <utility>
 
 namespace wicker {
@@ -11,6 +12,9 @@ namespace {
 
 /// Events delivered in one go from which on their room is given back to the system.
 constexpr std::size_t kBurst = 1000;
+/// Order-update slots a delivered batch keeps for the next one: enough for a steady flow of
+/// reports, little enough (about 300 KB) to keep all day.
+constexpr std::size_t kKeptSlots = 256;
 
 /// A burst's events (a basket's acknowledgements, a busy tick's quotes: about 1 KB each) were
 /// allocated one after another and are free together once delivered; the allocator keeps such
@@ -25,7 +29,6 @@ struct Deliver {
     QVXEvents& orders;
     QVXQuoteEvents& quotes;
 
-    void operator()(const QVXOrderStruct& e) const { orders.OnQVXOrderUpdate(e); }
     void operator()(const QVXRejectStruct& e) const { orders.OnQVXOrderReject(e); }
     void operator()(const QVXOrderWarning& e) const { orders.OnQVXOrderWarning(e); }
     void operator()(const PlatformEventQueue::QuoteSnap& e) const {
@@ -86,28 +89,84 @@ void PlatformEventQueue::MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& 
     into.Fields |= later.Fields;
 }
 
+void PlatformEventQueue::Batch::swap(Batch& other) noexcept {
+    events.swap(other.events);
+    orderSlots.swap(other.orderSlots);
+    std::swap(used, other.used);
+}
+
+QVXOrderStruct& PlatformEventQueue::slotFor(Filler filler) {
+    if (m_pending.used == m_pending.orderSlots.size()) {
+        m_pending.orderSlots.emplace_back();
+    }
+    Slot& slot = m_pending.orderSlots[m_pending.used];
+    if (slot.filler != filler) {
+        slot.record = QVXOrderStruct{};
+        slot.filler = filler;
+    }
+    return slot.record;
+}
+
+std::function<void()> PlatformEventQueue::commitSlot() {
+    m_pending.events.emplace_back(OrderSlot{m_pending.used});
+    ++m_pending.used;
+    m_runUpdates.clear(); // an order keeps its place among the quote updates around it
+    return wakeAfterPush();
+}
+
+std::function<void()> PlatformEventQueue::wakeAfterPush() {
+    if (m_wakePending || !m_wake) {
+        return {};
+    }
+    m_wakePending = true;
+    return m_wake;
+}
+
+void PlatformEventQueue::recycle(Batch& batch) {
+    batch.events.clear();
+    batch.used = 0;
+    if (batch.orderSlots.size() > kKeptSlots) {
+        batch.orderSlots.resize(kKeptSlots);
+    }
+}
+
 void PlatformEventQueue::push(Event event) {
     std::function<void()> wake;
     {
         std::lock_guard lock(m_mutex);
-        bool merged = false;
-        if (auto* update = std::get_if<QuoteUpdate>(&event); update != nullptr && m_conflate) {
-            const auto [at, added] =
-                m_runUpdates.try_emplace(update->quote.Symbol, m_pending.size());
-            if (!added) {
-                MergeQuote(std::get<QuoteUpdate>(m_pending[at->second]).quote, update->quote);
-                merged = true;
-            }
+        if (auto* update = std::get_if<QVXOrderStruct>(&event)) {
+            // A whole record: it replaces the slot's, so no filler's fields linger.
+            Slot& slot = m_pending.used < m_pending.orderSlots.size()
+                             ? m_pending.orderSlots[m_pending.used]
+                             : m_pending.orderSlots.emplace_back();
+            slot.record = std::move(*update);
+            slot.filler = nullptr;
+            wake = commitSlot();
         } else {
-            // Orders, snapshots and status keep their place among the updates around them.
-            m_runUpdates.clear();
-        }
-        if (!merged) {
-            m_pending.push_back(std::move(event));
-        }
-        if (!m_wakePending && m_wake) {
-            m_wakePending = true;
-            wake = m_wake;
+            bool merged = false;
+            if (auto* quote = std::get_if<QuoteUpdate>(&event); quote != nullptr && m_conflate) {
+                const auto [at, added] =
+                    m_runUpdates.try_emplace(quote->quote.Symbol, m_pending.events.size());
+                if (!added) {
+                    MergeQuote(std::get<QuoteUpdate>(m_pending.events[at->second]).quote,
+                               quote->quote);
+                    merged = true;
+                }
+            } else {
+                // Snapshots and status keep their place among the updates around them.
+                m_runUpdates.clear();
+            }
+            if (!merged) {
+                std::visit(
+                    [this](auto&& e) {
+                        using T = std::decay_t<decltype(e)>;
+                        if constexpr (!std::is_same_v<T, QVXOrderStruct>) {
+                            m_pending.events.emplace_back(std::move(e));
+                        }
+                    },
+                    std::move(event));
+            }
+            wake = wakeAfterPush();
         }
     }
     if (wake) {
@@ -121,32 +180,39 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
         // From here on, a push schedules another drain.
         std::lock_guard lock(m_mutex);
         m_wakePending = false;
-        if (m_next == m_draining.size()) {
-            m_draining.clear();
+        if (m_next == m_draining.events.size()) {
+            recycle(m_draining);
             m_next = 0;
             m_draining.swap(m_pending);
             m_runUpdates.clear();
         }
     };
-    if (m_gate && m_next == m_draining.size()) {
+    if (m_gate && m_next == m_draining.events.size()) {
         m_gate(take);
     } else {
         take();
     }
-    const Deliver deliver{orders, quotes};
+    const Deliver others{orders, quotes};
+    const auto deliver = [&](const auto& e) {
+        if constexpr (std::is_same_v<std::decay_t<decltype(e)>, OrderSlot>) {
+            orders.OnQVXOrderUpdate(m_draining.orderSlots[e.index].record);
+        } else {
+            others(e);
+        }
+    };
     std::size_t delivered = 0;
-    while (m_next < m_draining.size() && delivered < maxEvents) {
+    while (m_next < m_draining.events.size() && delivered < maxEvents) {
         // Advance first: a handler that throws must not see its event again.
-        const Event& event = m_draining[m_next++];
+        const Queued& event = m_draining.events[m_next++];
         ++delivered;
         std::visit(deliver, event);
     }
-    if (m_next == m_draining.size() && m_draining.size() >= kBurst) {
-        m_draining.clear();
+    if (m_next == m_draining.events.size() && m_draining.events.size() >= kBurst) {
+        Batch().swap(m_draining);
         m_next = 0;
         GiveBackFreedPages();
     }
-    if (m_next < m_draining.size()) {
+    if (m_next < m_draining.events.size()) {
         std::function<void()> wake;
         {
             std::lock_guard lock(m_mutex);
@@ -164,7 +230,7 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
 
 std::size_t PlatformEventQueue::size() const {
     std::lock_guard lock(m_mutex);
-    return m_pending.size() + (m_draining.size() - m_next);
+    return m_pending.events.size() + (m_draining.events.size() - m_next);
 }
 
 } // namespace wicker

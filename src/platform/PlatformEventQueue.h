@@ -44,6 +44,13 @@ public:
     void setWakeUp(std::function<void()> wake);
 
     void push(Event event);
+    /// An order update written in place: `fill` makes it from `source` in a record the queue
+    /// keeps from drain to drain (its strings keep their room), so an update costs neither
+    /// an allocation nor a move of the whole record. The record `fill` is given holds either
+    /// the defaults or what the same `fill` wrote into it before: `fill` must write the same
+    /// fields every time. It runs on the pushing thread with the queue locked.
+    template <class Source>
+    void pushOrderUpdate(void (*fill)(QVXOrderStruct&, const Source&), const Source& source);
     /// Turns the merging of quote updates on or off; off by default, so that a consumer that
     /// counts the platform's updates sees every one.
     void setQuoteConflation(bool on);
@@ -66,11 +73,39 @@ public:
     std::size_t size() const;
 
 private:
+    /// An order update: the index of its slot in its batch.
+    struct OrderSlot {
+        std::size_t index = 0;
+    };
+    using Queued = std::variant<OrderSlot, QVXRejectStruct, QVXOrderWarning, QuoteSnap, QuoteUpdate,
+                                Shutdown, Status>;
+    using Filler = void (*)();
+    struct Slot {
+        QVXOrderStruct record;
+        Filler filler = nullptr; ///< what wrote the record last; nullptr: a whole pushed one
+    };
+    /// The events of one drain, in push order. Order updates (the bulk, about 1 KB each) live
+    /// in slots that serve batch after batch; a deque, so a slot never moves.
+    struct Batch {
+        std::vector<Queued> events;
+        std::deque<Slot> orderSlots;
+        std::size_t used = 0; ///< slots holding this batch's updates
+        void swap(Batch& other) noexcept;
+    };
+
+    /// The next free slot of the pending batch, holding the defaults or what `filler` wrote
+    /// (m_mutex held).
+    QVXOrderStruct& slotFor(Filler filler);
+    /// Queues the slot just written (m_mutex held); returns the wake-up to call, if due.
+    std::function<void()> commitSlot();
+    /// The wake-up to call after a push, if one is due (m_mutex held).
+    std::function<void()> wakeAfterPush();
+    /// Empties a delivered batch for reuse, giving back slots beyond a small reserve.
+    static void recycle(Batch& batch);
+
     mutable std::mutex m_mutex;
-    // Deques, not vectors: a burst (a basket's acknowledgements, about 1 KB an event) must not
-    // keep its room for the rest of the day once it has been delivered.
-    std::deque<Event> m_pending;  // pushed, not yet taken by a drain
-    std::deque<Event> m_draining; // taken, delivered from m_next on (drain thread only)
+    Batch m_pending;  // pushed, not yet taken by a drain
+    Batch m_draining; // taken, delivered from m_next on (drain thread only)
     std::size_t m_next = 0;
     /// Position in m_pending of each symbol's update in the run of updates at its end.
     std::unordered_map<std::string, std::size_t> m_runUpdates;
@@ -79,5 +114,19 @@ private:
     std::function<void()> m_wake;
     TakeGate m_gate; // set before the first drain, read on the draining thread only
 };
+
+template <class Source>
+void PlatformEventQueue::pushOrderUpdate(void (*fill)(QVXOrderStruct&, const Source&),
+                                         const Source& source) {
+    std::function<void()> wake;
+    {
+        std::lock_guard lock(m_mutex);
+        fill(slotFor(reinterpret_cast<Filler>(fill)), source);
+        wake = commitSlot();
+    }
+    if (wake) {
+        wake();
+    }
+}
 
 } // namespace wicker

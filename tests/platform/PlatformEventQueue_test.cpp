@@ -69,6 +69,44 @@ TEST(PlatformEventQueue, DeliversEveryKindInPushOrder) {
     EXPECT_EQ(queue.drain(journal, journal), 0u);
 }
 
+void FillClOrderId(QVXOrderStruct& r, const std::string& id) {
+    r.ClOrderID = id;
+}
+
+// Updates written in place reuse the records of drains before the last one: none may show a
+// field of the record's earlier use (a whole pushed update's, here its memo).
+TEST(PlatformEventQueue, AnUpdateWrittenInPlaceShowsNothingOfAnEarlierOne) {
+    PlatformEventQueue queue;
+    struct Seen : Journal {
+        std::vector<QVXOrderStruct> orders;
+        void OnQVXOrderUpdate(const QVXOrderStruct& e) override { orders.push_back(e); }
+    } seen;
+    QVXOrderStruct whole = Update("whole");
+    whole.Memo = "a memo";
+    whole.Moo = true;
+    // Per drain: whole updates and updates written in place, in push order.
+    const std::vector<std::vector<std::string>> drains{
+        {"whole", "a"}, {"b", "c"}, {"d", "whole"}, {"whole", "e"}};
+    for (const auto& pushes : drains) {
+        for (const std::string& id : pushes) {
+            if (id == "whole") {
+                queue.push(whole);
+            } else {
+                queue.pushOrderUpdate(&FillClOrderId, id);
+            }
+        }
+        queue.push(PlatformEventQueue::Status{true, "up"});
+        EXPECT_EQ(queue.drain(seen, seen), pushes.size() + 1);
+    }
+    std::vector<std::string> ids;
+    for (const QVXOrderStruct& u : seen.orders) {
+        ids.push_back(u.ClOrderID);
+        EXPECT_EQ(u.Memo, u.ClOrderID == "whole" ? "a memo" : "") << u.ClOrderID;
+        EXPECT_EQ(u.Moo, u.ClOrderID == "whole") << u.ClOrderID;
+    }
+    EXPECT_EQ(ids, (std::vector<std::string>{"whole", "a", "b", "c", "d", "whole", "whole", "e"}));
+}
+
 TEST(PlatformEventQueue, UpdatesOfASymbolMergeOnlyWithinARunOfUpdates) {
     namespace F = QVXQuoteField;
     const auto update = [](const std::string& symbol, uint32_t fields, double price) {

@@ -598,8 +598,10 @@ void FixGateway::onMessage(const FixMessage& message) {
 }
 
 void FixGateway::onReceived(const FixFieldReader& message) {
-    const std::string& type = message.msgType();
-    if (type == "3") {
+    // Every message type this handles is one character long.
+    const std::string& msgType = message.msgType();
+    const char type = msgType.size() == 1 ? msgType[0] : '\0';
+    if (type == '3') {
         // A session Reject of a market data request ends its slot and, like 35=Y, says
         // this counterparty gives no quotes.
         std::optional<std::string> mdReqID;
@@ -617,19 +619,19 @@ void FixGateway::onReceived(const FixFieldReader& message) {
             return;
         }
     }
-    if (type == "8" || type == "9" || type == "3" || type == "j") {
+    if (type == '8' || type == '9' || type == '3' || type == 'j') {
         answered(m_book.apply(message, *this));
         return;
     }
-    if (type == "W" || type == "X" || type == "Y") {
-        if (type != "X") {
+    if (type == 'W' || type == 'X' || type == 'Y') {
+        if (type != 'X') {
             if (const std::string* req = message.find(262)) {
                 {
                     std::lock_guard lock(m_quoteMutex);
                     m_pacer.answered(*req);
                 }
                 drain();
-                if (type == "Y") {
+                if (type == 'Y') {
                     quotesRefused(*req, message);
                     return;
                 }

@@ -41,6 +41,56 @@ constexpr int TagRefMsgType = 372;
 constexpr int TagBusinessRejectRefID = 379;
 constexpr int TagBusinessRejectReason = 380;
 
+// An execution report's fields read in one go: the book asks for most of them more than once.
+class ReportView final : public FixFieldReader {
+public:
+    explicit ReportView(const FixFieldReader& m) : m_message(m) {
+        m.findAll(kTags.data(), kTags.size(), m_values.data());
+    }
+    const std::string& msgType() const override { return m_message.msgType(); }
+    const std::string* find(int tag) const override {
+        const int at = tag >= 0 && tag < kIndexSize ? kIndex[static_cast<size_t>(tag)] : -1;
+        return at >= 0 ? m_values[static_cast<size_t>(at)] : m_message.find(tag);
+    }
+    FixMessage copy() const override { return m_message.copy(); }
+
+private:
+    static constexpr std::array<int, 22> kTags{
+        TagAccount,       TagAvgPx,       TagClOrdID,      TagCumQty,        TagExecID,
+        TagExecTransType, TagLastPx,      TagLastShares,   TagOrderID,       TagOrderQty,
+        TagOrdStatus,     TagOrigClOrdID, TagPrice,        TagSide,          TagSymbol,
+        TagText,          TagTimeInForce, TagTransactTime, TagExDestination, TagOrdRejReason,
+        TagExecType,      TagLeavesQty};
+    static constexpr int kIndexSize = TagLeavesQty + 1;
+    // Tag -> position in kTags, -1 for the tags read on demand.
+    static constexpr std::array<int8_t, kIndexSize> kIndex = [] {
+        std::array<int8_t, kIndexSize> index{};
+        for (int8_t& i : index) {
+            i = -1;
+        }
+        for (size_t i = 0; i < kTags.size(); ++i) {
+            index[static_cast<size_t>(kTags[i])] = static_cast<int8_t>(i);
+        }
+        return index;
+    }();
+    static_assert(std::is_sorted(kTags.begin(), kTags.end()));
+
+    const FixFieldReader& m_message;
+    std::array<const std::string*, kTags.size()> m_values{};
+};
+
+/// A one-character code field (ExecType, OrdStatus, MsgType...) with this value.
+bool IsCode(const std::string& value, char code) {
+    return value.size() == 1 && value[0] == code;
+}
+
+/// Assigns only a changed text: a report repeats most of what the order has.
+void Keep(std::string& field, const std::string& value) {
+    if (field != value) {
+        field = value;
+    }
+}
+
 const std::string& Value(const FixFieldReader& m, int tag) {
     static const std::string empty;
     const std::string* v = m.find(tag);
@@ -119,7 +169,8 @@ std::string RejectTextOf(const FixFieldReader& m, FixReasonTag tag) {
 bool IsStatusReport(const FixFieldReader& m) {
     const std::string* execType = m.find(TagExecType);
     const std::string* transType = m.find(TagExecTransType);
-    return (execType != nullptr && *execType == "I") || (transType != nullptr && *transType == "3");
+    return (execType != nullptr && IsCode(*execType, 'I')) ||
+           (transType != nullptr && IsCode(*transType, '3'));
 }
 
 bool IsFinal(std::string_view ordStatus) {
@@ -140,7 +191,7 @@ int32_t ReasonOf(const FixFieldReader& m, int tag) {
 }
 
 bool IsRejected(const FixFieldReader& m) {
-    return Value(m, TagExecType) == "8" || Value(m, TagOrdStatus) == "8";
+    return IsCode(Value(m, TagExecType), '8') || IsCode(Value(m, TagOrdStatus), '8');
 }
 
 // Events kept in an outcome, in order.
@@ -389,11 +440,11 @@ std::vector<std::string> FixOrderBook::apply(const FixFieldReader& message, FixB
     std::lock_guard lock(m_mutex);
     Run out{events, {}};
     const std::string& type = message.msgType();
-    if (type == "8") {
-        applyExecutionReport(message, out);
-    } else if (type == "9") {
+    if (IsCode(type, '8')) {
+        applyExecutionReport(ReportView(message), out);
+    } else if (IsCode(type, '9')) {
         applyCancelReject(message, out);
-    } else if (type == "3") {
+    } else if (IsCode(type, '3')) {
         applyReject(message, TagSessionRejectReason, out);
     } else if (type == "j") {
         applyReject(message, TagBusinessRejectReason, out);
@@ -411,22 +462,38 @@ FixBookOutcome FixOrderBook::apply(const FixMessage& message) {
 bool FixOrderBook::isRepeat(const FixOrderState& o, const std::string& execID,
                             std::optional<int32_t> cumQty) {
     // "0" is what some brokers put in status reports, which carry no fill.
-    if (execID.empty() || execID == "0") {
+    if (execID.empty() || IsCode(execID, '0')) {
         return false;
     }
     // A counterparty that restarts numbers its ExecIDs from 1 again: an ExecID repeats
     // only for the same order and the same CumQty. One that states another CumQty is a
     // new report (CumQty is authoritative; an overfill still gives its warning).
     const int32_t cum = cumQty.value_or(-1);
-    const auto [it, inserted] = m_execIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
-    if (inserted) {
+    // A repeat when stated before with this CumQty (or with none now); another CumQty is
+    // remembered for the next repeat.
+    const auto seenBefore = [cum](int32_t& stated) {
+        if (cum < 0 || stated == cum) {
+            return true;
+        }
+        stated = cum;
+        return false;
+    };
+    const auto index = static_cast<size_t>(o.recordId - 1);
+    if (m_execIDs.size() <= index) {
+        m_execIDs.resize(index + 1);
+    }
+    ExecIDsBeside& beside = m_execIDs[index];
+    for (size_t i = 0; i < beside.count; ++i) {
+        if (beside.seen[i].execID == execID) {
+            return seenBefore(beside.seen[i].cum);
+        }
+    }
+    if (beside.count < beside.seen.size()) {
+        beside.seen[beside.count++] = ExecSeen{execID, cum};
         return false;
     }
-    if (cum < 0 || it->second == cum) {
-        return true;
-    }
-    it->second = cum;
-    return false;
+    const auto [it, inserted] = m_moreExecIDs.try_emplace(ExecKey{o.recordId, execID}, cum);
+    return !inserted && seenBefore(it->second);
 }
 
 void FixOrderBook::unknownToBroker(FixOrderState& o, int32_t reason, std::string text, Run& out) {
@@ -498,19 +565,20 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
     const std::string& execType = Value(m, TagExecType);
     // Pending replace: the broker has the request but the order still stands as it was
     // (a fill may still come in under the old terms).
-    const bool stillPending = replaceAnswer && (execType == "E" || Value(m, TagOrdStatus) == "E");
-    const bool announcement = stillPending && execType == "E";
+    const bool stillPending =
+        replaceAnswer && (IsCode(execType, 'E') || IsCode(Value(m, TagOrdStatus), 'E'));
+    const bool announcement = stillPending && IsCode(execType, 'E');
     if (!clOrdID.empty()) {
         // The order's own ids are known already; a new one (a cancel's) is added.
         if (clOrdID != o.currentClOrdID && clOrdID != o.clOrdID) {
             m_byClOrdID.try_emplace(clOrdID, o.recordId);
         }
         if (!stillPending) {
-            o.currentClOrdID = clOrdID;
+            Keep(o.currentClOrdID, clOrdID);
         }
     }
     if (!orderID.empty()) {
-        o.orderID = orderID;
+        Keep(o.orderID, orderID);
         m_byOrderID[orderID] = o.recordId;
     }
     if (n.quantity && !announcement) {
@@ -550,13 +618,13 @@ void FixOrderBook::applyExecutionReport(const FixFieldReader& m, Run& out) {
         o.pendingReplace.clear();
     }
     if (const std::string* s = m.find(TagOrdStatus)) {
-        o.ordStatus = *s;
+        Keep(o.ordStatus, *s);
     }
     if (const std::string* s = m.find(TagExecType)) {
-        o.execType = *s;
+        Keep(o.execType, *s);
     }
-    o.status = OrdStatusText(o.ordStatus);
-    o.text = Value(m, TagText);
+    Keep(o.status, OrdStatusText(o.ordStatus));
+    Keep(o.text, Value(m, TagText));
     o.transactTime = Value(m, TagTransactTime);
     ++o.updates;
 

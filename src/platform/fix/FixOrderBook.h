@@ -3,6 +3,7 @@
 #include "platform/OrderTicket.h"
 #include "platform/fix/engine/FixWire.h"
 
+#include <array>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -200,6 +201,18 @@ private:
     mutable std::mutex m_seqMutex;
     std::unordered_map<int, std::string> m_clOrdIDBySeq;
     std::unordered_map<std::string, std::string> m_memos;
+    // ExecIDs applied, with the CumQty each stated: an order's first few beside it (index =
+    // recordId - 1; a scan of a handful beats hashing and allocates nothing), any beyond them
+    // by order and ExecID.
+    struct ExecSeen {
+        std::string execID;
+        int32_t cum = 0;
+    };
+    struct ExecIDsBeside {
+        std::array<ExecSeen, 3> seen; // an acknowledgement and two fills
+        size_t count = 0;
+    };
+    std::deque<ExecIDsBeside> m_execIDs;
     struct ExecKey {
         int32_t recordId = 0;
         std::string execID;
@@ -211,8 +224,8 @@ private:
                    (static_cast<size_t>(k.recordId) * 0x9e3779b97f4a7c15u);
         }
     };
-    std::unordered_map<ExecKey, int32_t, ExecKeyHash> m_execIDs; // -> CumQty
-    std::unordered_set<int32_t> m_statusAsked;                   // record ids asked about at logon
+    std::unordered_map<ExecKey, int32_t, ExecKeyHash> m_moreExecIDs; // -> CumQty
+    std::unordered_set<int32_t> m_statusAsked; // record ids asked about at logon
     std::unordered_set<std::string> m_cancelIDs;
     std::unordered_map<std::string, FixOrderChange> m_replaces; // by the replacing ClOrdID
     std::unordered_set<std::string> m_awaiting;                 // sent, no answer yet

@@ -94,7 +94,7 @@ void FixPlatform::DeregisterSymbol(const std::string& symbol, const std::string&
 }
 
 void FixPlatform::onOrderUpdate(const FixOrderState& order) {
-    m_events.push(OrderStructOf(order));
+    m_events.pushOrderUpdate(&FillOrderStruct, order);
 }
 
 void FixPlatform::onOrderReject(const FixOrderReject& reject) {

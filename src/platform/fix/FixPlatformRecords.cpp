@@ -46,8 +46,7 @@ int32_t OrderStatusOf(std::string_view ordStatus) {
     }
 }
 
-QVXOrderStruct OrderStructOf(const FixOrderState& o) {
-    QVXOrderStruct r;
+void FillOrderStruct(QVXOrderStruct& r, const FixOrderState& o) {
     r.Account = o.account;
     r.Action = o.status;
     r.Destination = o.destination;
@@ -75,6 +74,11 @@ QVXOrderStruct OrderStructOf(const FixOrderState& o) {
     r.Memo = o.memo;
     r.ClOrderID = o.clOrdID;
     r.Symbol = o.symbol;
+}
+
+QVXOrderStruct OrderStructOf(const FixOrderState& o) {
+    QVXOrderStruct r;
+    FillOrderStruct(r, o);
     return r;
 }
 

@@ -15,6 +15,9 @@ int32_t OrderStatusOf(std::string_view ordStatus);
 
 /// The order update the screen sees for the current state of a FIX order.
 QVXOrderStruct OrderStructOf(const FixOrderState& order);
+/// The same written into `update`, reusing its strings' room; it writes the same fields every
+/// time and leaves the others alone.
+void FillOrderStruct(QVXOrderStruct& update, const FixOrderState& order);
 QVXRejectStruct RejectStructOf(const FixOrderReject& reject);
 /// A quote record: a full refresh carries every field (absent ones with the no-value mark),
 /// an increment only the fields it names.

@@ -69,6 +69,29 @@ TEST_F(FixOrderBookTest, RepeatedExecIDIsAppliedOnce) {
     EXPECT_EQ(book.apply(Fix("35=8|11=A-1|17=0|150=3|39=1|151=200|14=100")).events.size(), 1u);
 }
 
+// An order filled in many clips: every ExecID is remembered, the first few and the rest alike,
+// and one stated again with another CumQty (a restarted counterparty) is a new report.
+TEST_F(FixOrderBookTest, EveryClipOfAManyTimesFilledOrderCountsOnce) {
+    book.addOrder(Sent("A-1", 3000));
+    const auto clip = [](int n, int cum) {
+        return Fix("35=8|11=A-1|17=F" + std::to_string(n) + "|150=1|39=1|38=3000|151=" +
+                   std::to_string(3000 - cum) + "|14=" + std::to_string(cum) + "|32=10|31=1");
+    };
+    constexpr int kClips = 20;
+    for (int n = 1; n <= kClips; ++n) {
+        EXPECT_EQ(book.apply(clip(n, 10 * n)).events.size(), 1u) << n;
+    }
+    for (int n = 1; n <= kClips; ++n) {
+        EXPECT_TRUE(book.apply(clip(n, 10 * n)).events.empty()) << n;
+    }
+    EXPECT_EQ(book.find(1)->cum, 10 * kClips);
+    for (int n : {2, kClips - 1}) {
+        EXPECT_EQ(book.apply(clip(n, 10 * kClips + n)).events.size(), 1u) << n;
+        EXPECT_TRUE(book.apply(clip(n, 10 * kClips + n)).events.empty()) << n;
+    }
+    EXPECT_EQ(book.find(1)->updates, kClips + 2);
+}
+
 // Hostile or broken reports: each changes nothing, and the order's state afterwards is
 // exactly what the good reports made it.
 TEST_F(FixOrderBookTest, MalformedReportsChangeNothing) {

@@ -147,6 +147,29 @@ const std::string* QuickFixReader::find(int tag) const {
     return it == end ? nullptr : &it->getString();
 }
 
+void QuickFixReader::findAll(const int* tags, std::size_t count, const std::string** values) const {
+    // QuickFIX keeps the body in tag order: one walk through it meets the tags in turn.
+    std::size_t next = 0;
+    int previous = 0;
+    for (FIX::FieldMap::const_iterator it = m_message.begin(); it != m_message.end(); ++it) {
+        const int tag = it->getTag();
+        if (tag < previous) {
+            FixFieldReader::findAll(tags, count, values); // not in order after all
+            return;
+        }
+        previous = tag;
+        while (next < count && tags[next] < tag) {
+            values[next++] = nullptr;
+        }
+        if (next < count && tags[next] == tag) {
+            values[next++] = &it->getString();
+        }
+    }
+    while (next < count) {
+        values[next++] = nullptr;
+    }
+}
+
 FIX::DataDictionaryProvider MarketDataDictionaries(const std::string& beginString) {
     std::shared_ptr<FIX::DataDictionary> dd = std::make_shared<FIX::DataDictionary>();
     for (const GroupShape& shape : MarketDataGroups()) {

@@ -27,6 +27,7 @@ public:
     explicit QuickFixReader(const FIX::Message& message);
     const std::string& msgType() const override { return m_msgType; }
     const std::string* find(int tag) const override;
+    void findAll(const int* tags, std::size_t count, const std::string** values) const override;
     FixMessage copy() const override { return FromQuickFix(m_message); }
 
 private:

@@ -13,6 +13,12 @@ const std::string* FixMessage::find(int tag) const {
     return nullptr;
 }
 
+void FixFieldReader::findAll(const int* tags, std::size_t count, const std::string** values) const {
+    for (std::size_t i = 0; i < count; ++i) {
+        values[i] = find(tags[i]);
+    }
+}
+
 const FixGroup* FixMessage::findGroup(int countTag) const {
     for (const FixGroup& g : groups) {
         if (g.countTag == countTag) {

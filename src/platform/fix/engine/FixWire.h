@@ -4,6 +4,7 @@
 // engine and the C++20 rest of Wicker, so it includes neither QuickFIX nor Qt and uses
 // nothing newer than C++14.
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,9 @@ public:
     virtual const std::string& msgType() const = 0;
     /// The value of the first body field with this tag, or nullptr.
     virtual const std::string* find(int tag) const = 0;
+    /// The same for `count` tags in ascending order at once, into `values` (nullptr for an
+    /// absent one): a reader that can, reads the message once for all of them.
+    virtual void findAll(const int* tags, std::size_t count, const std::string** values) const;
     /// The whole message, groups, MsgSeqNum and PossDupFlag included.
     virtual FixMessage copy() const = 0;
 
