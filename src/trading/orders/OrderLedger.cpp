@@ -1,6 +1,7 @@
 #include "trading/orders/OrderLedger.h"
 
 #include "common/Formats.h"
+#include "common/ShortestDecimal.h"
 #include "platform/TicketOrder.h"
 
 #include <array>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <typeinfo>
 #include <unordered_map>
 #include <vector>
@@ -247,7 +249,11 @@ private:
         if (previous != nullptr && std::memcmp(&value, previous, sizeof value) == 0) {
             *out++ = kDitto;
         } else {
-            out = std::to_chars(out, out + kLongestNumber, value).ptr;
+            if constexpr (std::is_same_v<N, double>) {
+                out = ShortestDecimal(out, out + kLongestNumber, value).ptr; // a limit price
+            } else {
+                out = std::to_chars(out, out + kLongestNumber, value).ptr;
+            }
         }
         *out++ = kFieldEnd;
         return out;
