@@ -515,20 +515,18 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 // Send and cancel --------------------------------------------------------------------------------
 
 std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
-    std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
     // The quotes' own values: the cells are rounded to the decimals shown.
     const auto own = [](double value) {
         return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    for (size_t row = 0; row < lines.size(); ++row) {
-        if (const Quote* quote = m_quotes.QuoteAt(static_cast<int>(row))) {
-            lines[row].bidValue = own(quote->m_fBidPrice);
-            lines[row].askValue = own(quote->m_fAskPrice);
-            lines[row].lastValue = own(quote->m_fLastPrice);
-            lines[row].priceValue = own(quote->m_fImportPrice);
+    return m_stocks.ExecutionLines([&](int row) {
+        ExecutionQuoteValues values;
+        if (const Quote* quote = m_quotes.QuoteAt(row)) {
+            values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice), own(quote->m_fLastPrice),
+                      own(quote->m_fImportPrice)};
         }
-    }
-    return lines;
+        return values;
+    });
 }
 
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {

@@ -10,6 +10,7 @@
 #include "trading/orders/SendPlan.h"
 #include "trading/orders/SubmitErrors.h"
 
+#include <charconv>
 #include <chrono>
 #include <limits>
 
@@ -231,7 +232,7 @@ int32_t BasketExecution::NextOrderNumber() {
 
 std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const ExecutionLine& line,
                                                        const PlannedOrder& planned,
-                                                       const SendTexts& texts,
+                                                       SendTexts& texts,
                                                        const ExecutionSettings& settings,
                                                        ExecuteReport& report) {
     if (!planned.sendable) {
@@ -243,13 +244,22 @@ std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const Executio
     order->setAccount(texts.account);
     order->setSymbol(line.symbol);
     order->setQuantity(planned.quantity);
-    order->setDestination(UCase(line.destination));
+    if (line.destination != texts.destinationTyped || texts.destination.empty()) {
+        texts.destination = UCase(line.destination);
+        texts.destinationTyped = line.destination;
+    }
+    order->setDestination(texts.destination);
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
     }
     ApplyButtonRule(index, planned, line, *order);
-    order->setClOrderID(texts.clOrderIdPrefix + std::to_string(NextOrderNumber()));
+    std::string clOrderId;
+    clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);
+    clOrderId += texts.clOrderIdPrefix;
+    char number[12];
+    clOrderId.append(number, std::to_chars(number, number + sizeof number, NextOrderNumber()).ptr);
+    order->setClOrderID(std::move(clOrderId));
     return order;
 }
 

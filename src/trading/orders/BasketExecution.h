@@ -103,11 +103,14 @@ private:
         std::string memo;
         std::string account;         ///< upper case
         std::string clOrderIdPrefix; ///< the client order id up to the order number
+        /// The last line's destination as typed and in upper case: most lines repeat it.
+        std::string destinationTyped;
+        std::string destination;
     };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
     std::unique_ptr<QVXOrder> PrepareLine(int index, const ExecutionLine& line,
-                                          const PlannedOrder& planned, const SendTexts& texts,
+                                          const PlannedOrder& planned, SendTexts& texts,
                                           const ExecutionSettings& settings, ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
