@@ -13,6 +13,7 @@
 #include <charconv>
 #include <chrono>
 #include <limits>
+#include <utility>
 
 namespace wicker {
 
@@ -99,7 +100,15 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         return report;
     }
     // Every line is checked before the first order leaves: no bad line sends a basket in part.
-    const SendPlan plan = PlanSend(index, lines, settings.ticks);
+    SendPlan plan = PlanSend(index, lines, settings.ticks, std::exchange(m_planRoom, {}));
+    struct GiveBack {
+        std::vector<PlannedOrder>& orders;
+        std::vector<PlannedOrder>& room;
+        ~GiveBack() {
+            orders.clear();
+            room = std::move(orders);
+        }
+    } giveBack{plan.orders, m_planRoom};
     if (settings.confirmBeforeSending && !Confirmed(index, plan)) {
         report.outcome = ExecuteOutcome::NotConfirmed;
         return report;
@@ -232,7 +241,7 @@ int32_t BasketExecution::NextOrderNumber() {
 
 std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const ExecutionLine& line,
                                                        const PlannedOrder& planned,
-                                                       SendTexts& texts,
+                                                       const SendTexts& texts,
                                                        const ExecutionSettings& settings,
                                                        ExecuteReport& report) {
     if (!planned.sendable) {
@@ -244,11 +253,7 @@ std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const Executio
     order->setAccount(texts.account);
     order->setSymbol(line.symbol);
     order->setQuantity(planned.quantity);
-    if (line.destination != texts.destinationTyped || texts.destination.empty()) {
-        texts.destination = UCase(line.destination);
-        texts.destinationTyped = line.destination;
-    }
-    order->setDestination(texts.destination);
+    order->setDestination(UCase(line.destination));
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);

@@ -6,6 +6,7 @@
 #include "trading/orders/ExecutionLine.h"
 #include "trading/orders/SendLimits.h"
 #include "trading/orders/SendListener.h"
+#include "trading/orders/SendPlan.h"
 #include "trading/orders/SendSequence.h"
 #include "trading/orders/TickTable.h"
 
@@ -103,14 +104,11 @@ private:
         std::string memo;
         std::string account;         ///< upper case
         std::string clOrderIdPrefix; ///< the client order id up to the order number
-        /// The last line's destination as typed and in upper case: most lines repeat it.
-        std::string destinationTyped;
-        std::string destination;
     };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
     std::unique_ptr<QVXOrder> PrepareLine(int index, const ExecutionLine& line,
-                                          const PlannedOrder& planned, SendTexts& texts,
+                                          const PlannedOrder& planned, const SendTexts& texts,
                                           const ExecutionSettings& settings, ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
@@ -133,6 +131,8 @@ private:
     int16_t m_lastOrderSeq = 0;
     int32_t m_orderSeqWraps = 0;
     LimitOverride* m_override = nullptr;
+    /// The last send's planned orders, emptied: their memory is used again.
+    std::vector<PlannedOrder> m_planRoom;
     /// When each basket and side was last sent, for the repeat-send limit.
     std::map<std::pair<std::string, std::string>, Clock::TimePoint> m_lastSends;
 };

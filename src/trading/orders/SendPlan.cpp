@@ -121,8 +121,11 @@ std::string ReportText(const ExecutionLine& line, const PlannedOrder& order) {
            line.destination;
 }
 
-SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks) {
+SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks,
+                  std::vector<PlannedOrder> room) {
     SendPlan plan;
+    plan.orders = std::move(room);
+    plan.orders.clear();
     plan.orders.reserve(lines.size());
     // Every line carries the screen's one modifier: its text is read once per distinct value.
     const std::string* modifierText = nullptr;
