@@ -259,7 +259,7 @@ std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const Executio
         order->setMaxFloor(settings.reserveQuantity);
     }
     ApplyButtonRule(index, planned, line, *order);
-    std::string clOrderId;
+    std::string clOrderId; // made in one allocation, without a text of the number first
     clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);
     clOrderId += texts.clOrderIdPrefix;
     char number[12];
