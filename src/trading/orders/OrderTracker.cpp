@@ -132,7 +132,10 @@ void OrderTracker::OnOrderHandedOff(OrderTicket&& ticket, int32_t orderRecordId)
     try {
         o.m_strBasketId = m_lastBasket->basketId;
         o.m_nBasketSeq = m_lastBasket->basketSeq;
-        o.m_strClOrderId = std::move(ticket.clOrderID);
+        // Copied: the ticket's id was allocated among the send's tickets, and kept alive it
+        // would leave holes between them that slow the platform's allocations for the rest
+        // of the send.
+        o.m_strClOrderId = ticket.clOrderID;
         o.m_strAccount = std::move(ticket.account);
         o.m_strAction = kHandedOffAction;
         o.m_strDestination = std::move(ticket.destination);
