@@ -40,6 +40,8 @@ public:
     void setMemo(std::string v) override { m_t.memo = std::move(v); }
     /// The fields as they are, for readers that would otherwise copy each one.
     const OrderTicket& ticket() const { return m_t; }
+    /// The fields, for the one reader that takes them once the order is done with.
+    OrderTicket& ticket() { return m_t; }
 
 private:
     std::function<int32_t(const OrderTicket&)> m_submit;

@@ -514,21 +514,21 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
-std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
-    std::vector<ExecutionLine> lines = m_stocks.ExecutionLines();
+std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() {
     // The quotes' own values: the cells are rounded to the decimals shown.
     const auto own = [](double value) {
         return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    for (size_t row = 0; row < lines.size(); ++row) {
-        if (const Quote* quote = m_quotes.QuoteAt(static_cast<int>(row))) {
-            lines[row].bidValue = own(quote->m_fBidPrice);
-            lines[row].askValue = own(quote->m_fAskPrice);
-            lines[row].lastValue = own(quote->m_fLastPrice);
-            lines[row].priceValue = own(quote->m_fImportPrice);
-        }
-    }
-    return lines;
+    return m_stocks.ExecutionLines(
+        [&](int row) {
+            ExecutionQuoteValues values;
+            if (const Quote* quote = m_quotes.QuoteAt(row)) {
+                values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice),
+                          own(quote->m_fLastPrice), own(quote->m_fImportPrice)};
+            }
+            return values;
+        },
+        std::exchange(m_sendLinesRoom, {}));
 }
 
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
@@ -551,7 +551,15 @@ ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountTe
     try {
         KeepBasketSeqAboveJournal();
         report.basketSeq = m_sequence.BasketSeq();
-        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
+        std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
+        struct GiveBack {
+            std::vector<ExecutionLine>& lines;
+            std::vector<ExecutionLine>& room;
+            ~GiveBack() {
+                lines.clear();
+                room = std::move(lines);
+            }
+        } giveBack{lines, m_sendLinesRoom};
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.

@@ -1,6 +1,12 @@
 #include "common/Formats.h"
+#include "common/ShortestDecimal.h"
 
+#include <charconv>
+#include <cmath>
+#include <limits>
 #include <stdexcept>
+#include <string_view>
+#include <vector>
 
 #include <gtest/gtest.h>
 
@@ -75,6 +81,57 @@ TEST(Clock, LocalRoundTrip) {
     ManualClock clock(FromLocal(t));
     clock.advance(std::chrono::hours(9));
     EXPECT_EQ(FormatYyyymmdd(clock.localNow()), "20260315");
+}
+
+// The journal's price text must be exactly what std::to_chars writes: prices on every grid
+// of up to four places, their neighbours one bit away, and the values at the edges of the
+// quick path (where the scientific text can be the shorter one).
+TEST(ShortestDecimal, WritesWhatToCharsWrites) {
+    std::vector<double> values = {0,
+                                  -0.0,
+                                  0.001,
+                                  0.0001,
+                                  0.00999,
+                                  0.01,
+                                  0.0100001,
+                                  0.05,
+                                  0.1,
+                                  0.3,
+                                  1e4,
+                                  2e4,
+                                  99999,
+                                  99999.9999,
+                                  99999.99995,
+                                  1e5,
+                                  2e5,
+                                  1e22,
+                                  -1.25,
+                                  5e-324,
+                                  1.7976931348623157e308,
+                                  std::numeric_limits<double>::quiet_NaN(),
+                                  std::numeric_limits<double>::infinity()};
+    for (int places = 0; places <= 5; ++places) {
+        const double scale = std::pow(10.0, places);
+        for (long n = 1; n < 200000; n += (n < 2000 ? 1 : 997)) {
+            const double v = static_cast<double>(n) / scale;
+            values.insert(values.end(),
+                          {v, std::nextafter(v, 0.0), std::nextafter(v, 1e9), v * 7.77});
+        }
+    }
+    for (const double v : values) {
+        char expected[64];
+        char got[64];
+        const auto want = std::to_chars(expected, expected + sizeof expected, v);
+        const auto made = ShortestDecimal(got, got + sizeof got, v);
+        ASSERT_EQ(made.ec, want.ec) << v;
+        ASSERT_EQ(std::string_view(got, made.ptr), std::string_view(expected, want.ptr))
+            << std::string_view(expected, want.ptr);
+    }
+    char small[4];
+    EXPECT_EQ(ShortestDecimal(small, small + sizeof small, 12345.25).ec,
+              std::errc::value_too_large);
+    const auto fits = ShortestDecimal(small, small + sizeof small, 1.25);
+    EXPECT_EQ(std::string_view(small, fits.ptr), "1.25");
 }
 
 } // namespace

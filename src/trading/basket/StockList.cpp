@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cmath>
 #include <stdexcept>
 #include <utility>
 
@@ -106,6 +107,41 @@ std::vector<ExecutionLine> StockList::ExecutionLines() const {
         e.tif = line.cells[stkTif];
         e.price = line.cells[stkPrice];
         out.push_back(std::move(e));
+    }
+    return out;
+}
+
+std::vector<ExecutionLine>
+StockList::ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
+                          std::vector<ExecutionLine> room) const {
+    std::vector<ExecutionLine> out = std::move(room);
+    out.clear();
+    out.resize(m_lines.size());
+    // A cell is read only where its quote has no value of its own.
+    const auto quoteCell = [](std::string& to, double& value, double known,
+                              const std::string& cell) {
+        value = known;
+        if (std::isnan(known)) {
+            to = cell;
+        }
+    };
+    for (size_t row = 0; row < m_lines.size(); ++row) {
+        const StockLine& line = m_lines[row];
+        ExecutionLine& e = out[row];
+        e.checked = line.checked;
+        if (!line.checked) {
+            continue;
+        }
+        const ExecutionQuoteValues values = valuesOf(static_cast<int>(row));
+        e.symbol = line.cells[stkSymbol];
+        quoteCell(e.bid, e.bidValue, values.bid, line.cells[stkBid]);
+        quoteCell(e.ask, e.askValue, values.ask, line.cells[stkAsk]);
+        quoteCell(e.last, e.lastValue, values.last, line.cells[stkLast]);
+        quoteCell(e.price, e.priceValue, values.price, line.cells[stkPrice]);
+        e.quantity = line.cells[stkOrderQty];
+        e.destination = line.cells[stkDest];
+        e.modifier = line.cells[stkMod];
+        e.tif = line.cells[stkTif];
     }
     return out;
 }

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <functional>
 #include <span>
 #include <string>
 #include <vector>
@@ -105,6 +106,13 @@ public:
 
     /// What a send reads of each line.
     std::vector<ExecutionLine> ExecutionLines() const;
+    /// The same as a send needs it, made while the trader waits: `valuesOf(row)` gives the
+    /// quote's own values of a line (NaN where none), and only what the send reads is copied:
+    /// no text of an unchecked line, no quote cell whose value is known. The lines are made in
+    /// the room of `room` (an earlier send's vector), so that no fresh memory is touched.
+    std::vector<ExecutionLine>
+    ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
+                   std::vector<ExecutionLine> room = {}) const;
 
     void setObserver(StockListObserver* observer) { m_observer = observer; }
     /// Delivers the cell changes gathered since the last flush, in row order.

@@ -10,8 +10,10 @@
 #include "trading/orders/SendPlan.h"
 #include "trading/orders/SubmitErrors.h"
 
+#include <charconv>
 #include <chrono>
 #include <limits>
+#include <utility>
 
 namespace wicker {
 
@@ -98,7 +100,15 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         return report;
     }
     // Every line is checked before the first order leaves: no bad line sends a basket in part.
-    const SendPlan plan = PlanSend(index, lines, settings.ticks);
+    SendPlan plan = PlanSend(index, lines, settings.ticks, std::exchange(m_planRoom, {}));
+    struct GiveBack {
+        std::vector<PlannedOrder>& orders;
+        std::vector<PlannedOrder>& room;
+        ~GiveBack() {
+            orders.clear();
+            room = std::move(orders);
+        }
+    } giveBack{plan.orders, m_planRoom};
     if (settings.confirmBeforeSending && !Confirmed(index, plan)) {
         report.outcome = ExecuteOutcome::NotConfirmed;
         return report;
@@ -249,7 +259,12 @@ std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const Executio
         order->setMaxFloor(settings.reserveQuantity);
     }
     ApplyButtonRule(index, planned, line, *order);
-    order->setClOrderID(texts.clOrderIdPrefix + std::to_string(NextOrderNumber()));
+    std::string clOrderId; // made in one allocation, without a text of the number first
+    clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);
+    clOrderId += texts.clOrderIdPrefix;
+    char number[12];
+    clOrderId.append(number, std::to_chars(number, number + sizeof number, NextOrderNumber()).ptr);
+    order->setClOrderID(std::move(clOrderId));
     return order;
 }
 

@@ -6,6 +6,7 @@
 #include "trading/orders/ExecutionLine.h"
 #include "trading/orders/SendLimits.h"
 #include "trading/orders/SendListener.h"
+#include "trading/orders/SendPlan.h"
 #include "trading/orders/SendSequence.h"
 #include "trading/orders/TickTable.h"
 
@@ -130,6 +131,8 @@ private:
     int16_t m_lastOrderSeq = 0;
     int32_t m_orderSeqWraps = 0;
     LimitOverride* m_override = nullptr;
+    /// The last send's planned orders, emptied: their memory is used again.
+    std::vector<PlannedOrder> m_planRoom;
     /// When each basket and side was last sent, for the repeat-send limit.
     std::map<std::pair<std::string, std::string>, Clock::TimePoint> m_lastSends;
 };

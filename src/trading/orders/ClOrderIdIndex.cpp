@@ -1,6 +1,5 @@
 #include "trading/orders/ClOrderIdIndex.h"
 
-#include <algorithm>
 #include <functional>
 
 namespace wicker {
@@ -34,19 +33,23 @@ void ClOrderIdIndex::clear() {
 }
 
 void ClOrderIdIndex::Grow() {
-    std::vector<Slot> old;
-    old.reserve(m_size);
-    for (const Slot& slot : m_slots) {
-        if (slot.position != kEmpty) {
-            old.push_back(slot);
-        }
+    std::vector<Slot> old = std::move(m_slots);
+    m_slots.assign(old.empty() ? 64 : old.size() * 2, Slot{});
+    if (old.empty()) {
+        return;
     }
-    // Added again in the order they were first added, so orders sharing an id keep theirs.
-    std::sort(old.begin(), old.end(),
-              [](const Slot& a, const Slot& b) { return a.position < b.position; });
-    m_slots.assign(m_slots.empty() ? 64 : m_slots.size() * 2, Slot{});
-    for (const Slot& slot : old) {
-        Insert(slot);
+    // The entries of one id lie along one probe run in the order they were added. Read from
+    // an empty slot on, no run is cut by the end of the table, so every id's entries are added
+    // again in their first order.
+    size_t start = 0;
+    while (old[start].position != kEmpty) {
+        ++start;
+    }
+    for (size_t n = 0; n < old.size(); ++n) {
+        const Slot& slot = old[(start + n) & (old.size() - 1)];
+        if (slot.position != kEmpty) {
+            Insert(slot);
+        }
     }
 }
 

@@ -25,4 +25,12 @@ struct ExecutionLine {
     double priceValue = std::numeric_limits<double>::quiet_NaN();
 };
 
+/// The quote's own values behind a line's bid, ask, last and price cells; NaN where none.
+struct ExecutionQuoteValues {
+    double bid = std::numeric_limits<double>::quiet_NaN();
+    double ask = std::numeric_limits<double>::quiet_NaN();
+    double last = std::numeric_limits<double>::quiet_NaN();
+    double price = std::numeric_limits<double>::quiet_NaN();
+};
+
 } // namespace wicker

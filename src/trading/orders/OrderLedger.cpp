@@ -1,6 +1,7 @@
 #include "trading/orders/OrderLedger.h"
 
 #include "common/Formats.h"
+#include "common/ShortestDecimal.h"
 #include "platform/TicketOrder.h"
 
 #include <array>
@@ -13,6 +14,7 @@
 #include <memory>
 #include <span>
 #include <string>
+#include <type_traits>
 #include <typeinfo>
 #include <unordered_map>
 #include <vector>
@@ -187,7 +189,7 @@ bool HasControlCharacter(std::string_view text) {
 /// each order's fields where they are and writes through a pointer into room made once.
 class SendRecord {
 public:
-    explicit SendRecord(std::span<const QVXOrder* const> orders) {
+    SendRecord(std::span<const QVXOrder* const> orders, SendRecordRoom& room) {
         std::vector<const OrderTicket*> tickets = Tickets(orders);
         size_t most = 0;
         for (const OrderTicket* t : tickets) {
@@ -197,14 +199,18 @@ public:
                      t->tif.size() + t->destination.size() + t->memo.size()) +
                 4 * kLongestNumber + kOrderFields + 1;
         }
-        m_buffer = std::make_unique_for_overwrite<char[]>(most);
-        char* out = m_buffer.get();
+        if (room.size < most) {
+            room.text = std::make_unique_for_overwrite<char[]>(most);
+            room.size = most;
+        }
+        m_buffer = room.text.get();
+        char* out = m_buffer;
         for (const OrderTicket* t : tickets) {
             out = Append(out, *t);
         }
-        m_size = static_cast<size_t>(out - m_buffer.get());
+        m_size = static_cast<size_t>(out - m_buffer);
     }
-    std::string_view text() const { return {m_buffer.get(), m_size}; }
+    std::string_view text() const { return {m_buffer, m_size}; }
 
 private:
     std::vector<const OrderTicket*> Tickets(std::span<const QVXOrder* const> orders) {
@@ -247,7 +253,11 @@ private:
         if (previous != nullptr && std::memcmp(&value, previous, sizeof value) == 0) {
             *out++ = kDitto;
         } else {
-            out = std::to_chars(out, out + kLongestNumber, value).ptr;
+            if constexpr (std::is_same_v<N, double>) {
+                out = ShortestDecimal(out, out + kLongestNumber, value).ptr; // a limit price
+            } else {
+                out = std::to_chars(out, out + kLongestNumber, value).ptr;
+            }
         }
         *out++ = kFieldEnd;
         return out;
@@ -274,7 +284,7 @@ private:
     static constexpr size_t kLongestNumber = 32;
 
     std::deque<OrderTicket> m_copies; // orders of another kind, read through their getters
-    std::unique_ptr<char[]> m_buffer;
+    char* m_buffer = nullptr;
     size_t m_size = 0;
     const OrderTicket* m_previous = nullptr;
 };
@@ -465,7 +475,7 @@ void OrderLedger::Flush() {
 void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
                              std::span<const QVXOrder* const> orders, std::string_view overrides) {
     // One record for the whole send: thousands of orders cost one row, not thousands.
-    const SendRecord record(orders);
+    const SendRecord record(orders, m_recordRoom);
     Begin();
     try {
         m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
@@ -480,12 +490,14 @@ void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
 
 void OrderLedger::SendEnds(int16_t basketSeq, const std::vector<int32_t>& results,
                            std::string_view handedAt) {
-    std::string text;
-    text.reserve(results.size() * 7);
+    // Room for the longest number and its separator each: written in place.
+    std::string text(results.size() * 12, '\0');
+    char* out = text.data();
     for (const int32_t result : results) {
-        text += std::to_string(result);
-        text += kRecordEnd;
+        out = std::to_chars(out, out + 11, result).ptr;
+        *out++ = kRecordEnd;
     }
+    text.resize(static_cast<size_t>(out - text.data()));
     Begin();
     m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, text);
     m_stmts->sendEnds.bind(4, handedAt).run();

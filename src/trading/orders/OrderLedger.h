@@ -33,6 +33,13 @@ struct LedgerOrder {
     int32_t maxFloor = 0;
 };
 
+/// Where a send's record is written: memory the process holds already costs the click that
+/// writes thousands of orders no page faults.
+struct SendRecordRoom {
+    std::unique_ptr<char[]> text;
+    size_t size = 0;
+};
+
 /// The day's orders on disk (orders.db in the data folder, SQLite in WAL mode), so that a
 /// restart or a crash loses none of them: a send's orders are written as one record and
 /// committed before the first is handed to the platform, the platform's answers to it when
@@ -84,6 +91,8 @@ private:
     std::optional<FolderLock> m_lock; // none when the program holds the folder already
     SqliteFile m_file;
     std::unique_ptr<Statements> m_stmts;
+    SendRecordRoom m_recordRoom; ///< kept for the next send
+
     bool m_inTransaction = false;
     // Copies the write-ahead log into the file once a second on its own connection, so the
     // disk syncs a copy needs never fall on a send.

@@ -1,5 +1,8 @@
 #include "trading/orders/OrderRecords.h"
 
+#include "platform/TicketOrder.h"
+
+#include <typeinfo>
 #include <utility>
 
 namespace wicker {
@@ -56,6 +59,7 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
                           "once its data folder can be written.");
     }
     m_results.clear();
+    m_results.reserve(orders.size());
     m_handedAt.clear();
     if (m_ledger == nullptr) {
         return;
@@ -69,12 +73,18 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
     }
 }
 
-void OrderRecords::Submitted(const QVXOrder& order, int32_t result) {
+void OrderRecords::Submitted(QVXOrder& order, int32_t result) {
     m_results.push_back(result);
     // A refusal is in the send's summary; nothing of it reached the broker.
     if (result > 0) {
         const size_t before = m_tracker.Orders().size();
-        m_tracker.OnOrderHandedOff(order, result);
+        if (typeid(order) == typeid(TicketOrder)) {
+            // The send destroys the order next: its texts move into tracking, not copied.
+            m_tracker.OnOrderHandedOff(std::move(static_cast<TicketOrder&>(order).ticket()),
+                                       result);
+        } else {
+            m_tracker.OnOrderHandedOff(std::as_const(order), result);
+        }
         if (m_handedAt.empty() && m_tracker.Orders().size() > before) {
             m_handedAt = m_tracker.SeenAt(before);
         }

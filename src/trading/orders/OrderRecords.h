@@ -36,7 +36,7 @@ public:
 
     void SendBegins(int16_t basketSeq, std::string_view basketName,
                     std::span<const QVXOrder* const> orders, std::string_view overrides) override;
-    void Submitted(const QVXOrder& order, int32_t result) override;
+    void Submitted(QVXOrder& order, int32_t result) override;
     void SendEnds(int16_t basketSeq) override;
 
     /// Platform events, before tracking applies them: audit rows, and the end of a

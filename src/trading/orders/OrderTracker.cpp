@@ -49,7 +49,7 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     order.m_nBasketSeq = m_lastBasket->basketSeq;
     order.m_strClOrderId = structOrderUpdate.ClOrderID;
     order.UpdateOrder(structOrderUpdate, false);
-    Append(std::move(order), NowText());
+    Append(std::move(order), NowText(), true);
     m_ordersChanged = true;
     return UpdateOutcome::Added;
 }
@@ -70,78 +70,95 @@ bool IsMarketOnClose(int32_t priceType) {
     return priceType == OrderPriceType::MarketOnClose;
 }
 
+QVXOrderStruct HandedOffTicketRecord(const OrderTicket& t, int32_t orderRecordId,
+                                     std::string orderTime) {
+    QVXOrderStruct r;
+    r.Account = t.account;
+    r.Action = kHandedOffAction;
+    r.Destination = t.destination;
+    r.Side = HandedOffSide(t.side);
+    r.Tif = t.tif;
+    r.OrderTime = std::move(orderTime);
+    r.LmtPrice = t.lmtPrice;
+    r.Display = t.maxFloor;
+    r.LvsQuantity = t.quantity;
+    r.OrderRecordId = orderRecordId;
+    r.OrderStatus = QVXOrderStatus::PendingNew;
+    r.PriceTypeCode = t.priceType;
+    r.Moo = IsMarketOnOpen(r.PriceTypeCode, r.Tif);
+    r.Moc = IsMarketOnClose(r.PriceTypeCode);
+    r.Quantity = t.quantity;
+    r.Memo = t.memo;
+    r.ClOrderID = t.clOrderID;
+    r.Symbol = t.symbol;
+    return r;
+}
+
+OrderTicket TicketOf(const QVXOrder& order) {
+    return {order.Account(),     order.Side(),      order.Symbol(),    order.Quantity(),
+            order.LmtPrice(),    order.PriceType(), order.ClOrderID(), order.Tif(),
+            order.Destination(), order.MaxFloor(),  order.Memo()};
+}
+
 } // namespace
 
 QVXOrderStruct HandedOffRecord(const QVXOrder& order, int32_t orderRecordId,
                                std::string orderTime) {
-    QVXOrderStruct r;
-    r.Account = order.Account();
-    r.Action = kHandedOffAction;
-    r.Destination = order.Destination();
-    r.Side = HandedOffSide(order.Side());
-    r.Tif = order.Tif();
-    r.OrderTime = std::move(orderTime);
-    r.LmtPrice = order.LmtPrice();
-    r.Display = order.MaxFloor();
-    r.LvsQuantity = order.Quantity();
-    r.OrderRecordId = orderRecordId;
-    r.OrderStatus = QVXOrderStatus::PendingNew;
-    r.PriceTypeCode = order.PriceType();
-    r.Moo = IsMarketOnOpen(r.PriceTypeCode, r.Tif);
-    r.Moc = IsMarketOnClose(r.PriceTypeCode);
-    r.Quantity = order.Quantity();
-    r.Memo = order.Memo();
-    r.ClOrderID = order.ClOrderID();
-    r.Symbol = order.Symbol();
-    return r;
+    return HandedOffTicketRecord(TicketOf(order), orderRecordId, std::move(orderTime));
 }
 
 void OrderTracker::OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId) {
+    OnOrderHandedOff(TicketOf(order), orderRecordId);
+}
+
+void OrderTracker::OnOrderHandedOff(OrderTicket&& ticket, int32_t orderRecordId) {
     if (m_byRecordId.find(orderRecordId)) {
         // Already tracked under this id: the hand-off updates it as a report would.
-        OnQVXOrderUpdate(HandedOffRecord(order, orderRecordId, NowText()));
+        OnQVXOrderUpdate(HandedOffTicketRecord(ticket, orderRecordId, NowText()));
         return;
     }
     // A send hands off thousands of orders while the trader waits: the record is made
-    // straight from the order, with what HandedOffRecord would give it.
+    // straight from the ticket, with what HandedOffRecord would give it, its texts moved.
     try {
-        if (!IsBasket(BasketOf(order.Memo()))) {
+        if (!IsBasket(BasketOf(ticket.memo))) {
             return;
         }
     } catch (const RuntimeError&) {
         return;
     }
+    const std::string& now = NowText();
     const auto position = static_cast<uint32_t>(m_orders.size());
-    OrderUpdate& o = m_orders.emplace_back(); // filled in place: no copy of its texts
+    OrderUpdate& o = m_orders.emplace_back();
     try {
         o.m_strBasketId = m_lastBasket->basketId;
         o.m_nBasketSeq = m_lastBasket->basketSeq;
-        o.m_strClOrderId = order.ClOrderID();
-        o.m_strAccount = order.Account();
+        // Copied: the ticket's id was allocated among the send's tickets, and kept alive it
+        // would leave holes between them that slow the platform's allocations for the rest
+        // of the send.
+        o.m_strClOrderId = ticket.clOrderID;
+        o.m_strAccount = std::move(ticket.account);
         o.m_strAction = kHandedOffAction;
-        o.m_strDestination = order.Destination();
-        o.m_strInstrument = order.Symbol();
-        o.m_strOrderTime = NowText();
-        o.m_strSide = HandedOffSide(order.Side());
-        o.m_strTif = order.Tif();
-        o.m_fLmtPrice = order.LmtPrice();
-        o.m_nDisplay = order.MaxFloor();
-        o.m_nLvsQuantity = order.Quantity();
+        o.m_strDestination = std::move(ticket.destination);
+        o.m_strInstrument = std::move(ticket.symbol);
+        o.m_strOrderTime = now;
+        o.m_strSide = HandedOffSide(ticket.side);
+        o.m_strTif = std::move(ticket.tif);
+        o.m_fLmtPrice = ticket.lmtPrice;
+        o.m_nDisplay = ticket.maxFloor;
+        o.m_nLvsQuantity = ticket.quantity;
         o.m_nOrderRecordId = orderRecordId;
         o.m_nOrderStatus = QVXOrderStatus::PendingNew;
-        o.m_nPriceType = order.PriceType();
-        o.m_nQuantity = order.Quantity();
+        o.m_nPriceType = ticket.priceType;
+        o.m_nQuantity = ticket.quantity;
         o.m_bMoo = IsMarketOnOpen(o.m_nPriceType, o.m_strTif);
         o.m_bMoc = IsMarketOnClose(o.m_nPriceType);
-        IndexLast(NowText());
+        // The send's own record has it: not a change to write.
+        IndexLast(now, false);
     } catch (...) {
         m_orders.pop_back(); // never an order the indexes do not know
         throw;
     }
     m_answers.Expect(position, m_clock.now());
-    // The send's own record has it: not a change to write.
-    m_isChanged[position] = false;
-    m_changed.pop_back();
     m_ordersChanged = true;
 }
 
@@ -197,12 +214,12 @@ std::string OrderTracker::StatusText(size_t orderIndex) const {
     return QVXOrderStatusText(m_orders[orderIndex].m_nOrderStatus);
 }
 
-void OrderTracker::Append(OrderUpdate&& order, const std::string& seenAt) {
+void OrderTracker::Append(OrderUpdate&& order, const std::string& seenAt, bool changed) {
     m_orders.push_back(std::move(order));
-    IndexLast(seenAt);
+    IndexLast(seenAt, changed);
 }
 
-void OrderTracker::IndexLast(const std::string& seenAt) {
+void OrderTracker::IndexLast(const std::string& seenAt, bool changed) {
     const auto position = static_cast<uint32_t>(m_orders.size() - 1);
     const OrderUpdate& order = m_orders.back();
     // A send's orders follow one another: the group of the last order is tried first.
@@ -224,7 +241,9 @@ void OrderTracker::IndexLast(const std::string& seenAt) {
     }
     m_seenAtOf.push_back(static_cast<uint32_t>(m_seenTexts.size() - 1));
     m_isChanged.push_back(false);
-    MarkChanged(position);
+    if (changed) {
+        MarkChanged(position);
+    }
     m_groupOf.push_back(group);
     m_currentClOrderIds.emplace_back();
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
@@ -488,7 +507,8 @@ void OrderTracker::Restore(const TrackedOrder& tracked) {
         return;
     }
     const auto position = static_cast<uint32_t>(m_orders.size());
-    Append(std::move(order), tracked.seenAt);
+    // The ledger has it as it is: not a change to write.
+    Append(std::move(order), tracked.seenAt, false);
     if (!tracked.currentClOrderId.empty()) {
         SetCurrentClOrderId(position, tracked.currentClOrderId);
     }
@@ -498,8 +518,6 @@ void OrderTracker::Restore(const TrackedOrder& tracked) {
     if (tracked.answer != AnswerWatch::State::Answered) {
         m_answers.Expect(position, m_clock.now());
     }
-    m_isChanged[position] = false;
-    m_changed.pop_back();
     m_ordersChanged = true;
 }
 

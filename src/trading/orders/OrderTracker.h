@@ -2,6 +2,7 @@
 
 #include "common/Clock.h"
 #include "common/MessageBox.h"
+#include "platform/OrderTicket.h"
 #include "platform/QVXOrder.h"
 #include "platform/QVXOrderStruct.h"
 #include "trading/orders/AnswerWatch.h"
@@ -58,6 +59,9 @@ public:
     /// quantity until the broker's first report. An order of no basket is not tracked. The
     /// hand-off does not count as a change (TakeChangedOrders): the send's own record has it.
     void OnOrderHandedOff(const QVXOrder& order, int32_t orderRecordId);
+    /// The same for an order object the send is done with: the ticket's texts are moved into
+    /// tracking instead of copied, and the ticket is left empty.
+    void OnOrderHandedOff(OrderTicket&& ticket, int32_t orderRecordId);
     /// When the order at `orderIndex` was first tracked, "hh:mm:ss AM/PM".
     const std::string& SeenAt(size_t orderIndex) const {
         return m_seenTexts[m_seenAtOf.at(orderIndex)];
@@ -148,9 +152,10 @@ private:
         std::string firstSeen; ///< "hh:mm:ss AM/PM"
     };
 
-    void Append(OrderUpdate&& order, const std::string& seenAt);
+    /// `changed`: the order is listed for TakeChangedOrders (not when a record has it already).
+    void Append(OrderUpdate&& order, const std::string& seenAt, bool changed);
     /// Files the last order of m_orders (at its position) in every index and list.
-    void IndexLast(const std::string& seenAt);
+    void IndexLast(const std::string& seenAt, bool changed);
     /// The basket of a memo; the last memo's answer is kept, as a send's orders share one.
     const std::optional<BasketMemoId>& BasketOf(const std::string& memo);
     /// `orderIndex` as a position; std::out_of_range when no order is there.

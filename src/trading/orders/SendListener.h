@@ -21,8 +21,8 @@ public:
                             std::span<const QVXOrder* const> orders,
                             std::string_view overrides) = 0;
     /// SubmitOrder returned `result`: the platform's record id of the order (> 0), or the
-    /// refusal (< 0).
-    virtual void Submitted(const QVXOrder& order, int32_t result) = 0;
+    /// refusal (< 0). The send is done with `order`: the listener may take its texts.
+    virtual void Submitted(QVXOrder& order, int32_t result) = 0;
     /// The send is over, also when a line ended it with an error.
     virtual void SendEnds(int16_t basketSeq) = 0;
 };

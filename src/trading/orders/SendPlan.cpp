@@ -3,8 +3,10 @@
 #include "common/Conversions.h"
 #include "trading/orders/ExecutionButtons.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <limits>
 #include <optional>
 
@@ -31,7 +33,16 @@ bool QuotesPresent(int index, const ExecutionLine& line) {
 }
 
 std::optional<double> Number(const std::string& text) {
-    // Plain decimals (nearly every quantity and modifier) without the general conversion.
+    // Whole numbers of shares, the common quantity, read digit by digit: exact below 2^53.
+    if (!text.empty() && text.size() <= 15 &&
+        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
+        int64_t whole = 0;
+        for (const char c : text) {
+            whole = whole * 10 + (c - '0');
+        }
+        return static_cast<double>(whole);
+    }
+    // Plain decimals (nearly every modifier) without the general conversion.
     double quick = 0;
     const char* end = text.data() + text.size();
     if (!text.empty() && text[0] != '+' && text[0] != ' ') {
@@ -121,8 +132,11 @@ std::string ReportText(const ExecutionLine& line, const PlannedOrder& order) {
            line.destination;
 }
 
-SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks) {
+SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks,
+                  std::vector<PlannedOrder> room) {
     SendPlan plan;
+    plan.orders = std::move(room);
+    plan.orders.clear();
     plan.orders.reserve(lines.size());
     // Every line carries the screen's one modifier: its text is read once per distinct value.
     const std::string* modifierText = nullptr;

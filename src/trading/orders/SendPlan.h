@@ -38,7 +38,9 @@ struct SendPlan {
 /// shares, its quotes and TIF when the button needs them, and its limit price, taken from
 /// the quote's own value (not the rounded cell), plus the modifier, rounded onto the tick
 /// grid (buys down, sells and shorts up) and above 0.
-SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks);
+/// The plan's orders are made in the room of `room` (an earlier plan's vector, emptied).
+SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks,
+                  std::vector<PlannedOrder> room = {});
 
 /// The line's report text: symbol, quantity, destination ("IBM 40000 NASDAQ"); the
 /// quantity as typed when it is no number of shares.

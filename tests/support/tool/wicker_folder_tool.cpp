@@ -248,7 +248,7 @@ public:
                     std::string_view overrides) override {
         m_records.SendBegins(seq, name, orders, overrides);
     }
-    void Submitted(const QVXOrder& order, int32_t result) override {
+    void Submitted(QVXOrder& order, int32_t result) override {
         m_records.Submitted(order, result);
         if (++m_submitted == m_pause) {
             Park();

@@ -1,6 +1,7 @@
 #include "common/RuntimeError.h"
 #include "trading/basket/StockList.h"
 
+#include <cmath>
 #include <string>
 #include <vector>
 
@@ -136,6 +137,19 @@ TEST_F(StockListTest, ExecutionLinesCarryTheSubItemsASendReads) {
     EXPECT_EQ(e.destination, "ARCA");
     EXPECT_EQ(e.modifier, "0.01");
     EXPECT_EQ(e.tif, "DAY");
+
+    // As a send takes them: a quote value stands for its cell, an unchecked line is not read.
+    list.SetChecked(0, true);
+    list.SetChecked(1, false);
+    const auto values = [](int) { return ExecutionQuoteValues{1.005, NAN, 3.25, NAN}; };
+    const std::vector<ExecutionLine> sent = list.ExecutionLines(values);
+    EXPECT_EQ(sent[0].bid + "|" + sent[0].ask + "|" + sent[0].last + "|" + sent[0].price, "|2||4");
+    EXPECT_EQ(sent[0].bidValue, 1.005);
+    EXPECT_TRUE(std::isnan(sent[0].askValue));
+    EXPECT_EQ(sent[0].symbol + sent[0].quantity + sent[0].destination + sent[0].tif,
+              "S0100ARCADAY");
+    EXPECT_FALSE(sent[1].checked);
+    EXPECT_EQ(sent[1].symbol, "");
 }
 
 } // namespace

@@ -127,7 +127,7 @@ TEST_F(Records, EveryOrderOfASendReadsBackFieldForField) {
     for (const size_t i : {0u, 2u, 3u}) {
         const QVXOrderStruct& k = kept[i == 0 ? 0 : i - 1].tracked.state;
         SCOPED_TRACE(i);
-        EXPECT_EQ(k.ClOrderID, orders[i].ClOrderID());
+        EXPECT_EQ(k.ClOrderID, "ACCT01-20240315-57-" + std::to_string(i + 1));
         EXPECT_EQ(k.Account, lines[i].account);
         EXPECT_EQ(k.Symbol, lines[i].symbol);
         EXPECT_EQ(k.Destination, lines[i].destination);
