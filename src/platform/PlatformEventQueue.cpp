@@ -92,6 +92,7 @@ void PlatformEventQueue::MergeQuote(QVXQuoteStruct& into, const QVXQuoteStruct& 
 void PlatformEventQueue::Batch::swap(Batch& other) noexcept {
     events.swap(other.events);
     orderSlots.swap(other.orderSlots);
+    others.swap(other.others);
     std::swap(used, other.used);
 }
 
@@ -108,7 +109,7 @@ QVXOrderStruct& PlatformEventQueue::slotFor(Filler filler) {
 }
 
 std::function<void()> PlatformEventQueue::commitSlot() {
-    m_pending.events.emplace_back(OrderSlot{m_pending.used});
+    m_pending.events.push_back({true, static_cast<std::uint32_t>(m_pending.used)});
     ++m_pending.used;
     m_runUpdates.clear(); // an order keeps its place among the quote updates around it
     return wakeAfterPush();
@@ -124,6 +125,7 @@ std::function<void()> PlatformEventQueue::wakeAfterPush() {
 
 void PlatformEventQueue::recycle(Batch& batch) {
     batch.events.clear();
+    batch.others.clear();
     batch.used = 0;
     if (batch.orderSlots.size() > kKeptSlots) {
         batch.orderSlots.resize(kKeptSlots);
@@ -148,7 +150,8 @@ void PlatformEventQueue::push(Event event) {
                 const auto [at, added] =
                     m_runUpdates.try_emplace(quote->quote.Symbol, m_pending.events.size());
                 if (!added) {
-                    MergeQuote(std::get<QuoteUpdate>(m_pending.events[at->second]).quote,
+                    const Queued& earlier = m_pending.events[at->second];
+                    MergeQuote(std::get<QuoteUpdate>(m_pending.others[earlier.index]).quote,
                                quote->quote);
                     merged = true;
                 }
@@ -161,10 +164,12 @@ void PlatformEventQueue::push(Event event) {
                     [this](auto&& e) {
                         using T = std::decay_t<decltype(e)>;
                         if constexpr (!std::is_same_v<T, QVXOrderStruct>) {
-                            m_pending.events.emplace_back(std::move(e));
+                            m_pending.others.emplace_back(std::move(e));
                         }
                     },
                     std::move(event));
+                m_pending.events.push_back(
+                    {false, static_cast<std::uint32_t>(m_pending.others.size() - 1)});
             }
             wake = wakeAfterPush();
         }
@@ -193,19 +198,16 @@ std::size_t PlatformEventQueue::drain(QVXEvents& orders, QVXQuoteEvents& quotes,
         take();
     }
     const Deliver others{orders, quotes};
-    const auto deliver = [&](const auto& e) {
-        if constexpr (std::is_same_v<std::decay_t<decltype(e)>, OrderSlot>) {
-            orders.OnQVXOrderUpdate(m_draining.orderSlots[e.index].record);
-        } else {
-            others(e);
-        }
-    };
     std::size_t delivered = 0;
     while (m_next < m_draining.events.size() && delivered < maxEvents) {
         // Advance first: a handler that throws must not see its event again.
-        const Queued& event = m_draining.events[m_next++];
+        const Queued event = m_draining.events[m_next++];
         ++delivered;
-        std::visit(deliver, event);
+        if (event.order) {
+            orders.OnQVXOrderUpdate(m_draining.orderSlots[event.index].record);
+        } else {
+            std::visit(others, m_draining.others[event.index]);
+        }
     }
     if (m_next == m_draining.events.size() && m_draining.events.size() >= kBurst) {
         Batch().swap(m_draining);

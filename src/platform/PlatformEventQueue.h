@@ -3,6 +3,7 @@
 #include "platform/QVXEvents.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <limits>
@@ -73,22 +74,26 @@ public:
     std::size_t size() const;
 
 private:
-    /// An order update: the index of its slot in its batch.
-    struct OrderSlot {
-        std::size_t index = 0;
+    /// Every event but an order update.
+    using Other =
+        std::variant<QVXRejectStruct, QVXOrderWarning, QuoteSnap, QuoteUpdate, Shutdown, Status>;
+    /// Where a queued event lies: an order-update slot, or an entry of the batch's others.
+    /// Small, so that a burst's list of them costs little beside the events themselves.
+    struct Queued {
+        bool order = false;
+        std::uint32_t index = 0;
     };
-    using Queued = std::variant<OrderSlot, QVXRejectStruct, QVXOrderWarning, QuoteSnap, QuoteUpdate,
-                                Shutdown, Status>;
     using Filler = void (*)();
     struct Slot {
         QVXOrderStruct record;
         Filler filler = nullptr; ///< what wrote the record last; nullptr: a whole pushed one
     };
     /// The events of one drain, in push order. Order updates (the bulk, about 1 KB each) live
-    /// in slots that serve batch after batch; a deque, so a slot never moves.
+    /// in slots that serve batch after batch; deques, so nothing moves as a burst grows.
     struct Batch {
         std::vector<Queued> events;
         std::deque<Slot> orderSlots;
+        std::deque<Other> others;
         std::size_t used = 0; ///< slots holding this batch's updates
         void swap(Batch& other) noexcept;
     };

@@ -514,21 +514,19 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
-std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() {
+std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
     // The quotes' own values: the cells are rounded to the decimals shown.
     const auto own = [](double value) {
         return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    return m_stocks.ExecutionLines(
-        [&](int row) {
-            ExecutionQuoteValues values;
-            if (const Quote* quote = m_quotes.QuoteAt(row)) {
-                values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice),
-                          own(quote->m_fLastPrice), own(quote->m_fImportPrice)};
-            }
-            return values;
-        },
-        std::exchange(m_sendLinesRoom, {}));
+    return m_stocks.ExecutionLines([&](int row) {
+        ExecutionQuoteValues values;
+        if (const Quote* quote = m_quotes.QuoteAt(row)) {
+            values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice), own(quote->m_fLastPrice),
+                      own(quote->m_fImportPrice)};
+        }
+        return values;
+    });
 }
 
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
@@ -551,15 +549,7 @@ ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountTe
     try {
         KeepBasketSeqAboveJournal();
         report.basketSeq = m_sequence.BasketSeq();
-        std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
-        struct GiveBack {
-            std::vector<ExecutionLine>& lines;
-            std::vector<ExecutionLine>& room;
-            ~GiveBack() {
-                lines.clear();
-                room = std::move(lines);
-            }
-        } giveBack{lines, m_sendLinesRoom};
+        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.

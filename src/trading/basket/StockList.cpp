@@ -112,11 +112,8 @@ std::vector<ExecutionLine> StockList::ExecutionLines() const {
 }
 
 std::vector<ExecutionLine>
-StockList::ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
-                          std::vector<ExecutionLine> room) const {
-    std::vector<ExecutionLine> out = std::move(room);
-    out.clear();
-    out.resize(m_lines.size());
+StockList::ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf) const {
+    std::vector<ExecutionLine> out(m_lines.size());
     // A cell is read only where its quote has no value of its own.
     const auto quoteCell = [](std::string& to, double& value, double known,
                               const std::string& cell) {
