@@ -22,9 +22,9 @@ namespace {
 
 using namespace wicker;
 
-FixOrderState Sent(const char* id, const char* side, const char* symbol, int32_t qty) {
-    FixOrderState o;
-    o.clOrdID = id;
+OrderTicket Sent(const char* id, const char* side, const char* symbol, int32_t qty) {
+    OrderTicket o;
+    o.clOrderID = id;
     o.account = "FUZZ";
     o.side = side;
     o.symbol = symbol;
