@@ -193,13 +193,6 @@ int AppendOrderType(std::vector<FixField>& out, int32_t priceType, std::string_v
     return 0;
 }
 
-OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double limitPrice,
-                           FixVersion version, const TifProfile& profile) {
-    OrderTypeTags out;
-    out.refusal = AppendOrderType(out.fields, priceType, tifLetter, limitPrice, version, profile);
-    return out;
-}
-
 std::string FormatFixPrice(double price) {
     char buffer[400]; // the largest double has 309 integer digits
     const auto [end, ec] =

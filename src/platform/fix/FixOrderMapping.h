@@ -41,21 +41,11 @@ std::string_view TifLetterOf(std::string_view name);
 /// entry is malformed (a tag that is not a positive number, a missing '=').
 std::optional<std::vector<FixField>> ParseTifTags(std::string_view text);
 
-/// Order type, time in force and price fields of a NewOrderSingle, or the submit result
-/// that refuses the order (-5 price type, -6 TIF).
-struct OrderTypeTags {
-    int refusal = 0;
-    std::vector<FixField> fields;
-};
-
 /// Price type (1 market, also market-on-open with TIF "O"; 2 market-on-close; 5 limit)
-/// and TIF letter -> OrdType(40), TimeInForce(59) and the profile's extra tags. Limit
-/// orders get Price(44). Market-on-close is OrdType 5 in FIX 4.2 and OrdType 1 with
-/// TimeInForce 7 (at the close) in FIX 4.4.
-OrderTypeTags MapOrderType(int32_t priceType, std::string_view tifLetter, double limitPrice,
-                           FixVersion version, const TifProfile& profile);
-/// The same tags appended to `out`; returns the refusal (0: none, and `out` unchanged
-/// otherwise).
+/// and TIF letter -> OrdType(40), TimeInForce(59) and the profile's extra tags, appended to
+/// `out` (a NewOrderSingle's fields). Limit orders get Price(44). Market-on-close is OrdType 5
+/// in FIX 4.2 and OrdType 1 with TimeInForce 7 (at the close) in FIX 4.4. Returns the submit
+/// result that refuses the order (-5 price type, -6 TIF), `out` then unchanged; 0 otherwise.
 int AppendOrderType(std::vector<FixField>& out, int32_t priceType, std::string_view tifLetter,
                     double limitPrice, FixVersion version, const TifProfile& profile);
 

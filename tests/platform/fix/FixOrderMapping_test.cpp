@@ -8,6 +8,18 @@
 namespace wicker {
 namespace {
 
+struct OrderTypeTags {
+    int refusal = 0;
+    std::vector<FixField> fields;
+};
+
+OrderTypeTags MapOrderType(int32_t priceType, std::string_view tif, double limitPrice,
+                           FixVersion version, const TifProfile& profile) {
+    OrderTypeTags out;
+    out.refusal = AppendOrderType(out.fields, priceType, tif, limitPrice, version, profile);
+    return out;
+}
+
 std::string Tags(const std::vector<FixField>& fields) {
     std::string out;
     for (const FixField& f : fields) {
