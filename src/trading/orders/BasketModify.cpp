@@ -42,7 +42,7 @@ double QuotePrice(const Quote& quote, ChangeBasis basis) {
 /// Report text of an order, as a send names its lines: symbol, quantity, destination.
 std::string ReportText(const OrderUpdate& order) {
     return order.m_strInstrument + " " + std::to_string(order.m_nQuantity) + " " +
-           order.m_strDestination;
+           order.m_strDestination.str();
 }
 
 } // namespace

@@ -27,7 +27,7 @@ OrderTracker::OrderTracker(MessageBoxes& boxes, const Clock& clock)
 OrderTracker::UpdateOutcome
 OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
     if (const auto found = m_byRecordId.find(structOrderUpdate.OrderRecordId)) {
-        m_orders[*found].UpdateOrder(structOrderUpdate, false);
+        m_orders[*found].UpdateOrder(structOrderUpdate, false, &m_recentTexts);
         m_answers.Answered(*found);
         MarkChanged(*found);
         if (!structOrderUpdate.ClOrderID.empty()) {
@@ -45,10 +45,10 @@ OrderTracker::OnQVXOrderUpdate(const QVXOrderStruct& structOrderUpdate) {
         return UpdateOutcome::BadMemo;
     }
     OrderUpdate order;
-    order.m_strBasketId = m_lastBasket->basketId;
+    order.m_strBasketId = m_recentTexts.basketId.of(m_lastBasket->basketId);
     order.m_nBasketSeq = m_lastBasket->basketSeq;
     order.m_strClOrderId = structOrderUpdate.ClOrderID;
-    order.UpdateOrder(structOrderUpdate, false);
+    order.UpdateOrder(structOrderUpdate, false, &m_recentTexts);
     Append(std::move(order), NowText(), true);
     m_ordersChanged = true;
     return UpdateOutcome::Added;
@@ -60,7 +60,7 @@ namespace {
 // tracked order a send fills in place.
 constexpr const char* kHandedOffAction = "Pending New";
 /// "BUY" leaves as it was sent; every report gives the one-letter code.
-std::string HandedOffSide(const std::string& side) {
+std::string_view HandedOffSide(std::string_view side) {
     return side.substr(0, 1);
 }
 bool IsMarketOnOpen(int32_t priceType, const std::string& tif) {
@@ -130,19 +130,19 @@ void OrderTracker::OnOrderHandedOff(OrderTicket&& ticket, int32_t orderRecordId)
     const auto position = static_cast<uint32_t>(m_orders.size());
     OrderUpdate& o = m_orders.emplace_back();
     try {
-        o.m_strBasketId = m_lastBasket->basketId;
+        o.m_strBasketId = m_recentTexts.basketId.of(m_lastBasket->basketId);
         o.m_nBasketSeq = m_lastBasket->basketSeq;
         // Copied: the ticket's id was allocated among the send's tickets, and kept alive it
         // would leave holes between them that slow the platform's allocations for the rest
         // of the send.
         o.m_strClOrderId = ticket.clOrderID;
-        o.m_strAccount = std::move(ticket.account);
-        o.m_strAction = kHandedOffAction;
-        o.m_strDestination = std::move(ticket.destination);
+        o.m_strAccount = m_recentTexts.account.of(ticket.account);
+        o.m_strAction = m_recentTexts.action.of(kHandedOffAction);
+        o.m_strDestination = m_recentTexts.destination.of(ticket.destination);
         o.m_strInstrument = std::move(ticket.symbol);
-        o.m_strOrderTime = now;
-        o.m_strSide = HandedOffSide(ticket.side);
-        o.m_strTif = std::move(ticket.tif);
+        o.m_strOrderTime = m_recentTexts.orderTime.of(now);
+        o.m_strSide = m_recentTexts.side.of(HandedOffSide(ticket.side));
+        o.m_strTif = m_recentTexts.tif.of(ticket.tif);
         o.m_fLmtPrice = ticket.lmtPrice;
         o.m_nDisplay = ticket.maxFloor;
         o.m_nLvsQuantity = ticket.quantity;
@@ -172,15 +172,14 @@ const std::optional<BasketMemoId>& OrderTracker::BasketOf(const std::string& mem
 }
 
 void OrderTracker::SetCurrentClOrderId(uint32_t position, const std::string& clOrderId) {
-    std::string& current = m_currentClOrderIds[position];
-    if (current.empty() ? clOrderId == m_orders[position].m_strClOrderId : clOrderId == current) {
-        return; // most reports repeat the id
-    }
+    // Most reports repeat the id the order was sent with: no entry, and no lookup then.
     if (clOrderId == m_orders[position].m_strClOrderId) {
-        current.clear();
-    } else {
-        current = clOrderId;
+        if (!m_currentClOrderIds.empty()) {
+            m_currentClOrderIds.erase(position);
+        }
+        return;
     }
+    m_currentClOrderIds[position] = clOrderId;
 }
 
 const std::string& OrderTracker::Note(size_t orderIndex) const {
@@ -245,7 +244,6 @@ void OrderTracker::IndexLast(const std::string& seenAt, bool changed) {
         MarkChanged(position);
     }
     m_groupOf.push_back(group);
-    m_currentClOrderIds.emplace_back();
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
     m_byClOrderId.add(order.m_strClOrderId, position);
 }
@@ -411,8 +409,9 @@ const OrderUpdate* OrderTracker::FindOrder(int32_t orderRecordId) const {
 
 const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
     const uint32_t position = CheckedPosition(orderIndex);
-    const std::string& current = m_currentClOrderIds[position];
-    return current.empty() ? m_orders[position].m_strClOrderId : current;
+    const auto current = m_currentClOrderIds.find(position);
+    return current == m_currentClOrderIds.end() ? m_orders[position].m_strClOrderId
+                                                : current->second;
 }
 
 uint32_t OrderTracker::CheckedPosition(size_t orderIndex) const {
@@ -490,7 +489,7 @@ TrackedOrder OrderTracker::Snapshot(size_t orderIndex) const {
     r.Moo = o.m_bMoo;
     r.Moc = o.m_bMoc;
     // The memo's pieces come back as the basket id and send number: this memo gives them again.
-    r.Memo = BasketMemo(o.m_strBasketId, o.m_nBasketSeq);
+    r.Memo = BasketMemo(o.m_strBasketId.str(), o.m_nBasketSeq);
     r.ClOrderID = o.m_strClOrderId;
     r.Symbol = o.m_strInstrument;
     t.currentClOrderId = CurrentClOrderId(orderIndex);

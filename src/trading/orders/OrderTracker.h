@@ -177,10 +177,10 @@ private:
     const Clock& m_clock;
 
     std::deque<OrderUpdate> m_orders;
+    SharedOrderTexts m_recentTexts;  ///< what the orders tracked lately share
     std::vector<uint32_t> m_groupOf; ///< basket group of each order, by position
-    /// Latest client order id, by position; empty while it is still the id the order was
-    /// sent with (no copy of every order's id).
-    std::vector<std::string> m_currentClOrderIds;
+    /// Latest client order id of the few orders whose id changed (a replace), by position.
+    std::unordered_map<uint32_t, std::string> m_currentClOrderIds;
     std::unordered_map<uint32_t, std::string> m_notes; ///< local note of the few orders with one
     /// When each order was first tracked: a position in m_seenTexts, which holds each
     /// "hh:mm:ss AM/PM" once (a send's thousands of orders share a few seconds).

@@ -81,21 +81,29 @@ void Keep(std::string& field, const std::string& value) {
         field = value;
     }
 }
+void Keep(SharedText& field, const std::string& value, RecentTexts* recent) {
+    if (field != value) {
+        field = recent != nullptr ? recent->of(value) : SharedText(value);
+    }
+}
 
-void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r) {
-    Keep(o.m_strAccount, r.Account);
-    Keep(o.m_strAction, r.Action);
-    Keep(o.m_strDestination, r.Destination);
-    Keep(o.m_strExchClOrderId, r.ExchClOrderId);
+void CopyRecord(OrderUpdate& o, const QVXOrderStruct& r, SharedOrderTexts* recent) {
+    const auto in = [recent](RecentTexts SharedOrderTexts::*texts) {
+        return recent != nullptr ? &(recent->*texts) : nullptr;
+    };
+    Keep(o.m_strAccount, r.Account, in(&SharedOrderTexts::account));
+    Keep(o.m_strAction, r.Action, in(&SharedOrderTexts::action));
+    Keep(o.m_strDestination, r.Destination, in(&SharedOrderTexts::destination));
+    Keep(o.m_strExchClOrderId, r.ExchClOrderId, nullptr); // one per order, when any
     Keep(o.m_strExchOrderId, r.ExchOrderId);
     // The platforms report the traded symbol in Symbol; Instrument only when they have one.
     Keep(o.m_strInstrument, r.Instrument.empty() ? r.Symbol : r.Instrument);
-    Keep(o.m_strLogMessage, r.LogMessage);
-    Keep(o.m_strOrderTime, r.OrderTime);
-    Keep(o.m_strPriceType, r.PriceType);
-    Keep(o.m_strSide, r.Side);
-    Keep(o.m_strTif, r.Tif);
-    Keep(o.m_strUpdateTime, r.UpdateTime);
+    Keep(o.m_strLogMessage, r.LogMessage, in(&SharedOrderTexts::logMessage));
+    Keep(o.m_strOrderTime, r.OrderTime, in(&SharedOrderTexts::orderTime));
+    Keep(o.m_strPriceType, r.PriceType, in(&SharedOrderTexts::priceType));
+    Keep(o.m_strSide, r.Side, in(&SharedOrderTexts::side));
+    Keep(o.m_strTif, r.Tif, in(&SharedOrderTexts::tif));
+    Keep(o.m_strUpdateTime, r.UpdateTime, in(&SharedOrderTexts::updateTime));
     o.m_fAvgExecPrice = r.AvgExecPrice;
     o.m_fExecPriceLmt = r.ExecPriceLmt;
     o.m_fLmtPrice = r.LmtPrice;
@@ -161,7 +169,8 @@ void OrderUpdate::SetAllMembers(const OrderUpdate& other) {
     m_strClOrderId = other.m_strClOrderId;
 }
 
-void OrderUpdate::UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder) {
+void OrderUpdate::UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder,
+                              SharedOrderTexts* recent) {
     if (bNewOrder) {
         const auto basket = ParseBasketMemo(structUpdate.Memo);
         if (!basket) {
@@ -171,7 +180,7 @@ void OrderUpdate::UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder
         m_nBasketSeq = basket->basketSeq;
         m_strClOrderId = structUpdate.ClOrderID;
     }
-    CopyRecord(*this, structUpdate);
+    CopyRecord(*this, structUpdate, recent);
     if (CarriesExtras(structUpdate)) {
         if (!m_extras) {
             m_extras = std::make_unique<OrderExtras>();

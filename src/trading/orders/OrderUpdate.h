@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/SharedText.h"
 #include "platform/QVXOrderStruct.h"
 
 #include <cstdint>
@@ -65,23 +66,39 @@ struct OrderExtras {
     bool operator==(const OrderExtras&) const = default;
 };
 
+/// The recent values of the texts many orders carry alike (account, status texts, times,
+/// basket), so that orders tracked one after another hold one copy of each.
+struct SharedOrderTexts {
+    RecentTexts account;
+    RecentTexts action;
+    RecentTexts destination;
+    RecentTexts logMessage;
+    RecentTexts orderTime;
+    RecentTexts priceType;
+    RecentTexts side;
+    RecentTexts tif;
+    RecentTexts updateTime;
+    RecentTexts basketId;
+};
+
 /// One basket order as the platform last reported it: a copy of every field of the
 /// order-update record that Wicker keeps, plus the basket it belongs to, filled when the
-/// order is first seen.
+/// order is first seen. Tens of thousands are kept a day: texts that repeat from order to
+/// order are shared, and the rarely carried fields are kept apart.
 class OrderUpdate {
 public:
-    std::string m_strAccount;
-    std::string m_strAction;
-    std::string m_strDestination;
-    std::string m_strExchClOrderId;
+    SharedText m_strAccount;
+    SharedText m_strAction;
+    SharedText m_strDestination;
+    SharedText m_strExchClOrderId;
     std::string m_strExchOrderId;
     std::string m_strInstrument;
-    std::string m_strLogMessage;
-    std::string m_strOrderTime;
-    std::string m_strPriceType;
-    std::string m_strSide;
-    std::string m_strTif;
-    std::string m_strUpdateTime;
+    SharedText m_strLogMessage;
+    SharedText m_strOrderTime;
+    SharedText m_strPriceType;
+    SharedText m_strSide;
+    SharedText m_strTif;
+    SharedText m_strUpdateTime;
     double m_fAvgExecPrice = 0;
     double m_fExecPriceLmt = 0;
     double m_fLmtPrice = 0;
@@ -95,11 +112,11 @@ public:
     int32_t m_nQuantity = 0;
     bool m_bMoo = false;
     bool m_bMoc = false;
-
-    /// Basket id from the memo (name without dashes); empty for an order of no basket.
-    std::string m_strBasketId;
     /// Basket send number from the memo.
     int16_t m_nBasketSeq = 0;
+
+    /// Basket id from the memo (name without dashes); empty for an order of no basket.
+    SharedText m_strBasketId;
     /// Client order id as first reported; rejects find their order by it.
     std::string m_strClOrderId;
 
@@ -119,11 +136,16 @@ public:
     /// Takes the platform's record. For a new order (bNewOrder) it first decides from the
     /// memo whether the order belongs to a basket; if not, the basket id stays empty and
     /// nothing else is filled. A memo whose send number is not a number throws
-    /// RuntimeError and leaves the object as it was.
-    void UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder);
+    /// RuntimeError and leaves the object as it was. Texts that changed are taken from
+    /// `recent` when given, so that they are shared with the orders updated before.
+    void UpdateOrder(const QVXOrderStruct& structUpdate, bool bNewOrder,
+                     SharedOrderTexts* recent = nullptr);
 
 private:
     std::unique_ptr<OrderExtras> m_extras; ///< null while every extra field is at its default
 };
+
+// Two orders fill one block of the tracker's deque: a field more doubles its allocations.
+static_assert(sizeof(OrderUpdate) <= 256);
 
 } // namespace wicker

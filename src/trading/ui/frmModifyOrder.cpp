@@ -40,8 +40,8 @@ frmModifyOrder::frmModifyOrder(OrderWindowsContext ctx, int32_t orderRecordId, Q
     m_cboPriceType->addItem(QStringLiteral("Limit"));
     m_cboPriceType->addItem(QStringLiteral("Market"));
     if (order != nullptr) {
-        m_lblOrder->setText(Q(OrderDescription(*order) + "  " + order->m_strDestination + "  " +
-                              order->m_strClOrderId));
+        m_lblOrder->setText(Q(OrderDescription(*order) + "  " + order->m_strDestination.str() +
+                              "  " + order->m_strClOrderId));
         lblFilled->setText(Q("Filled " + std::to_string(order->m_nCumExecQuantity) + ", open " +
                              std::to_string(order->m_nLvsQuantity)));
         m_txtQuantity->setText(Q(std::to_string(order->m_nQuantity)));

@@ -1,0 +1,44 @@
+#include "common/SharedText.h"
+
+#include <utility>
+
+namespace wicker {
+
+SharedText::SharedText(std::string_view text) {
+    if (!text.empty()) {
+        m_block = new Block{1, std::string(text)};
+    }
+}
+
+SharedText& SharedText::operator=(SharedText&& other) noexcept {
+    if (this != &other) {
+        Release();
+        m_block = std::exchange(other.m_block, nullptr);
+    }
+    return *this;
+}
+
+SharedText& SharedText::operator=(std::string_view text) {
+    if (str() != text) {
+        *this = SharedText(text);
+    }
+    return *this;
+}
+
+const std::string& SharedText::Empty() {
+    static const std::string empty;
+    return empty;
+}
+
+const SharedText& RecentTexts::Miss(std::string_view text) {
+    for (m_last = 0; m_last < kKept; ++m_last) {
+        if (m_kept[m_last] == text) {
+            return m_kept[m_last];
+        }
+    }
+    m_last = m_next;
+    m_next = (m_next + 1) % kKept;
+    return m_kept[m_last] = SharedText(text);
+}
+
+} // namespace wicker
