@@ -422,7 +422,7 @@ uint32_t OrderTracker::CheckedPosition(size_t orderIndex) const {
 }
 
 void OrderTracker::ZeroLeaves(size_t orderIndex) {
-    m_orders.at(orderIndex).m_nLvsQuantity = 0;
+    m_orders[CheckedPosition(orderIndex)].m_nLvsQuantity = 0;
     MarkChanged(static_cast<uint32_t>(orderIndex));
 }
 

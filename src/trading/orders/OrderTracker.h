@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/ChunkedList.h"
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/OrderTicket.h"
@@ -14,7 +15,6 @@
 
 #include <chrono>
 #include <cstdint>
-#include <deque>
 #include <functional>
 #include <map>
 #include <optional>
@@ -110,7 +110,7 @@ public:
     void RemoveOrderSummaryWindow(int handle);
 
     /// All basket orders seen, in order of first appearance.
-    const std::deque<OrderUpdate>& Orders() const { return m_orders; }
+    const ChunkedList<OrderUpdate>& Orders() const { return m_orders; }
     /// Position of the order with this record id, or of the first order sent under this
     /// client order id.
     std::optional<size_t> PositionOf(int32_t orderRecordId) const;
@@ -176,7 +176,7 @@ private:
     MessageBoxes& m_boxes;
     const Clock& m_clock;
 
-    std::deque<OrderUpdate> m_orders;
+    ChunkedList<OrderUpdate> m_orders;
     SharedOrderTexts m_recentTexts;  ///< what the orders tracked lately share
     std::vector<uint32_t> m_groupOf; ///< basket group of each order, by position
     /// Latest client order id of the few orders whose id changed (a replace), by position.
