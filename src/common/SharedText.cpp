@@ -25,11 +25,6 @@ SharedText& SharedText::operator=(std::string_view text) {
     return *this;
 }
 
-const std::string& SharedText::Empty() {
-    static const std::string empty;
-    return empty;
-}
-
 const SharedText& RecentTexts::Miss(std::string_view text) {
     for (m_last = 0; m_last < kKept; ++m_last) {
         if (m_kept[m_last] == text) {

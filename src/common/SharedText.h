@@ -30,7 +30,7 @@ public:
     SharedText& operator=(std::string_view text);
     ~SharedText() { Release(); }
 
-    const std::string& str() const { return m_block != nullptr ? m_block->text : Empty(); }
+    const std::string& str() const { return m_block != nullptr ? m_block->text : kEmpty; }
     operator const std::string&() const { return str(); } // NOLINT: reads like the string it was
     bool empty() const { return m_block == nullptr; }
     size_t size() const { return str().size(); }
@@ -48,7 +48,7 @@ private:
         uint32_t holders = 1;
         std::string text;
     };
-    static const std::string& Empty();
+    static inline const std::string kEmpty;
     void Hold() noexcept {
         if (m_block != nullptr) {
             ++m_block->holders;

@@ -82,8 +82,13 @@ void Keep(std::string& field, const std::string& value) {
     }
 }
 void Keep(SharedText& field, const std::string& value, RecentTexts* recent) {
-    if (field != value) {
-        field = recent != nullptr ? recent->of(value) : SharedText(value);
+    if (field == value) {
+        return;
+    }
+    if (recent != nullptr) {
+        field = recent->of(value);
+    } else {
+        field = SharedText(value);
     }
 }
 
