@@ -245,11 +245,10 @@ void OrderTracker::IndexLast(const std::string& seenAt, bool changed) {
     }
     m_groupOf.push_back(group);
     m_byRecordId.emplace(order.m_nOrderRecordId, position);
-    m_byClOrderId.add(order.m_strClOrderId, position);
 }
 
 void OrderTracker::OnQVXOrderReject(const QVXRejectStruct& structOrderReject) {
-    m_byClOrderId.forEach(structOrderReject.ClOrderID, FirstClOrderIdOf(), [&](uint32_t position) {
+    ByClOrderId().forEach(structOrderReject.ClOrderID, FirstClOrderIdOf(), [&](uint32_t position) {
         m_orders[position].m_nLvsQuantity = 0;
         MarkChanged(position);
         if (m_answers.StateOf(position) != AnswerWatch::State::Answered) {
@@ -273,7 +272,7 @@ void OrderTracker::OnQVXOrderWarning(const QVXOrderWarning& warning) {
     if (const auto found = m_byRecordId.find(warning.OrderRecordId)) {
         position = *found;
     } else {
-        position = m_byClOrderId.first(warning.ClOrderID, FirstClOrderIdOf());
+        position = ByClOrderId().first(warning.ClOrderID, FirstClOrderIdOf());
     }
     if (position) {
         m_notes[*position] = warning.Text;
@@ -337,6 +336,7 @@ void OrderTracker::Clear() {
     m_answers.Clear();
     m_byRecordId.clear();
     m_byClOrderId.clear();
+    m_clOrderIdsIndexed = 0;
     m_groupIndex.clear();
     m_groups.clear();
     m_rows.clear();
@@ -414,6 +414,14 @@ const std::string& OrderTracker::CurrentClOrderId(size_t orderIndex) const {
                                                 : current->second;
 }
 
+const ClOrderIdIndex& OrderTracker::ByClOrderId() const {
+    for (; m_clOrderIdsIndexed < m_orders.size(); ++m_clOrderIdsIndexed) {
+        m_byClOrderId.add(m_orders[m_clOrderIdsIndexed].m_strClOrderId,
+                          static_cast<uint32_t>(m_clOrderIdsIndexed));
+    }
+    return m_byClOrderId;
+}
+
 uint32_t OrderTracker::CheckedPosition(size_t orderIndex) const {
     if (orderIndex >= m_orders.size()) {
         throw std::out_of_range("no tracked order at position " + std::to_string(orderIndex));
@@ -432,7 +440,7 @@ std::optional<size_t> OrderTracker::PositionOf(int32_t orderRecordId) const {
 }
 
 std::optional<size_t> OrderTracker::PositionOf(const std::string& clOrderId) const {
-    const auto found = m_byClOrderId.first(clOrderId, FirstClOrderIdOf());
+    const auto found = ByClOrderId().first(clOrderId, FirstClOrderIdOf());
     return found ? std::optional<size_t>(*found) : std::nullopt;
 }
 

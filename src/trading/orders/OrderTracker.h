@@ -158,6 +158,8 @@ private:
     void IndexLast(const std::string& seenAt, bool changed);
     /// The basket of a memo; the last memo's answer is kept, as a send's orders share one.
     const std::optional<BasketMemoId>& BasketOf(const std::string& memo);
+    /// The client order id index with every order in it.
+    const ClOrderIdIndex& ByClOrderId() const;
     /// `orderIndex` as a position; std::out_of_range when no order is there.
     uint32_t CheckedPosition(size_t orderIndex) const;
     /// How the client order id index reads an order's first id.
@@ -191,7 +193,10 @@ private:
     AnswerWatch m_answers;
     std::chrono::milliseconds m_noAnswerAfter{std::chrono::seconds(10)};
     RecordIdIndex m_byRecordId;
-    ClOrderIdIndex m_byClOrderId; ///< by the first client order id (OrderUpdate::m_strClOrderId)
+    /// By the first client order id (OrderUpdate::m_strClOrderId). Only rejects and warnings
+    /// look orders up by it: orders are added when it is read, not while a send hands them off.
+    mutable ClOrderIdIndex m_byClOrderId;
+    mutable size_t m_clOrderIdsIndexed = 0; ///< orders before this position are in it
     std::map<BasketKey, uint32_t> m_groupIndex;
     std::vector<BasketGroup> m_groups;
 

@@ -610,6 +610,10 @@ TEST_F(Tracking, ClearForgetsOrdersRejectsRowsAndWatchesAndRefreshesOpenSummarie
     tracker.Timer1sec();
     ASSERT_EQ(tracker.BasketListLines().size(), 1u);
     EXPECT_EQ(tracker.Rows()[0].m_nBasketNum, 3);
+    // An order tracked after the lookups is found by its id too.
+    tracker.OnOrderHandedOff(*HandedOff("ACCT01-20240315-57-1"), 8);
+    tracker.OnQVXOrderReject(Reject("ACCT01-20240315-57-1", "B", 100, "IBM", 3));
+    EXPECT_EQ(tracker.Orders()[1].m_nLvsQuantity, 0);
 }
 
 // The index behind "every order sent under a client order id, the first sent first": each id
