@@ -18,6 +18,13 @@ SharedText& SharedText::operator=(SharedText&& other) noexcept {
     return *this;
 }
 
+void SharedText::Drop() noexcept {
+    if (--m_block->holders == 0) {
+        delete m_block;
+    }
+    m_block = nullptr;
+}
+
 SharedText& SharedText::operator=(std::string_view text) {
     if (str() != text) {
         *this = SharedText(text);

@@ -55,11 +55,12 @@ private:
         }
     }
     void Release() noexcept {
-        if (m_block != nullptr && --m_block->holders == 0) {
-            delete m_block;
+        if (m_block != nullptr) {
+            Drop();
         }
-        m_block = nullptr;
     }
+    /// Lets go of the block held, freeing it when no one else holds it.
+    void Drop() noexcept;
 
     Block* m_block = nullptr; ///< null for the empty text
 };
