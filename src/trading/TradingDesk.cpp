@@ -514,12 +514,12 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
-std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
+SendLines TradingDesk::LinesToSend() const {
     // The quotes' own values: the cells are rounded to the decimals shown.
     const auto own = [](double value) {
         return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    return m_stocks.ExecutionLines([&](int row) {
+    return m_stocks.LinesToSend([&](int row) {
         ExecutionQuoteValues values;
         if (const Quote* quote = m_quotes.QuoteAt(row)) {
             values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice), own(quote->m_fLastPrice),
@@ -549,7 +549,7 @@ ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountTe
     try {
         KeepBasketSeqAboveJournal();
         report.basketSeq = m_sequence.BasketSeq();
-        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
+        const SendLines lines = LinesToSend();
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.

@@ -284,7 +284,7 @@ private:
     void RequoteAndCalculate();
     bool CheckMainLine(MainLineEntry& entry);
     /// What a send reads of the grid.
-    std::vector<ExecutionLine> ExecutionLinesWithQuotes() const;
+    SendLines LinesToSend() const;
     /// The second panel of sbMain: the checked lines' value at the last.
     void UpdateNotional();
 
