@@ -479,7 +479,7 @@ void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
     Begin();
     try {
         m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
-        m_stmts->send.bind(4, Now()).bind(5, overrides).bind(6, record.text()).run();
+        m_stmts->send.bind(4, Now()).bind(5, overrides).bindUncopied(6, record.text()).run();
         Flush();
     } catch (const SqliteError&) {
         m_inTransaction = false;
@@ -499,7 +499,7 @@ void OrderLedger::SendEnds(int16_t basketSeq, const std::vector<int32_t>& result
     }
     text.resize(static_cast<size_t>(out - text.data()));
     Begin();
-    m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, text);
+    m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bindUncopied(3, text);
     m_stmts->sendEnds.bind(4, handedAt).run();
 }
 
