@@ -21,22 +21,21 @@ namespace {
 
 /// Side, price type, TIF and limit price of the button, set in the order the platform
 /// has always received them.
-void ApplyButtonRule(int index, const PlannedOrder& planned, std::string_view tif,
-                     QVXOrder& order) {
-    const auto rule = ExecuteButtonRuleFor(index);
+void ApplyButtonRule(const std::optional<ExecuteButtonRule>& rule, const PlannedOrder& planned,
+                     const std::string& tifCode, QVXOrder& order) {
     if (!rule) {
         return;
     }
     switch (rule->kind) {
     case ButtonKind::Limit:
-        order.setTif(TifCode(tif));
+        order.setTif(tifCode);
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
         order.setLmtPrice(planned.limit);
         break;
     case ButtonKind::Market:
     case ButtonKind::MarketOnClose:
-        order.setTif(TifCode(tif));
+        order.setTif(tifCode);
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
         break;
@@ -46,6 +45,16 @@ void ApplyButtonRule(int index, const PlannedOrder& planned, std::string_view ti
         order.setSide(std::string(rule->side));
         break;
     }
+}
+
+/// The text made of a line's text by `make`, made again only when the text is another.
+template <class Made, class Make>
+const std::string& MadeFrom(Made& cache, const SendLines& lines, SendLines::TextAt at, Make make) {
+    if (cache.from.offset != at.offset || cache.from.size != at.size) {
+        cache.made = make(lines.text(at));
+        cache.from = at;
+    }
+    return cache.made;
 }
 
 std::string NotSentText(const SendLines& lines, const PlannedOrder& planned) {
@@ -146,12 +155,13 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
         texts.account = UCase(inputs.account);
         texts.clOrderIdPrefix =
             BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
+        texts.rule = ExecuteButtonRuleFor(index);
         std::vector<std::unique_ptr<QVXOrder>> orders;
         orders.reserve(plan.orders.size());
         std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
         sent.reserve(plan.orders.size());
         for (const PlannedOrder& planned : plan.orders) {
-            if (auto order = PrepareLine(index, lines, planned, texts, settings, report)) {
+            if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
                 orders.push_back(std::move(order));
                 sent.push_back(&planned);
             }
@@ -237,11 +247,9 @@ int32_t BasketExecution::NextOrderNumber() {
     return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
 }
 
-std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const SendLines& lines,
-                                                       const PlannedOrder& planned,
-                                                       const SendTexts& texts,
-                                                       const ExecutionSettings& settings,
-                                                       ExecuteReport& report) {
+std::unique_ptr<QVXOrder>
+BasketExecution::PrepareLine(const SendLines& lines, const PlannedOrder& planned, SendTexts& texts,
+                             const ExecutionSettings& settings, ExecuteReport& report) {
     if (!planned.sendable) {
         report.notSent.push_back(NotSentText(lines, planned));
         return nullptr;
@@ -252,12 +260,16 @@ std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const SendLine
     order->setAccount(texts.account);
     order->setSymbol(std::string(lines.text(line.symbol)));
     order->setQuantity(planned.quantity);
-    order->setDestination(UCase(lines.text(line.destination)));
+    order->setDestination(MadeFrom(texts.destination, lines, line.destination,
+                                   [](std::string_view text) { return UCase(text); }));
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
     }
-    ApplyButtonRule(index, planned, lines.text(line.tif), *order);
+    ApplyButtonRule(
+        texts.rule, planned,
+        MadeFrom(texts.tif, lines, line.tif, [](std::string_view text) { return TifCode(text); }),
+        *order);
     std::string clOrderId; // made in one allocation, without a text of the number first
     clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);
     clOrderId += texts.clOrderIdPrefix;

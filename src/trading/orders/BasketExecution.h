@@ -3,6 +3,7 @@
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/QVXOrder.h"
+#include "trading/orders/ExecutionButtons.h"
 #include "trading/orders/SendLimits.h"
 #include "trading/orders/SendListener.h"
 #include "trading/orders/SendPlan.h"
@@ -11,6 +12,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -97,17 +99,26 @@ private:
     /// False when a limit is broken and not overridden; records the overridden ones.
     bool LimitsPass(int index, const SendLines& lines, const ExecutionInputs& inputs,
                     const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
-    /// The texts every order of one send carries.
+    /// A text of the orders made from a line's text; made again only for another text.
+    struct MadeText {
+        SendLines::TextAt from{std::numeric_limits<uint32_t>::max(), 0};
+        std::string made;
+    };
+    /// What every order of one send carries, and what the last order took from its line:
+    /// a basket's destinations and TIFs mostly repeat, and each is made once.
     struct SendTexts {
         std::string memo;
         std::string account;         ///< upper case
         std::string clOrderIdPrefix; ///< the client order id up to the order number
+        std::optional<ExecuteButtonRule> rule;
+        MadeText destination; ///< upper case
+        MadeText tif;         ///< the TIF code
     };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
-    std::unique_ptr<QVXOrder> PrepareLine(int index, const SendLines& lines,
-                                          const PlannedOrder& planned, const SendTexts& texts,
-                                          const ExecutionSettings& settings, ExecuteReport& report);
+    std::unique_ptr<QVXOrder> PrepareLine(const SendLines& lines, const PlannedOrder& planned,
+                                          SendTexts& texts, const ExecutionSettings& settings,
+                                          ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,

@@ -11,8 +11,11 @@
 namespace wicker {
 
 std::optional<double> LineNumber(std::string_view text) {
+    if (text.empty()) {
+        return std::nullopt; // the common line price: none typed
+    }
     // Whole numbers of shares, the common quantity, read digit by digit: exact below 2^53.
-    if (!text.empty() && text.size() <= 15 &&
+    if (text.size() <= 15 &&
         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
         int64_t whole = 0;
         for (const char c : text) {
@@ -23,7 +26,7 @@ std::optional<double> LineNumber(std::string_view text) {
     // Plain decimals (nearly every modifier) without the general conversion.
     double quick = 0;
     const char* end = text.data() + text.size();
-    if (!text.empty() && text[0] != '+' && text[0] != ' ') {
+    if (text[0] != '+' && text[0] != ' ') {
         if (const auto [ptr, ec] =
                 std::from_chars(text.data(), end, quick, std::chars_format::fixed);
             ec == std::errc() && ptr == end) {
