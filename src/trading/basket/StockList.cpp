@@ -111,9 +111,10 @@ std::vector<ExecutionLine> StockList::ExecutionLines() const {
     return out;
 }
 
-SendLines
-StockList::LinesToSend(const std::function<ExecutionQuoteValues(int row)>& valuesOf) const {
-    SendLines out;
+SendLines StockList::LinesToSend(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
+                                 SendLines room) const {
+    SendLines out = std::move(room);
+    out.clear();
     // Symbols and quantities mostly; the other texts repeat and are kept once.
     out.reserve(m_lines.size(), m_lines.size() * 12);
     for (size_t row = 0; row < m_lines.size(); ++row) {

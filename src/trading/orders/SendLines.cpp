@@ -37,6 +37,12 @@ void SendLines::reserve(size_t lines, size_t textBytes) {
     m_texts.reserve(textBytes);
 }
 
+void SendLines::clear() {
+    m_lines.clear();
+    m_texts.clear();
+    m_lastChecked = {};
+}
+
 SendLines::TextAt SendLines::Store(std::string_view text, TextAt previous) {
     // Destinations, modifiers and TIFs mostly repeat down a basket: kept once.
     if (previous.size == text.size() && this->text(previous) == text) {

@@ -57,6 +57,8 @@ public:
     static SendLines Of(std::span<const ExecutionLine> lines);
 
     void reserve(size_t lines, size_t textBytes);
+    /// No lines; their memory stays for the next send's.
+    void clear();
     /// Adds a line; `own` holds the quote's values behind its cells (NaN where none, and the
     /// cell is read instead). Nothing of an unchecked line is read.
     void add(bool checked, const ExecutionQuoteValues& own, const SendLineCells& cells);
