@@ -47,14 +47,19 @@ void ApplyButtonRule(const std::optional<ExecuteButtonRule>& rule, const Planned
     }
 }
 
-/// The text made of a line's text by `make`, made again only when the text is another.
+/// The text `make` makes of a line's text, made once per text of the lines (a text of the
+/// lines lies in one place); a basket of many kinds starts the list again.
 template <class Made, class Make>
-const std::string& MadeFrom(Made& cache, const SendLines& lines, SendLines::TextAt at, Make make) {
-    if (cache.from.offset != at.offset || cache.from.size != at.size) {
-        cache.made = make(lines.text(at));
-        cache.from = at;
+const std::string& MadeFrom(Made& made, const SendLines& lines, SendLines::TextAt at, Make make) {
+    for (const auto& [from, text] : made) {
+        if (from.offset == at.offset && from.size == at.size) {
+            return text;
+        }
     }
-    return cache.made;
+    if (made.size() == 8) {
+        made.clear();
+    }
+    return made.emplace_back(at, make(lines.text(at))).second;
 }
 
 std::string NotSentText(const SendLines& lines, const PlannedOrder& planned) {
@@ -260,7 +265,7 @@ BasketExecution::PrepareLine(const SendLines& lines, const PlannedOrder& planned
     order->setAccount(texts.account);
     order->setSymbol(std::string(lines.text(line.symbol)));
     order->setQuantity(planned.quantity);
-    order->setDestination(MadeFrom(texts.destination, lines, line.destination,
+    order->setDestination(MadeFrom(texts.destinations, lines, line.destination,
                                    [](std::string_view text) { return UCase(text); }));
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
@@ -268,7 +273,7 @@ BasketExecution::PrepareLine(const SendLines& lines, const PlannedOrder& planned
     }
     ApplyButtonRule(
         texts.rule, planned,
-        MadeFrom(texts.tif, lines, line.tif, [](std::string_view text) { return TifCode(text); }),
+        MadeFrom(texts.tifs, lines, line.tif, [](std::string_view text) { return TifCode(text); }),
         *order);
     std::string clOrderId; // made in one allocation, without a text of the number first
     clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);

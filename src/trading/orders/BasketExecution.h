@@ -12,7 +12,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -99,11 +98,9 @@ private:
     /// False when a limit is broken and not overridden; records the overridden ones.
     bool LimitsPass(int index, const SendLines& lines, const ExecutionInputs& inputs,
                     const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
-    /// A text of the orders made from a line's text; made again only for another text.
-    struct MadeText {
-        SendLines::TextAt from{std::numeric_limits<uint32_t>::max(), 0};
-        std::string made;
-    };
+    /// Texts of the orders made from texts of the lines, by where those lie in the lines:
+    /// each of a send's few destinations and TIFs is made once.
+    using MadeTexts = std::vector<std::pair<SendLines::TextAt, std::string>>;
     /// What every order of one send carries, and what the last order took from its line:
     /// a basket's destinations and TIFs mostly repeat, and each is made once.
     struct SendTexts {
@@ -111,8 +108,8 @@ private:
         std::string account;         ///< upper case
         std::string clOrderIdPrefix; ///< the client order id up to the order number
         std::optional<ExecuteButtonRule> rule;
-        MadeText destination; ///< upper case
-        MadeText tif;         ///< the TIF code
+        MadeTexts destinations; ///< upper case
+        MadeTexts tifs;         ///< TIF codes
     };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).

@@ -3,6 +3,7 @@
 #include "common/Conversions.h"
 #include "trading/orders/LineNumber.h"
 
+#include <algorithm>
 #include <cmath>
 #include <stdexcept>
 
@@ -40,14 +41,23 @@ void SendLines::reserve(size_t lines, size_t textBytes) {
 void SendLines::clear() {
     m_lines.clear();
     m_texts.clear();
-    m_lastChecked = {};
+    m_destinations = m_modifiers = m_tifs = {};
 }
 
-SendLines::TextAt SendLines::Store(std::string_view text, TextAt previous) {
-    // Destinations, modifiers and TIFs mostly repeat down a basket: kept once.
-    if (previous.size == text.size() && this->text(previous) == text) {
-        return previous;
+SendLines::TextAt SendLines::Store(std::string_view text, Recent& recent) {
+    for (uint32_t i = 0; i < recent.count; ++i) {
+        if (recent.at[i].size == text.size() && this->text(recent.at[i]) == text) {
+            return recent.at[i];
+        }
     }
+    const TextAt at = Append(text);
+    recent.at[recent.next] = at;
+    recent.next = (recent.next + 1) % recent.at.size();
+    recent.count = std::min<uint32_t>(recent.count + 1, recent.at.size());
+    return at;
+}
+
+SendLines::TextAt SendLines::Append(std::string_view text) {
     if (m_texts.size() + text.size() > std::numeric_limits<uint32_t>::max()) {
         throw std::length_error("The basket's texts are too long to be sent at once.");
     }
@@ -57,7 +67,6 @@ SendLines::TextAt SendLines::Store(std::string_view text, TextAt previous) {
 }
 
 void SendLines::add(bool checked, const ExecutionQuoteValues& own, const SendLineCells& cells) {
-    const Line& previous = m_lastChecked;
     Line& line = m_lines.emplace_back();
     line.checked = checked;
     if (!checked) {
@@ -67,12 +76,11 @@ void SendLines::add(bool checked, const ExecutionQuoteValues& own, const SendLin
     line.ask = QuoteNumber(own.ask, cells.ask);
     line.last = QuoteNumber(own.last, cells.last);
     line.price = PriceNumber(own.price, cells.price);
-    line.symbol = Store(cells.symbol, previous.symbol);
-    line.quantity = Store(cells.quantity, previous.quantity);
-    line.destination = Store(cells.destination, previous.destination);
-    line.modifier = Store(cells.modifier, previous.modifier);
-    line.tif = Store(cells.tif, previous.tif);
-    m_lastChecked = line;
+    line.symbol = Append(cells.symbol);
+    line.quantity = Append(cells.quantity);
+    line.destination = Store(cells.destination, m_destinations);
+    line.modifier = Store(cells.modifier, m_modifiers);
+    line.tif = Store(cells.tif, m_tifs);
 }
 
 } // namespace wicker
