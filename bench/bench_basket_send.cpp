@@ -85,7 +85,7 @@ std::vector<BareOrder> BareOrders(Desk& d) {
             lines[row].lastValue = q->m_fLastPrice;
         }
     }
-    const SendPlan plan = PlanSend(BuyBid, lines, TickTable::UsEquities());
+    const SendPlan plan = PlanSend(BuyBid, SendLines::Of(lines), TickTable::UsEquities());
     std::vector<BareOrder> out;
     for (const PlannedOrder& p : plan.orders) {
         if (p.sendable) {

@@ -164,9 +164,10 @@ std::optional<double> WickerRound(int port, const std::filesystem::path& folder,
         lines[i].modifier = "0";
         lines[i].tif = "DAY";
     }
+    const SendLines toSend = SendLines::Of(lines);
     const auto start = std::chrono::steady_clock::now();
     const ExecuteReport r =
-        execution.cmdExecuteBasket_Click(BuyMarket, lines, {"acct01", "1", "Bench"}, {});
+        execution.cmdExecuteBasket_Click(BuyMarket, toSend, {"acct01", "1", "Bench"}, {});
     if (r.ordersSubmitted != Lines || !r.submitErrors.empty()) {
         return std::nullopt;
     }

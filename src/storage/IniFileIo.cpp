@@ -14,6 +14,8 @@
 #include <system_error>
 
 #if __has_include(<unistd.h>)
+#include <cerrno>
+#include <fcntl.h>
 #include <unistd.h>
 #define WICKER_HAVE_FSYNC 1
 #endif
@@ -109,6 +111,24 @@ private:
     FilePtr m_file;
 };
 
+// The new name reaches the disk too: until the folder is synced, a power cut can bring the
+// old file back. A folder that cannot be opened or synced on its file system (EINVAL) keeps
+// the file's own sync; only a failing disk is an error.
+bool FolderSynced(const fs::path& folder) {
+#ifdef WICKER_HAVE_FSYNC
+    const int fd = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) {
+        return true;
+    }
+    const bool synced = ::fsync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
+    ::close(fd);
+    return synced;
+#else
+    (void)folder;
+    return true;
+#endif
+}
+
 Result<void> Failed(const fs::path& path, const std::string& why) {
     return Error{"The settings file " + path.string() + " could not be written: " + why};
 }
@@ -142,6 +162,9 @@ Result<void> Replace(const fs::path& path, const IniDocument& document) {
         return Failed(path, ec.message() + ".");
     }
     tmp.Committed();
+    if (!FolderSynced(folder)) {
+        return Failed(path, "the disk did not take its new name.");
+    }
     return {};
 }
 

@@ -84,6 +84,11 @@ SqliteStatement& SqliteStatement::bind(int index, std::string_view value) {
     return *this;
 }
 
+SqliteStatement& SqliteStatement::bindUncopied(int index, std::string_view value) {
+    sqlite3_bind_text(m_stmt, index, value.data(), static_cast<int>(value.size()), SQLITE_STATIC);
+    return *this;
+}
+
 SqliteStatement& SqliteStatement::bindNull(int index) {
     sqlite3_bind_null(m_stmt, index);
     return *this;

@@ -40,6 +40,9 @@ public:
     SqliteStatement& bind(int index, double value);
     SqliteStatement& bind(int index, std::string_view value);
     SqliteStatement& bindNull(int index);
+    /// Binds a text without copying it (a large one would cost its size in fresh memory):
+    /// the text must stay as it is until the statement has run.
+    SqliteStatement& bindUncopied(int index, std::string_view value);
     /// Runs an action statement to its end.
     void run();
     /// The next row of a query; false at its end (the statement is then ready again).

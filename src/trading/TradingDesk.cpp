@@ -514,19 +514,21 @@ void TradingDesk::ConfirmAccount(const std::string& typed) {
 
 // Send and cancel --------------------------------------------------------------------------------
 
-std::vector<ExecutionLine> TradingDesk::ExecutionLinesWithQuotes() const {
+SendLines TradingDesk::LinesToSend() {
     // The quotes' own values: the cells are rounded to the decimals shown.
     const auto own = [](double value) {
         return value != 0 ? value : std::numeric_limits<double>::quiet_NaN();
     };
-    return m_stocks.ExecutionLines([&](int row) {
-        ExecutionQuoteValues values;
-        if (const Quote* quote = m_quotes.QuoteAt(row)) {
-            values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice), own(quote->m_fLastPrice),
-                      own(quote->m_fImportPrice)};
-        }
-        return values;
-    });
+    return m_stocks.LinesToSend(
+        [&](int row) {
+            ExecutionQuoteValues values;
+            if (const Quote* quote = m_quotes.QuoteAt(row)) {
+                values = {own(quote->m_fBidPrice), own(quote->m_fAskPrice),
+                          own(quote->m_fLastPrice), own(quote->m_fImportPrice)};
+            }
+            return values;
+        },
+        std::exchange(m_sendLinesRoom, {}));
 }
 
 ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountText) {
@@ -549,7 +551,12 @@ ExecuteReport TradingDesk::ExecuteBasket(int index, const std::string& accountTe
     try {
         KeepBasketSeqAboveJournal();
         report.basketSeq = m_sequence.BasketSeq();
-        const std::vector<ExecutionLine> lines = ExecutionLinesWithQuotes();
+        SendLines lines = LinesToSend();
+        struct GiveBack {
+            SendLines& lines;
+            SendLines& room;
+            ~GiveBack() { room = std::move(lines); }
+        } giveBack{lines, m_sendLinesRoom};
         report = m_execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
     } catch (const std::exception& e) {
         // Orders sent before the failure stay sent; the send number has moved on.

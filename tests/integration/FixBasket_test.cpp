@@ -95,8 +95,9 @@ protected:
     }
 
     ExecuteReport Send(int button, std::vector<ExecutionLine> lines) {
-        return execution->cmdExecuteBasket_Click(
-            button, lines, ExecutionInputs{"acct01", "1", "Big"}, ExecutionSettings{});
+        return execution->cmdExecuteBasket_Click(button, SendLines::Of(lines),
+                                                 ExecutionInputs{"acct01", "1", "Big"},
+                                                 ExecutionSettings{});
     }
     /// One second of the screen: events in, lvBaskets rebuilt.
     void Tick() {

@@ -111,34 +111,22 @@ std::vector<ExecutionLine> StockList::ExecutionLines() const {
     return out;
 }
 
-std::vector<ExecutionLine>
-StockList::ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf) const {
-    std::vector<ExecutionLine> out(m_lines.size());
-    // A cell is read only where its quote has no value of its own.
-    const auto quoteCell = [](std::string& to, double& value, double known,
-                              const std::string& cell) {
-        value = known;
-        if (std::isnan(known)) {
-            to = cell;
-        }
-    };
+SendLines StockList::LinesToSend(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
+                                 SendLines room) const {
+    SendLines out = std::move(room);
+    out.clear();
+    // Symbols and quantities mostly; the other texts repeat and are kept once.
+    out.reserve(m_lines.size(), m_lines.size() * 12);
     for (size_t row = 0; row < m_lines.size(); ++row) {
         const StockLine& line = m_lines[row];
-        ExecutionLine& e = out[row];
-        e.checked = line.checked;
         if (!line.checked) {
+            out.add(false, {}, {});
             continue;
         }
-        const ExecutionQuoteValues values = valuesOf(static_cast<int>(row));
-        e.symbol = line.cells[stkSymbol];
-        quoteCell(e.bid, e.bidValue, values.bid, line.cells[stkBid]);
-        quoteCell(e.ask, e.askValue, values.ask, line.cells[stkAsk]);
-        quoteCell(e.last, e.lastValue, values.last, line.cells[stkLast]);
-        quoteCell(e.price, e.priceValue, values.price, line.cells[stkPrice]);
-        e.quantity = line.cells[stkOrderQty];
-        e.destination = line.cells[stkDest];
-        e.modifier = line.cells[stkMod];
-        e.tif = line.cells[stkTif];
+        const auto& c = line.cells;
+        out.add(true, valuesOf(static_cast<int>(row)),
+                {c[stkSymbol], c[stkBid], c[stkAsk], c[stkLast], c[stkOrderQty], c[stkDest],
+                 c[stkMod], c[stkTif], c[stkPrice]});
     }
     return out;
 }

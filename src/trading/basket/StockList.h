@@ -1,6 +1,7 @@
 #pragma once
 
 #include "trading/orders/BasketExecution.h"
+#include "trading/orders/SendLines.h"
 
 #include <array>
 #include <cstdint>
@@ -108,9 +109,10 @@ public:
     std::vector<ExecutionLine> ExecutionLines() const;
     /// The same as a send needs it, made while the trader waits: `valuesOf(row)` gives the
     /// quote's own values of a line (NaN where none), and only what the send reads is copied:
-    /// no text of an unchecked line, no quote cell whose value is known.
-    std::vector<ExecutionLine>
-    ExecutionLines(const std::function<ExecutionQuoteValues(int row)>& valuesOf) const;
+    /// no text of an unchecked line, no quote cell whose value is known. The lines are made in
+    /// the room of `room` (an earlier send's), so that no fresh memory is touched.
+    SendLines LinesToSend(const std::function<ExecutionQuoteValues(int row)>& valuesOf,
+                          SendLines room = {}) const;
 
     void setObserver(StockListObserver* observer) { m_observer = observer; }
     /// Delivers the cell changes gathered since the last flush, in row order.

@@ -21,22 +21,21 @@ namespace {
 
 /// Side, price type, TIF and limit price of the button, set in the order the platform
 /// has always received them.
-void ApplyButtonRule(int index, const PlannedOrder& planned, const ExecutionLine& line,
-                     QVXOrder& order) {
-    const auto rule = ExecuteButtonRuleFor(index);
+void ApplyButtonRule(const std::optional<ExecuteButtonRule>& rule, const PlannedOrder& planned,
+                     const std::string& tifCode, QVXOrder& order) {
     if (!rule) {
         return;
     }
     switch (rule->kind) {
     case ButtonKind::Limit:
-        order.setTif(TifCode(line.tif));
+        order.setTif(tifCode);
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
         order.setLmtPrice(planned.limit);
         break;
     case ButtonKind::Market:
     case ButtonKind::MarketOnClose:
-        order.setTif(TifCode(line.tif));
+        order.setTif(tifCode);
         order.setPriceType(rule->priceType);
         order.setSide(std::string(rule->side));
         break;
@@ -48,9 +47,24 @@ void ApplyButtonRule(int index, const PlannedOrder& planned, const ExecutionLine
     }
 }
 
-std::string NotSentText(const ExecutionLine& line, const PlannedOrder& planned) {
-    return planned.refusal.empty() ? ReportText(line, planned)
-                                   : ReportText(line, planned) + " (" + planned.refusal + ")";
+/// The text `make` makes of a line's text, made once per text of the lines (a text of the
+/// lines lies in one place); a basket of many kinds starts the list again.
+template <class Made, class Make>
+const std::string& MadeFrom(Made& made, const SendLines& lines, SendLines::TextAt at, Make make) {
+    for (const auto& [from, text] : made) {
+        if (from.offset == at.offset && from.size == at.size) {
+            return text;
+        }
+    }
+    if (made.size() == 8) {
+        made.clear();
+    }
+    return made.emplace_back(at, make(lines.text(at))).second;
+}
+
+std::string NotSentText(const SendLines& lines, const PlannedOrder& planned) {
+    return planned.refusal.empty() ? ReportText(lines, planned)
+                                   : ReportText(lines, planned) + " (" + planned.refusal + ")";
 }
 
 } // namespace
@@ -78,8 +92,7 @@ BasketExecution::BasketExecution(QVXOrderFactory& orders, SendSequence& sequence
                                  SequenceStore& store, MessageBoxes& boxes, const Clock& clock)
     : m_orders(orders), m_sequence(sequence), m_store(store), m_boxes(boxes), m_clock(clock) {}
 
-ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
-                                                      std::span<const ExecutionLine> lines,
+ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines& lines,
                                                       const ExecutionInputs& inputs,
                                                       const ExecutionSettings& settings) {
     ExecuteReport report;
@@ -147,13 +160,13 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
         texts.account = UCase(inputs.account);
         texts.clOrderIdPrefix =
             BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
+        texts.rule = ExecuteButtonRuleFor(index);
         std::vector<std::unique_ptr<QVXOrder>> orders;
         orders.reserve(plan.orders.size());
         std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
         sent.reserve(plan.orders.size());
         for (const PlannedOrder& planned : plan.orders) {
-            const ExecutionLine& line = lines[planned.line];
-            if (auto order = PrepareLine(index, line, planned, texts, settings, report)) {
+            if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
                 orders.push_back(std::move(order));
                 sent.push_back(&planned);
             }
@@ -169,7 +182,7 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index,
             }
         } listenerEnd{m_listener, basketSeq};
         Submit(
-            orders, [&](size_t i) { return ReportText(lines[sent[i]->line], *sent[i]); }, report);
+            orders, [&](size_t i) { return ReportText(lines, *sent[i]); }, report);
     }
     if (report.ordersSubmitted > 0) {
         m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
@@ -197,9 +210,9 @@ bool BasketExecution::Confirmed(int index, const SendPlan& plan) {
     return m_boxes.show(text, 292, "Basket Confirmation") == MsgAnswer::Yes;
 }
 
-bool BasketExecution::LimitsPass(int index, std::span<const ExecutionLine> lines,
-                                 const ExecutionInputs& inputs, const ExecutionSettings& settings,
-                                 const SendPlan& plan, ExecuteReport& report) {
+bool BasketExecution::LimitsPass(int index, const SendLines& lines, const ExecutionInputs& inputs,
+                                 const ExecutionSettings& settings, const SendPlan& plan,
+                                 ExecuteReport& report) {
     std::optional<double> since;
     const auto last = m_lastSends.find({UCase(inputs.basketName), SideWord(index)});
     if (last != m_lastSends.end()) {
@@ -239,26 +252,29 @@ int32_t BasketExecution::NextOrderNumber() {
     return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
 }
 
-std::unique_ptr<QVXOrder> BasketExecution::PrepareLine(int index, const ExecutionLine& line,
-                                                       const PlannedOrder& planned,
-                                                       const SendTexts& texts,
-                                                       const ExecutionSettings& settings,
-                                                       ExecuteReport& report) {
+std::unique_ptr<QVXOrder>
+BasketExecution::PrepareLine(const SendLines& lines, const PlannedOrder& planned, SendTexts& texts,
+                             const ExecutionSettings& settings, ExecuteReport& report) {
     if (!planned.sendable) {
-        report.notSent.push_back(NotSentText(line, planned));
+        report.notSent.push_back(NotSentText(lines, planned));
         return nullptr;
     }
+    const SendLines::Line& line = lines[planned.line];
     std::unique_ptr<QVXOrder> order = m_orders.CreateOrder();
     order->setMemo(texts.memo);
     order->setAccount(texts.account);
-    order->setSymbol(line.symbol);
+    order->setSymbol(std::string(lines.text(line.symbol)));
     order->setQuantity(planned.quantity);
-    order->setDestination(UCase(line.destination));
+    order->setDestination(MadeFrom(texts.destinations, lines, line.destination,
+                                   [](std::string_view text) { return UCase(text); }));
     if (settings.reserveEnabled && TakesReserve(order->Destination()) &&
         settings.reserveQuantity <= order->Quantity()) {
         order->setMaxFloor(settings.reserveQuantity);
     }
-    ApplyButtonRule(index, planned, line, *order);
+    ApplyButtonRule(
+        texts.rule, planned,
+        MadeFrom(texts.tifs, lines, line.tif, [](std::string_view text) { return TifCode(text); }),
+        *order);
     std::string clOrderId; // made in one allocation, without a text of the number first
     clOrderId.reserve(texts.clOrderIdPrefix.size() + 10);
     clOrderId += texts.clOrderIdPrefix;

@@ -3,7 +3,7 @@
 #include "common/Clock.h"
 #include "common/MessageBox.h"
 #include "platform/QVXOrder.h"
-#include "trading/orders/ExecutionLine.h"
+#include "trading/orders/ExecutionButtons.h"
 #include "trading/orders/SendLimits.h"
 #include "trading/orders/SendListener.h"
 #include "trading/orders/SendPlan.h"
@@ -15,7 +15,6 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -76,7 +75,7 @@ public:
     /// was not sent or refused. A conversion or platform error in the middle of a basket
     /// ends the click by throwing (the orders already sent stay sent) after the send number
     /// has been advanced.
-    ExecuteReport cmdExecuteBasket_Click(int index, std::span<const ExecutionLine> lines,
+    ExecuteReport cmdExecuteBasket_Click(int index, const SendLines& lines,
                                          const ExecutionInputs& inputs,
                                          const ExecutionSettings& settings);
 
@@ -97,19 +96,26 @@ private:
     /// The confirmation: its question, then what is about to leave.
     bool Confirmed(int index, const SendPlan& plan);
     /// False when a limit is broken and not overridden; records the overridden ones.
-    bool LimitsPass(int index, std::span<const ExecutionLine> lines, const ExecutionInputs& inputs,
+    bool LimitsPass(int index, const SendLines& lines, const ExecutionInputs& inputs,
                     const ExecutionSettings& settings, const SendPlan& plan, ExecuteReport& report);
-    /// The texts every order of one send carries.
+    /// Texts of the orders made from texts of the lines, by where those lie in the lines:
+    /// each of a send's few destinations and TIFs is made once.
+    using MadeTexts = std::vector<std::pair<SendLines::TextAt, std::string>>;
+    /// What every order of one send carries, and what the last order took from its line:
+    /// a basket's destinations and TIFs mostly repeat, and each is made once.
     struct SendTexts {
         std::string memo;
         std::string account;         ///< upper case
         std::string clOrderIdPrefix; ///< the client order id up to the order number
+        std::optional<ExecuteButtonRule> rule;
+        MadeTexts destinations; ///< upper case
+        MadeTexts tifs;         ///< TIF codes
     };
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
-    std::unique_ptr<QVXOrder> PrepareLine(int index, const ExecutionLine& line,
-                                          const PlannedOrder& planned, const SendTexts& texts,
-                                          const ExecutionSettings& settings, ExecuteReport& report);
+    std::unique_ptr<QVXOrder> PrepareLine(const SendLines& lines, const PlannedOrder& planned,
+                                          SendTexts& texts, const ExecutionSettings& settings,
+                                          ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,

@@ -4,6 +4,7 @@
 #include "common/ShortestDecimal.h"
 #include "platform/TicketOrder.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <chrono>
@@ -186,47 +187,47 @@ bool HasControlCharacter(std::string_view text) {
 
 /// A send's orders as one text, each field written against the same field of the order
 /// before. It is written while the trader waits for the first order to leave, so it reads
-/// each order's fields where they are and writes through a pointer into room made once.
+/// each order's fields where they are, once, and writes through a pointer into room kept
+/// from the sends before (grown, when a send needs more, to twice its size).
 class SendRecord {
 public:
     SendRecord(std::span<const QVXOrder* const> orders, SendRecordRoom& room) {
-        std::vector<const OrderTicket*> tickets = Tickets(orders);
-        size_t most = 0;
-        for (const OrderTicket* t : tickets) {
+        size_t used = 0;
+        for (const QVXOrder* o : orders) {
+            const OrderTicket& t = TicketOf(*o);
             // Every character escaped, the numbers at their longest, and the separators.
-            most +=
-                2 * (t->clOrderID.size() + t->account.size() + t->side.size() + t->symbol.size() +
-                     t->tif.size() + t->destination.size() + t->memo.size()) +
+            const size_t most =
+                2 * (t.clOrderID.size() + t.account.size() + t.side.size() + t.symbol.size() +
+                     t.tif.size() + t.destination.size() + t.memo.size()) +
                 4 * kLongestNumber + kOrderFields + 1;
-        }
-        if (room.size < most) {
-            room.text = std::make_unique_for_overwrite<char[]>(most);
-            room.size = most;
+            if (room.size - used < most) {
+                Grow(room, used, used + most);
+            }
+            used = static_cast<size_t>(Append(room.text.get() + used, t) - room.text.get());
         }
         m_buffer = room.text.get();
-        char* out = m_buffer;
-        for (const OrderTicket* t : tickets) {
-            out = Append(out, *t);
-        }
-        m_size = static_cast<size_t>(out - m_buffer);
+        m_size = used;
     }
     std::string_view text() const { return {m_buffer, m_size}; }
 
 private:
-    std::vector<const OrderTicket*> Tickets(std::span<const QVXOrder* const> orders) {
-        std::vector<const OrderTicket*> tickets;
-        tickets.reserve(orders.size());
-        for (const QVXOrder* o : orders) {
-            if (typeid(*o) == typeid(TicketOrder)) {
-                tickets.push_back(&static_cast<const TicketOrder*>(o)->ticket());
-            } else {
-                m_copies.push_back({o->Account(), o->Side(), o->Symbol(), o->Quantity(),
-                                    o->LmtPrice(), o->PriceType(), o->ClOrderID(), o->Tif(),
-                                    o->Destination(), o->MaxFloor(), o->Memo()});
-                tickets.push_back(&m_copies.back());
-            }
+    static void Grow(SendRecordRoom& room, size_t used, size_t needed) {
+        const size_t size = std::max(needed, 2 * room.size);
+        auto text = std::make_unique_for_overwrite<char[]>(size);
+        if (used > 0) {
+            std::memcpy(text.get(), room.text.get(), used);
         }
-        return tickets;
+        room.text = std::move(text);
+        room.size = size;
+    }
+
+    const OrderTicket& TicketOf(const QVXOrder& o) {
+        if (typeid(o) == typeid(TicketOrder)) {
+            return static_cast<const TicketOrder&>(o).ticket();
+        }
+        return m_copies.emplace_back(OrderTicket{o.Account(), o.Side(), o.Symbol(), o.Quantity(),
+                                                 o.LmtPrice(), o.PriceType(), o.ClOrderID(),
+                                                 o.Tif(), o.Destination(), o.MaxFloor(), o.Memo()});
     }
 
     char* Append(char* out, const OrderTicket& t) {
@@ -479,7 +480,7 @@ void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
     Begin();
     try {
         m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
-        m_stmts->send.bind(4, Now()).bind(5, overrides).bind(6, record.text()).run();
+        m_stmts->send.bind(4, Now()).bind(5, overrides).bindUncopied(6, record.text()).run();
         Flush();
     } catch (const SqliteError&) {
         m_inTransaction = false;
@@ -499,7 +500,7 @@ void OrderLedger::SendEnds(int16_t basketSeq, const std::vector<int32_t>& result
     }
     text.resize(static_cast<size_t>(out - text.data()));
     Begin();
-    m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, text);
+    m_stmts->sendEnds.bind(1, Today()).bind(2, int64_t{basketSeq}).bindUncopied(3, text);
     m_stmts->sendEnds.bind(4, handedAt).run();
 }
 

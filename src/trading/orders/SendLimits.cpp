@@ -11,16 +11,12 @@ namespace wicker {
 
 namespace {
 
-double Own(double value, const std::string& cell) {
-    return std::isnan(value) ? Val(cell) : value;
-}
-
 /// The band is judged against the last and the side the order would trade against: a buy
 /// above either by more than N %, a sell or short below either.
 std::optional<std::string> BandBreach(double percent, bool buy, double limit,
-                                      const ExecutionLine& line) {
-    const double last = Own(line.lastValue, line.last);
-    const double far = buy ? Own(line.askValue, line.ask) : Own(line.bidValue, line.bid);
+                                      const SendLines::Line& line) {
+    const double last = line.last;
+    const double far = buy ? line.ask : line.bid;
     for (const auto& [name, reference] :
          {std::pair{"last", last}, std::pair{buy ? "ask" : "bid", far}}) {
         if (reference <= 0) {
@@ -37,25 +33,25 @@ std::optional<std::string> BandBreach(double percent, bool buy, double limit,
 }
 
 void CheckLine(const SendLimits& limits, bool limitButton, bool buy, const PlannedOrder& order,
-               const ExecutionLine& line, std::vector<LimitBreach>& out) {
+               const SendLines& lines, std::vector<LimitBreach>& out) {
     if (limits.maxOrderShares > 0 && order.quantity > limits.maxOrderShares) {
-        out.push_back({ReportText(line, order), LimitName::OrderShares,
+        out.push_back({ReportText(lines, order), LimitName::OrderShares,
                        ThousandsText(order.quantity) + " shares, limit " +
                            ThousandsText(limits.maxOrderShares)});
     }
     if (limits.maxOrderValue > 0) {
         if (order.value <= 0) {
-            out.push_back({ReportText(line, order), LimitName::OrderValue,
+            out.push_back({ReportText(lines, order), LimitName::OrderValue,
                            "no last price to value the order"});
         } else if (order.value > limits.maxOrderValue) {
             out.push_back(
-                {ReportText(line, order), LimitName::OrderValue,
+                {ReportText(lines, order), LimitName::OrderValue,
                  "$" + DollarText(order.value) + ", limit $" + DollarText(limits.maxOrderValue)});
         }
     }
     if (limits.priceBandPercent > 0 && limitButton) {
-        if (auto text = BandBreach(limits.priceBandPercent, buy, order.limit, line)) {
-            out.push_back({ReportText(line, order), LimitName::PriceBand, std::move(*text)});
+        if (auto text = BandBreach(limits.priceBandPercent, buy, order.limit, lines[order.line])) {
+            out.push_back({ReportText(lines, order), LimitName::PriceBand, std::move(*text)});
         }
     }
 }
@@ -63,7 +59,7 @@ void CheckLine(const SendLimits& limits, bool limitButton, bool buy, const Plann
 } // namespace
 
 std::vector<LimitBreach> CheckSendLimits(const SendLimits& limits, int index,
-                                         std::span<const ExecutionLine> lines, const SendPlan& plan,
+                                         const SendLines& lines, const SendPlan& plan,
                                          std::optional<double> secondsSinceSameSend) {
     std::vector<LimitBreach> out;
     const auto rule = ExecuteButtonRuleFor(index);
@@ -71,7 +67,7 @@ std::vector<LimitBreach> CheckSendLimits(const SendLimits& limits, int index,
     const bool buy = rule && (rule->side == "BUY" || rule->side == "B");
     for (const PlannedOrder& order : plan.orders) {
         if (order.sendable) {
-            CheckLine(limits, limitButton, buy, order, lines[order.line], out);
+            CheckLine(limits, limitButton, buy, order, lines, out);
         }
     }
     if (limits.maxSendValue > 0 && plan.notional > limits.maxSendValue) {

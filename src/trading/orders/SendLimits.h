@@ -4,7 +4,6 @@
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -41,7 +40,7 @@ struct LimitBreach {
 /// Every breach of the planned send, lines in list order, then the whole-send ones.
 /// `secondsSinceSameSend` is the time since this basket and side were last sent, if ever.
 std::vector<LimitBreach> CheckSendLimits(const SendLimits& limits, int index,
-                                         std::span<const ExecutionLine> lines, const SendPlan& plan,
+                                         const SendLines& lines, const SendPlan& plan,
                                          std::optional<double> secondsSinceSameSend);
 
 /// The distinct limit names of the breaches, in the order they first occur.

@@ -2,9 +2,8 @@
 
 #include "common/Conversions.h"
 #include "trading/orders/ExecutionButtons.h"
+#include "trading/orders/LineNumber.h"
 
-#include <algorithm>
-#include <charconv>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -14,68 +13,24 @@ namespace wicker {
 
 namespace {
 
-/// The quote's own value when the desk has one, else the cell's number (0 when none).
-double QuoteValue(double own, const std::string& cell) {
-    return std::isnan(own) ? Val(cell) : own;
-}
-
-bool HasQuote(double own, const std::string& cell) {
-    return std::isnan(own) ? !cell.empty() && Val(cell) != 0 : own != 0;
-}
-
 /// Limit buttons need all three quotes and a TIF, even the quotes whose price is not used.
-bool QuotesPresent(int index, const ExecutionLine& line) {
+bool QuotesPresent(int index, const SendLines::Line& line) {
     if (IsMarketTypeButton(index)) {
         return true;
     }
-    return HasQuote(line.bidValue, line.bid) && HasQuote(line.askValue, line.ask) &&
-           HasQuote(line.lastValue, line.last) && !line.tif.empty();
+    return line.bid != 0 && line.ask != 0 && line.last != 0 && line.tif.size != 0;
 }
 
-std::optional<double> Number(const std::string& text) {
-    // Whole numbers of shares, the common quantity, read digit by digit: exact below 2^53.
-    if (!text.empty() && text.size() <= 15 &&
-        std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {
-        int64_t whole = 0;
-        for (const char c : text) {
-            whole = whole * 10 + (c - '0');
-        }
-        return static_cast<double>(whole);
-    }
-    // Plain decimals (nearly every modifier) without the general conversion.
-    double quick = 0;
-    const char* end = text.data() + text.size();
-    if (!text.empty() && text[0] != '+' && text[0] != ' ') {
-        if (const auto [ptr, ec] =
-                std::from_chars(text.data(), end, quick, std::chars_format::fixed);
-            ec == std::errc() && ptr == end) {
-            return quick;
-        }
-    }
-    if (!IsNumeric(text)) {
-        return std::nullopt;
-    }
-    try {
-        const double value = CDbl(text);
-        return std::isfinite(value) ? std::optional(value) : std::nullopt;
-    } catch (const std::exception&) {
-        return std::nullopt;
-    }
-}
-
-double SourcePrice(PriceSource source, const ExecutionLine& line) {
+double SourcePrice(PriceSource source, const SendLines::Line& line) {
     switch (source) {
     case PriceSource::Bid:
-        return QuoteValue(line.bidValue, line.bid);
+        return line.bid;
     case PriceSource::Ask:
-        return QuoteValue(line.askValue, line.ask);
+        return line.ask;
     case PriceSource::Last:
-        return QuoteValue(line.lastValue, line.last);
+        return line.last;
     case PriceSource::LinePrice:
-        if (std::isnan(line.priceValue)) {
-            return Number(line.price).value_or(std::numeric_limits<double>::quiet_NaN());
-        }
-        return line.priceValue;
+        return line.price;
     case PriceSource::None:
         break;
     }
@@ -83,8 +38,8 @@ double SourcePrice(PriceSource source, const ExecutionLine& line) {
 }
 
 /// The quantity, and the refusal when it is none: a whole basket never stops at one line.
-std::string PlanQuantity(const ExecutionLine& line, PlannedOrder& order) {
-    const std::optional<double> qty = Number(line.quantity);
+std::string PlanQuantity(std::string_view quantity, PlannedOrder& order) {
+    const std::optional<double> qty = LineNumber(quantity);
     if (!qty) {
         return "quantity is not a number";
     }
@@ -96,11 +51,12 @@ std::string PlanQuantity(const ExecutionLine& line, PlannedOrder& order) {
     return {};
 }
 
-std::string PlanLimit(const ExecuteButtonRule& rule, const ExecutionLine& line,
-                      const TickTable& ticks, PlannedOrder& order) {
+std::string PlanLimit(const ExecuteButtonRule& rule, const SendLines& lines, const TickTable& ticks,
+                      PlannedOrder& order) {
+    const SendLines::Line& line = lines[order.line];
     const std::optional<double>& modifier = order.modifier;
     if (!modifier) {
-        return "price modifier \"" + line.modifier + "\" is not a number";
+        return "price modifier \"" + std::string(lines.text(line.modifier)) + "\" is not a number";
     }
     const double price = SourcePrice(rule.price, line) + *modifier;
     if (!std::isfinite(price)) {
@@ -126,44 +82,50 @@ std::string SideWord(int index) {
     return rule->side == "T" ? "SHORT" : "BUY";
 }
 
-std::string ReportText(const ExecutionLine& line, const PlannedOrder& order) {
-    return line.symbol + " " +
-           (order.quantityKnown ? std::to_string(order.quantity) : line.quantity) + " " +
-           line.destination;
+std::string ReportText(const SendLines& lines, const PlannedOrder& order) {
+    const SendLines::Line& line = lines[order.line];
+    std::string text(lines.text(line.symbol));
+    text += ' ';
+    text += order.quantityKnown ? std::to_string(order.quantity)
+                                : std::string(lines.text(line.quantity));
+    text += ' ';
+    text += lines.text(line.destination);
+    return text;
 }
 
-SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks,
+SendPlan PlanSend(int index, const SendLines& lines, const TickTable& ticks,
                   std::vector<PlannedOrder> room) {
     SendPlan plan;
     plan.orders = std::move(room);
     plan.orders.clear();
     plan.orders.reserve(lines.size());
     // Every line carries the screen's one modifier: its text is read once per distinct value.
-    const std::string* modifierText = nullptr;
+    std::optional<std::string_view> modifierText;
     std::optional<double> modifier;
     const auto rule = ExecuteButtonRuleFor(index);
     for (size_t i = 0; i < lines.size(); ++i) {
-        const ExecutionLine& line = lines[i];
+        const SendLines::Line& line = lines[i];
         if (!line.checked) {
             continue;
         }
         PlannedOrder& order = plan.orders.emplace_back();
         order.line = i;
-        order.refusal = PlanQuantity(line, order);
+        order.refusal = PlanQuantity(lines.text(line.quantity), order);
         if (!order.refusal.empty()) {
             continue;
         }
         if (!QuotesPresent(index, line)) {
             continue; // listed by its report text alone
         }
-        order.reference = QuoteValue(line.lastValue, line.last);
+        order.reference = line.last;
         if (rule && rule->kind == ButtonKind::Limit) {
-            if (modifierText == nullptr || *modifierText != line.modifier) {
-                modifierText = &line.modifier;
-                modifier = Number(line.modifier);
+            if (const std::string_view text = lines.text(line.modifier);
+                !modifierText || *modifierText != text) {
+                modifierText = text;
+                modifier = LineNumber(text);
             }
             order.modifier = modifier;
-            order.refusal = PlanLimit(*rule, line, ticks, order);
+            order.refusal = PlanLimit(*rule, lines, ticks, order);
             if (!order.refusal.empty()) {
                 continue;
             }

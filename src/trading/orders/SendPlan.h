@@ -1,11 +1,10 @@
 #pragma once
 
-#include "trading/orders/ExecutionLine.h"
+#include "trading/orders/SendLines.h"
 #include "trading/orders/TickTable.h"
 
 #include <cstdint>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
@@ -39,12 +38,12 @@ struct SendPlan {
 /// the quote's own value (not the rounded cell), plus the modifier, rounded onto the tick
 /// grid (buys down, sells and shorts up) and above 0.
 /// The plan's orders are made in the room of `room` (an earlier plan's vector, emptied).
-SendPlan PlanSend(int index, std::span<const ExecutionLine> lines, const TickTable& ticks,
+SendPlan PlanSend(int index, const SendLines& lines, const TickTable& ticks,
                   std::vector<PlannedOrder> room = {});
 
 /// The line's report text: symbol, quantity, destination ("IBM 40000 NASDAQ"); the
 /// quantity as typed when it is no number of shares.
-std::string ReportText(const ExecutionLine& line, const PlannedOrder& order);
+std::string ReportText(const SendLines& lines, const PlannedOrder& order);
 
 /// "BUY", "SELL", "SHORT" for a button, empty outside 0..20.
 std::string SideWord(int index);

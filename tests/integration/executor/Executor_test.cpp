@@ -248,7 +248,7 @@ protected:
             list.push_back(l);
         }
         const ExecuteReport r = execution->cmdExecuteBasket_Click(
-            b, list, ExecutionInputs{"acct01", "1", "Exec"}, ExecutionSettings{});
+            b, SendLines::Of(list), ExecutionInputs{"acct01", "1", "Exec"}, ExecutionSettings{});
         EXPECT_EQ(r.ordersSubmitted, lines) << "button " << b;
         EXPECT_TRUE(r.submitErrors.empty()) << "button " << b;
     }

@@ -138,18 +138,30 @@ TEST_F(StockListTest, ExecutionLinesCarryTheSubItemsASendReads) {
     EXPECT_EQ(e.modifier, "0.01");
     EXPECT_EQ(e.tif, "DAY");
 
-    // As a send takes them: a quote value stands for its cell, an unchecked line is not read.
+    // As a send takes them: a quote value stands for its cell, an unchecked line is not read,
+    // a text the same as the line before's is kept once.
     list.SetChecked(0, true);
     list.SetChecked(1, false);
+    list.SetCell(2, stkDest, "ARCA");
+    list.SetCell(2, stkPrice, "n/a");
     const auto values = [](int) { return ExecutionQuoteValues{1.005, NAN, 3.25, NAN}; };
-    const std::vector<ExecutionLine> sent = list.ExecutionLines(values);
-    EXPECT_EQ(sent[0].bid + "|" + sent[0].ask + "|" + sent[0].last + "|" + sent[0].price, "|2||4");
-    EXPECT_EQ(sent[0].bidValue, 1.005);
-    EXPECT_TRUE(std::isnan(sent[0].askValue));
-    EXPECT_EQ(sent[0].symbol + sent[0].quantity + sent[0].destination + sent[0].tif,
-              "S0100ARCADAY");
+    const SendLines sent = list.LinesToSend(values);
+    ASSERT_EQ(sent.size(), 6u);
+    EXPECT_EQ(sent[0].bid, 1.005);
+    EXPECT_EQ(sent[0].ask, 2);
+    EXPECT_EQ(sent[0].last, 3.25);
+    EXPECT_EQ(sent[0].price, 4);
+    EXPECT_EQ(
+        std::string(sent.text(sent[0].symbol)) + "|" + std::string(sent.text(sent[0].quantity)) +
+            "|" + std::string(sent.text(sent[0].destination)) + "|" +
+            std::string(sent.text(sent[0].modifier)) + "|" + std::string(sent.text(sent[0].tif)),
+        "S0|100|ARCA|0.01|DAY");
     EXPECT_FALSE(sent[1].checked);
-    EXPECT_EQ(sent[1].symbol, "");
+    EXPECT_EQ(sent.text(sent[1].symbol), "");
+    EXPECT_EQ(sent.text(sent[2].symbol), "S2");
+    EXPECT_EQ(sent[2].destination.offset, sent[0].destination.offset);
+    EXPECT_EQ(sent[2].ask, 0); // no quote
+    EXPECT_TRUE(std::isnan(sent[2].price));
 }
 
 } // namespace

@@ -52,7 +52,7 @@ protected:
 
     ExecuteReport Click(int index, const std::vector<ExecutionLine>& lines) {
         BasketExecution execution(orders, sequence, store, boxes, clock);
-        return execution.cmdExecuteBasket_Click(index, lines, inputs, settings);
+        return execution.cmdExecuteBasket_Click(index, SendLines::Of(lines), inputs, settings);
     }
 
     RecordingOrders orders;
@@ -282,9 +282,10 @@ TEST_F(Execution, OrderNumbersGoPast9999InsteadOfRepeating) {
 TEST_F(Execution, FirstSendStartsAtTheStoredOrderSeqLaterOnesAtOne) {
     sequence.setOrderSeq(120);
     BasketExecution execution(orders, sequence, store, boxes, clock); // one for the session
-    execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM"), QuotedLine("MSFT")}, inputs,
+    execution.cmdExecuteBasket_Click(
+        3, SendLines::Of(std::vector{QuotedLine("IBM"), QuotedLine("MSFT")}), inputs, settings);
+    execution.cmdExecuteBasket_Click(3, SendLines::Of(std::vector{QuotedLine("IBM")}), inputs,
                                      settings);
-    execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM")}, inputs, settings);
     ASSERT_EQ(orders.created.size(), 3u);
     EXPECT_EQ(orders.created[0].value("ClOrderID"), "ACCT01-20240315-57-120");
     EXPECT_EQ(orders.created[1].value("ClOrderID"), "ACCT01-20240315-57-121");
@@ -329,7 +330,8 @@ TEST_F(Execution, OneSummaryWithNotSentBlockFirstThenRefusals) {
               "X!Y 50 NYSE: Unknown SubmitOrder Error. SubmitOrder Error Code = -99\r\n");
     BasketExecution execution(orders, sequence, store, boxes, clock);
     EXPECT_EQ(execution.LastSubmitResult(), 0);
-    execution.cmdExecuteBasket_Click(4, std::vector{QuotedLine("OK")}, inputs, settings);
+    execution.cmdExecuteBasket_Click(4, SendLines::Of(std::vector{QuotedLine("OK")}), inputs,
+                                     settings);
     EXPECT_EQ(execution.LastSubmitResult(), 12);
 }
 
@@ -392,8 +394,8 @@ TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
         MemorySequenceStore laterStore;
         RecordingMessageBoxes laterBoxes;
         BasketExecution execution(later, next, laterStore, laterBoxes, clock);
-        execution.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM"), QuotedLine("MSFT")},
-                                         inputs, settings);
+        execution.cmdExecuteBasket_Click(
+            3, SendLines::Of(std::vector{QuotedLine("IBM"), QuotedLine("MSFT")}), inputs, settings);
         for (const RecordedOrder& o : later.created) {
             for (const RecordedOrder* earlier : orders.submitted()) {
                 EXPECT_NE(o.value("ClOrderID"), earlier->value("ClOrderID"));
@@ -546,7 +548,8 @@ TEST_F(Execution, EachLimitStopsTheSendUnlessOverridden) {
             BasketExecution execution(orders, sequence, store, boxes, clock);
             execution.setLimitOverride(&prompt);
             const ExecuteReport report = execution.cmdExecuteBasket_Click(
-                r.button, std::vector{QuotedLine("IBM", "100"), big}, inputs, settings);
+                r.button, SendLines::Of(std::vector{QuotedLine("IBM", "100"), big}), inputs,
+                settings);
             ASSERT_EQ(prompt.seen.size(), 1u) << r.name;
             const auto text = [](const LimitBreach& b) {
                 return b.line + " | " + b.limit + " | " + b.text;
@@ -572,8 +575,8 @@ TEST_F(Execution, RepeatSendOfTheSameBasketAndSideNeedsAnOverride) {
     BasketExecution execution(orders, sequence, store, boxes, clock);
     execution.setLimitOverride(&prompt);
     const auto send = [&](int button) {
-        return execution.cmdExecuteBasket_Click(button, std::vector{QuotedLine("IBM")}, inputs,
-                                                settings);
+        return execution.cmdExecuteBasket_Click(
+            button, SendLines::Of(std::vector{QuotedLine("IBM")}), inputs, settings);
     };
     EXPECT_EQ(send(3).outcome, ExecuteOutcome::Sent);
     clock.set(clock.now() + std::chrono::seconds(2));
@@ -587,7 +590,9 @@ TEST_F(Execution, RepeatSendOfTheSameBasketAndSideNeedsAnOverride) {
     // Without anyone to ask, a broken limit refuses the send.
     BasketExecution unattended(orders, sequence, store, boxes, clock);
     settings.limits = {.maxOrderShares = 1};
-    EXPECT_EQ(unattended.cmdExecuteBasket_Click(3, std::vector{QuotedLine("IBM")}, inputs, settings)
+    EXPECT_EQ(unattended
+                  .cmdExecuteBasket_Click(3, SendLines::Of(std::vector{QuotedLine("IBM")}), inputs,
+                                          settings)
                   .outcome,
               ExecuteOutcome::LimitsRefused);
 }
