@@ -305,17 +305,31 @@ void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
 void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
                              const std::function<std::string(size_t)>& reportTextOf,
                              ExecuteReport& report) {
-    for (size_t i = 0; i < orders.size(); ++i) {
-        m_lastSubmitResult = orders[i]->SubmitOrder();
-        ++report.ordersSubmitted;
+    // Nothing but the submits themselves until the last order is out: the listener tracks
+    // the orders afterwards, which no answer can overtake on this thread.
+    const auto handOver = [&](size_t submitted) {
         if (m_listener != nullptr) {
-            m_listener->Submitted(*orders[i], m_lastSubmitResult);
+            m_listener->Handed(std::span<const std::unique_ptr<QVXOrder>>(orders).first(submitted));
         }
-        if (m_lastSubmitResult < 0) {
-            report.submitErrors.emplace_back(reportTextOf(i), m_lastSubmitResult);
+    };
+    size_t submitted = 0;
+    try {
+        for (const std::unique_ptr<QVXOrder>& order : orders) {
+            m_lastSubmitResult = order->SubmitOrder();
+            ++submitted;
+            ++report.ordersSubmitted;
+            if (m_listener != nullptr) {
+                m_listener->Submitted(m_lastSubmitResult);
+            }
+            if (m_lastSubmitResult < 0) {
+                report.submitErrors.emplace_back(reportTextOf(submitted - 1), m_lastSubmitResult);
+            }
         }
-        orders[i].reset();
+    } catch (...) {
+        handOver(submitted); // the orders out before the error are followed like any others
+        throw;
     }
+    handOver(submitted);
 }
 
 } // namespace wicker

@@ -2,6 +2,7 @@
 
 #include "platform/TicketOrder.h"
 
+#include <algorithm>
 #include <typeinfo>
 #include <utility>
 
@@ -73,21 +74,30 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
     }
 }
 
-void OrderRecords::Submitted(QVXOrder& order, int32_t result) {
+void OrderRecords::Submitted(int32_t result) {
     m_results.push_back(result);
-    // A refusal is in the send's summary; nothing of it reached the broker.
-    if (result > 0) {
-        const size_t before = m_tracker.Orders().size();
-        if (typeid(order) == typeid(TicketOrder)) {
-            // The send destroys the order next: its texts move into tracking, not copied.
-            m_tracker.OnOrderHandedOff(std::move(static_cast<TicketOrder&>(order).ticket()),
-                                       result);
-        } else {
-            m_tracker.OnOrderHandedOff(std::as_const(order), result);
+}
+
+void OrderRecords::Handed(std::span<const std::unique_ptr<QVXOrder>> orders) {
+    const size_t handed = std::min(orders.size(), m_results.size());
+    for (size_t i = 0; i < handed; ++i) {
+        // A refusal is in the send's summary; nothing of it reached the broker.
+        if (m_results[i] > 0) {
+            Track(*orders[i], m_results[i]);
         }
-        if (m_handedAt.empty() && m_tracker.Orders().size() > before) {
-            m_handedAt = m_tracker.SeenAt(before);
-        }
+    }
+}
+
+void OrderRecords::Track(QVXOrder& order, int32_t recordId) {
+    const size_t before = m_tracker.Orders().size();
+    if (typeid(order) == typeid(TicketOrder)) {
+        // The send destroys the order next: its texts move into tracking, not copied.
+        m_tracker.OnOrderHandedOff(std::move(static_cast<TicketOrder&>(order).ticket()), recordId);
+    } else {
+        m_tracker.OnOrderHandedOff(std::as_const(order), recordId);
+    }
+    if (m_handedAt.empty() && m_tracker.Orders().size() > before) {
+        m_handedAt = m_tracker.SeenAt(before);
     }
 }
 

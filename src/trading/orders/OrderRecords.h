@@ -23,8 +23,8 @@ struct RestoreReport {
 };
 
 /// The day's orders, kept: every order of a send is written to the order ledger before
-/// it leaves and tracked from the moment the platform takes it; every report, reject and
-/// warning is written as it is applied; a restart tracks the day's orders again.
+/// it leaves and tracked once the send has handed its orders to the platform; every report, reject
+/// and warning is written as it is applied; a restart tracks the day's orders again.
 class OrderRecords final : public SendListener {
 public:
     OrderRecords(OrderTracker& tracker, MessageBoxes& boxes);
@@ -36,7 +36,8 @@ public:
 
     void SendBegins(int16_t basketSeq, std::string_view basketName,
                     std::span<const QVXOrder* const> orders, std::string_view overrides) override;
-    void Submitted(QVXOrder& order, int32_t result) override;
+    void Submitted(int32_t result) override;
+    void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override;
     void SendEnds(int16_t basketSeq) override;
 
     /// Platform events, before tracking applies them: audit rows, and the end of a
@@ -59,6 +60,8 @@ private:
     /// A ledger that cannot be written is dropped after one message: orders stay tracked.
     void LedgerFailed(const std::exception& e);
     void NotSent(size_t position);
+    /// Tracks an order the platform took under `recordId`.
+    void Track(QVXOrder& order, int32_t recordId);
 
     OrderTracker& m_tracker;
     MessageBoxes& m_boxes;

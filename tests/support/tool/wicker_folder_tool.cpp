@@ -248,11 +248,14 @@ public:
                     std::string_view overrides) override {
         m_records.SendBegins(seq, name, orders, overrides);
     }
-    void Submitted(QVXOrder& order, int32_t result) override {
-        m_records.Submitted(order, result);
+    void Submitted(int32_t result) override {
+        m_records.Submitted(result);
         if (++m_submitted == m_pause) {
             Park();
         }
+    }
+    void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override {
+        m_records.Handed(orders);
     }
     void SendEnds(int16_t seq) override { m_records.SendEnds(seq); }
 

@@ -3,6 +3,7 @@
 #include "trading/RecordingOrders.h"
 #include "trading/orders/BasketExecution.h"
 #include "trading/orders/ExecutionButtons.h"
+#include "trading/orders/SendListener.h"
 
 #include <cmath>
 #include <functional>
@@ -374,6 +375,24 @@ TEST_F(Execution, LastBasketNumberIsNotExceeded) {
     EXPECT_EQ(sequence.BasketSeq(), 32767);
 }
 
+/// What a send tells its listener: each result, then the orders that left.
+class HeardSend final : public SendListener {
+public:
+    void SendBegins(int16_t, std::string_view, std::span<const QVXOrder* const>,
+                    std::string_view) override {}
+    void Submitted(int32_t result) override { results.push_back(result); }
+    void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override {
+        for (const auto& order : orders) {
+            handed.push_back(order->Symbol());
+        }
+    }
+    void SendEnds(int16_t) override { ended = true; }
+
+    std::vector<int32_t> results;
+    std::vector<std::string> handed;
+    bool ended = false;
+};
+
 TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
     orders.submitResult = [&](const RecordedOrder& o) -> int32_t {
         if (o.value("Symbol") == "BOOM") {
@@ -381,9 +400,20 @@ TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
         }
         return 0;
     };
-    EXPECT_THROW(Click(3, {QuotedLine("IBM"), QuotedLine("BOOM"), QuotedLine("MSFT")}),
-                 RuntimeError);
+    HeardSend heard;
+    BasketExecution execution(orders, sequence, store, boxes, clock);
+    execution.setListener(&heard);
+    EXPECT_THROW(
+        execution.cmdExecuteBasket_Click(
+            3,
+            SendLines::Of(std::vector{QuotedLine("IBM"), QuotedLine("BOOM"), QuotedLine("MSFT")}),
+            inputs, settings),
+        RuntimeError);
     ASSERT_EQ(orders.submitted().size(), 2u);
+    // The order out before the failure is followed; the one that failed is not.
+    EXPECT_EQ(heard.results, std::vector<int32_t>{0});
+    EXPECT_EQ(heard.handed, std::vector<std::string>{"IBM"});
+    EXPECT_TRUE(heard.ended);
     EXPECT_TRUE(orders.created[1].released);
     EXPECT_EQ(orders.created.size(), 3u); // every order was ready before the first left
 
@@ -393,8 +423,8 @@ TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
         RecordingOrders later;
         MemorySequenceStore laterStore;
         RecordingMessageBoxes laterBoxes;
-        BasketExecution execution(later, next, laterStore, laterBoxes, clock);
-        execution.cmdExecuteBasket_Click(
+        BasketExecution again(later, next, laterStore, laterBoxes, clock);
+        again.cmdExecuteBasket_Click(
             3, SendLines::Of(std::vector{QuotedLine("IBM"), QuotedLine("MSFT")}), inputs, settings);
         for (const RecordedOrder& o : later.created) {
             for (const RecordedOrder* earlier : orders.submitted()) {

@@ -9,6 +9,7 @@
 #include "trading/FakePlatform.h"
 #include "trading/orders/OrderRecords.h"
 
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -55,7 +56,9 @@ protected:
 
 TEST_F(Records, EveryReportOfAnOrderIsKeptWithItsMemo) {
     WriteTheSend();
-    records.Submitted(order, 7);
+    records.Submitted(7);
+    const std::unique_ptr<QVXOrder> handed[] = {std::make_unique<TicketOrder>(order)};
+    records.Handed(handed);
     records.SendEnds(57);
     for (const int32_t leaves : {40, 0}) {
         QVXOrderStruct r = test::TrackedOrder(7, Memo, ClOrderId, leaves);
@@ -105,22 +108,24 @@ TEST_F(Records, EveryOrderOfASendReadsBackFieldForField) {
         {"", "A\x1d\x1f\x1e\x1b", "ARCA", "\x1d", 200, 0.1, 8},
         {"ACCT01", "A\x1d\x1f\x1e\x1b", "NYSE-ARCA-EXTRA\x1e", "\x1d", 200, 0.1, 9},
     };
-    std::vector<TicketOrder> orders(lines.size(), order);
+    std::vector<std::unique_ptr<QVXOrder>> orders;
     std::vector<const QVXOrder*> view;
     for (size_t i = 0; i < lines.size(); ++i) {
-        orders[i].setAccount(lines[i].account);
-        orders[i].setSymbol(lines[i].symbol);
-        orders[i].setDestination(lines[i].destination);
-        orders[i].setMemo(lines[i].memo);
-        orders[i].setQuantity(lines[i].quantity);
-        orders[i].setLmtPrice(lines[i].price);
-        orders[i].setClOrderID("ACCT01-20240315-57-" + std::to_string(i + 1));
-        view.push_back(&orders[i]);
+        QVXOrder& o = *orders.emplace_back(std::make_unique<TicketOrder>(order));
+        o.setAccount(lines[i].account);
+        o.setSymbol(lines[i].symbol);
+        o.setDestination(lines[i].destination);
+        o.setMemo(lines[i].memo);
+        o.setQuantity(lines[i].quantity);
+        o.setLmtPrice(lines[i].price);
+        o.setClOrderID("ACCT01-20240315-57-" + std::to_string(i + 1));
+        view.push_back(&o);
     }
     records.SendBegins(57, "Tech", view, "");
     for (size_t i = 0; i < lines.size(); ++i) {
-        records.Submitted(orders[i], lines[i].result);
+        records.Submitted(lines[i].result);
     }
+    records.Handed(orders);
     records.SendEnds(57);
     const auto kept = Kept();
     ASSERT_EQ(kept.size(), 3u); // the refused order never left
