@@ -1,8 +1,9 @@
 // The order journal on the paths a trader waits on.
 // 1. One click of BUY MKT on a 5,000-line basket, through the real TradingDesk with the
-//    simulator behind it, from the click to the return of the last SubmitOrder: with the
-//    journal (every order written and committed before the first leaves, the hand-off
-//    saved after) against the same desk whose send listener tracks without a journal. The
+//    simulator behind it, from the click until ExecuteBasket returns (the orders tracked once
+//    the last has left): with the journal (every order written and committed before the
+//    first leaves, the hand-off saved after) against the same desk whose send listener
+//    tracks without a journal. The
 //    simulator keeps its book in the folder in both, as in the program. The two desks click
 //    in turn, round after round, and each round gives one ratio: what the machine does
 //    meanwhile weighs on both alike. The figure is the UI thread's CPU time (the journal's
@@ -150,7 +151,7 @@ void CompareClicks() {
         std::printf("  %s: %.1f / %.1f ms against %.1f / %.1f ms, ratio per round %.2f / %.2f\n",
                     what, aMin, aMedian, bMin, bMedian, rMin, rMedian);
     };
-    std::printf("5,000-line BUY MKT click to last SubmitOrder, real desk + simulator, %d rounds "
+    std::printf("5,000-line BUY MKT click, whole, real desk + simulator, %d rounds "
                 "(min / median):\n",
                 Rounds);
     line("UI-thread CPU, with the journal vs tracking without it", with.cpu, without.cpu);
@@ -158,7 +159,7 @@ void CompareClicks() {
     line("wall, the simulator's book kept in the folder vs in memory only (both with the "
          "journal)",
          with.wall, bookInMemory.wall);
-    bench::Report("5,000-line click to last submit, with the order journal / without (real desk "
+    bench::Report("5,000-line click, whole, with the order journal / without (real desk "
                   "+ simulator, UI-thread CPU, side by side per round)",
                   "x", Ratios(with.cpu, without.cpu), {"<=", 1.10});
 }
