@@ -132,10 +132,7 @@ void OrderTracker::OnOrderHandedOff(OrderTicket&& ticket, int32_t orderRecordId)
     try {
         o.m_strBasketId = m_recentTexts.basketId.of(m_lastBasket->basketId);
         o.m_nBasketSeq = m_lastBasket->basketSeq;
-        // Copied: the ticket's id was allocated among the send's tickets, and kept alive it
-        // would leave holes between them that slow the platform's allocations for the rest
-        // of the send.
-        o.m_strClOrderId = ticket.clOrderID;
+        o.m_strClOrderId = std::move(ticket.clOrderID);
         o.m_strAccount = m_recentTexts.account.of(ticket.account);
         o.m_strAction = m_recentTexts.action.of(kHandedOffAction);
         o.m_strDestination = m_recentTexts.destination.of(ticket.destination);
