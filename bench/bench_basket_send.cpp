@@ -149,7 +149,7 @@ Click TimedClick(Desk& d, size_t orders) {
                      report.notSent.size(), report.submitErrors.size());
         std::exit(1);
     }
-    if (last.at == 0) {
+    if (last.at == 0 || report.ordersSubmitted != static_cast<int>(orders)) {
         std::fprintf(stderr, "the click submitted %d orders, not %zu\n", report.ordersSubmitted,
                      orders);
         std::exit(1);

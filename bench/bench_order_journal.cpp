@@ -3,11 +3,11 @@
 //    simulator behind it, from the click until ExecuteBasket returns (the orders tracked once
 //    the last has left): with the journal (every order written and committed before the
 //    first leaves, the hand-off saved after) against the same desk whose send listener
-//    tracks without a journal. The
-//    simulator keeps its book in the folder in both, as in the program. The two desks click
-//    in turn, round after round, and each round gives one ratio: what the machine does
-//    meanwhile weighs on both alike. The figure is the UI thread's CPU time (the journal's
-//    writes are system calls of that thread, so they count); wall times are printed beside.
+//    tracks without a journal. The simulator keeps its book in the folder in both, as in
+//    the program. The two desks click in turn, round after round, and each round gives one ratio:
+//    what the machine does meanwhile weighs on both alike. The figure is the UI thread's CPU time
+//    (the journal's writes are system calls of that thread, so they count); wall times are printed
+//    beside.
 // 2. A restart: TradingDesk::FormLoad on a data folder whose journal holds 20,000 orders of
 //    the day, until they are all tracked again.
 #include "BenchReport.h"

@@ -120,8 +120,8 @@ private:
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,
                   const ExecuteReport& report);
-    /// Hands the prepared orders to the platform, one by one, then tells the listener which
-    /// left.
+    /// Hands the prepared orders to the platform one by one; the listener hears each result,
+    /// then takes the orders that left.
     /// `reportTextOf(i)` names order i in the summary; made only for an order refused.
     void Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
                 const std::function<std::string(size_t)>& reportTextOf, ExecuteReport& report);

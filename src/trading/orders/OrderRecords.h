@@ -22,9 +22,9 @@ struct RestoreReport {
     size_t unknown = 0;  ///< open when the program stopped, unknown to the platform now
 };
 
-/// The day's orders, kept: every order of a send is written to the order ledger before
-/// it leaves and tracked once the send has handed its orders to the platform; every report, reject
-/// and warning is written as it is applied; a restart tracks the day's orders again.
+/// The day's orders, kept: every order of a send is written to the order ledger before it
+/// leaves, and tracked once the send has handed its orders to the platform; every report,
+/// reject and warning is written as it is applied; a restart tracks the day's orders again.
 class OrderRecords final : public SendListener {
 public:
     OrderRecords(OrderTracker& tracker, MessageBoxes& boxes);
