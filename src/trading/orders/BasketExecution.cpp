@@ -12,6 +12,7 @@
 
 #include <charconv>
 #include <chrono>
+#include <future>
 #include <limits>
 #include <utility>
 
@@ -132,7 +133,52 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
     }
 
     const int16_t basketSeq = m_sequence.BasketSeq();
-    if (!ReserveNextBasketSeq(basketSeq)) {
+    if (basketSeq == std::numeric_limits<int16_t>::max()) {
+        NotReserved(Error{"The basket sequence number cannot go past 32767."});
+        report.outcome = ExecuteOutcome::NotReserved;
+        return report;
+    }
+    // The next send number goes to the disk on a helper thread while the orders are made:
+    // nothing is written down and nothing leaves before it is there.
+    std::future<Result<void>> reserved = std::async(
+        std::launch::async, [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
+            return store.SaveBasketNum(next);
+        });
+    const SendSequence before = m_sequence;
+    m_lastOrderSeq = 0;
+    m_orderSeqWraps = 0;
+    // Every order is complete, and written down, before the first one leaves.
+    // What every order of the send shares, made once.
+    SendTexts texts;
+    texts.memo = BasketMemo(inputs.basketName, basketSeq);
+    texts.account = UCase(inputs.account);
+    texts.clOrderIdPrefix =
+        BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
+    texts.rule = ExecuteButtonRuleFor(index);
+    std::vector<std::unique_ptr<QVXOrder>> orders;
+    orders.reserve(plan.orders.size());
+    std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
+    sent.reserve(plan.orders.size());
+    try {
+        for (const PlannedOrder& planned : plan.orders) {
+            if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
+                orders.push_back(std::move(order));
+                sent.push_back(&planned);
+            }
+        }
+    } catch (...) {
+        // Nothing left: the send number is used up only when it was stored.
+        m_sequence = before;
+        if (reserved.get()) {
+            m_sequence.setBasketSeq(static_cast<int16_t>(basketSeq + 1));
+            m_sequence.setOrderSeq(1);
+        }
+        throw;
+    }
+    if (Result<void> saved = reserved.get(); !saved) {
+        m_sequence = before;
+        NotReserved(saved.error());
+        report.notSent.clear();
         report.outcome = ExecuteOutcome::NotReserved;
         return report;
     }
@@ -151,26 +197,6 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
             }
         } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
 
-        m_lastOrderSeq = 0;
-        m_orderSeqWraps = 0;
-        // Every order is complete, and written down, before the first one leaves.
-        // What every order of the send shares, made once.
-        SendTexts texts;
-        texts.memo = BasketMemo(inputs.basketName, basketSeq);
-        texts.account = UCase(inputs.account);
-        texts.clOrderIdPrefix =
-            BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
-        texts.rule = ExecuteButtonRuleFor(index);
-        std::vector<std::unique_ptr<QVXOrder>> orders;
-        orders.reserve(plan.orders.size());
-        std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
-        sent.reserve(plan.orders.size());
-        for (const PlannedOrder& planned : plan.orders) {
-            if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
-                orders.push_back(std::move(order));
-                sent.push_back(&planned);
-            }
-        }
         Announce(basketSeq, inputs.basketName, orders, report);
         struct ListenerEnd {
             SendListener* listener;
@@ -231,16 +257,8 @@ bool BasketExecution::LimitsPass(int index, const SendLines& lines, const Execut
     return true;
 }
 
-bool BasketExecution::ReserveNextBasketSeq(int16_t basketSeq) {
-    Result<void> saved = Error{"The basket sequence number cannot go past 32767."};
-    if (basketSeq < std::numeric_limits<int16_t>::max()) {
-        saved = m_store.SaveBasketNum(static_cast<int16_t>(basketSeq + 1));
-    }
-    if (!saved) {
-        m_boxes.show(saved.error().message + "\r\nNo order was sent.", 48, "Basket Not Sent");
-        return false;
-    }
-    return true;
+void BasketExecution::NotReserved(const Error& error) {
+    m_boxes.show(error.message + "\r\nNo order was sent.", 48, "Basket Not Sent");
 }
 
 int32_t BasketExecution::NextOrderNumber() {

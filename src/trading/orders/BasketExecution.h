@@ -88,8 +88,8 @@ public:
     int32_t LastSubmitResult() const { return m_lastSubmitResult; }
 
 private:
-    /// Reserves the next send number durably; false (and a message) when it fails.
-    bool ReserveNextBasketSeq(int16_t basketSeq);
+    /// The message of a send refused because its number could not be stored.
+    void NotReserved(const Error& error);
     /// The number of the send's next order: 1 to 9,999 as the sequence gives them, then
     /// 10,000 and on.
     int32_t NextOrderNumber();

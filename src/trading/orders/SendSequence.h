@@ -35,7 +35,8 @@ private:
 class SequenceStore {
 public:
     virtual ~SequenceStore() = default;
-    /// Stores the next basket send number; an error when it did not reach the disk.
+    /// Stores the next basket send number; an error when it did not reach the disk. Called
+    /// on a helper thread of the send, while the send waits to know.
     virtual Result<void> SaveBasketNum(int16_t nextBasketSeq) = 0;
 };
 

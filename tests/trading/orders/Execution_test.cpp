@@ -360,8 +360,9 @@ TEST_F(Execution, FailedReservationSendsNothing) {
     store.failWrites = true;
     const ExecuteReport report = Click(3, {QuotedLine("IBM")});
     EXPECT_EQ(report.outcome, ExecuteOutcome::NotReserved);
-    EXPECT_TRUE(orders.created.empty());
+    EXPECT_TRUE(orders.submitted().empty());
     EXPECT_EQ(sequence.BasketSeq(), 57);
+    EXPECT_EQ(sequence.OrderSeq(), 1); // the orders made meanwhile gave their numbers back
     ASSERT_EQ(boxes.shown().size(), 1u);
     EXPECT_EQ(boxes.shown()[0].text, "disk full\r\nNo order was sent.");
     EXPECT_EQ(boxes.shown()[0].title, "Basket Not Sent");
