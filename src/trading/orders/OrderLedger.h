@@ -91,7 +91,8 @@ private:
     std::optional<FolderLock> m_lock; // none when the program holds the folder already
     SqliteFile m_file;
     std::unique_ptr<Statements> m_stmts;
-    SendRecordRoom m_recordRoom; ///< kept for the next send
+    SendRecordRoom m_recordRoom;       ///< kept for the next send
+    SendRecordRoom m_secondRecordRoom; ///< where a helper writes the second half of a large send
 
     bool m_inTransaction = false;
     // Copies the write-ahead log into the file once a second on its own connection, so the

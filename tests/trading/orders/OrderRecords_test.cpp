@@ -143,6 +143,36 @@ TEST_F(Records, EveryOrderOfASendReadsBackFieldForField) {
     }
 }
 
+// A large send's record is written in two halves at once: every order reads back, also those
+// on either side of the seam, where the repeated fields of the first half do not carry over.
+TEST_F(Records, ALargeSendReadsBackAcrossTheHalvesItIsWrittenIn) {
+    constexpr int Orders = 4001;
+    std::vector<TicketOrder> orders(Orders, order);
+    std::vector<const QVXOrder*> view;
+    for (int i = 0; i < Orders; ++i) {
+        orders[i].setSymbol("S" + std::to_string(i % 7));
+        orders[i].setDestination(i % 3 == 0 ? "ARCA" : "NYSE");
+        orders[i].setQuantity(100 + i % 5);
+        orders[i].setLmtPrice(10 + (i % 4) * 0.25);
+        orders[i].setClOrderID("ACCT01-20240315-57-" + std::to_string(i + 1));
+        view.push_back(&orders[i]);
+    }
+    records.SendBegins(57, "Tech", view, "");
+    const auto kept = Kept();
+    ASSERT_EQ(kept.size(), static_cast<size_t>(Orders));
+    for (int i = 0; i < Orders; ++i) {
+        const QVXOrderStruct& k = kept[i].tracked.state;
+        SCOPED_TRACE(i);
+        ASSERT_EQ(k.ClOrderID, orders[i].ClOrderID());
+        ASSERT_EQ(k.Account, "ACCT01");
+        ASSERT_EQ(k.Memo, Memo);
+        ASSERT_EQ(k.Symbol, orders[i].Symbol());
+        ASSERT_EQ(k.Destination, orders[i].Destination());
+        ASSERT_EQ(k.Quantity, orders[i].Quantity());
+        ASSERT_EQ(k.LmtPrice, orders[i].LmtPrice());
+    }
+}
+
 // A journal written before the answers had a table of their own keeps them in the send's row.
 TEST_F(Records, AnEarlierJournalsAnswersAreStillRead) {
     WriteTheSend();
