@@ -126,6 +126,7 @@ struct Click {
     double toLastSubmit = 0; ///< ms
     double whole = 0;        ///< ms, until ExecuteBasket returns
     int sent = 0;            ///< orders submitted
+    int16_t basketSeq = 0;   ///< the send's number
 };
 
 /// One click; fails the program when the basket did not go out.
@@ -135,7 +136,8 @@ Click TimedClick(Desk& d) {
     d.desk.Execution().setListener(&last);
     const double start = bench::ThreadCpuMs();
     const ExecuteReport report = d.desk.ExecuteBasket(BuyBid, "ACCT01");
-    const Click click{last.at - start, bench::ThreadCpuMs() - start, report.ordersSubmitted};
+    const Click click{last.at - start, bench::ThreadCpuMs() - start, report.ordersSubmitted,
+                      report.basketSeq};
     d.desk.Execution().setListener(&d.desk.Records());
     if (report.outcome != ExecuteOutcome::Sent || report.ordersSubmitted < Lines * 9 / 10 ||
         !report.submitErrors.empty()) {
@@ -147,14 +149,14 @@ Click TimedClick(Desk& d) {
     return click;
 }
 
-double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int round) {
-    // Client order ids and memo of the form the desk gives its orders, under send numbers
-    // the desk does not reach: the simulator keeps and reports the same lengths of text.
-    const auto basketSeq = static_cast<int16_t>(20000 + round);
+double BareLoopMs(Desk& d, const std::vector<BareOrder>& orders, int16_t basketSeq) {
+    // The click's own memo, and client order ids of the same length as the click's (another
+    // prefix of as many letters, for ids of their own): the simulator keeps and reports
+    // texts of the same lengths, which decide whether they need memory of their own.
     const std::string date = FormatYyyymmdd(d.clock.localNow());
     std::vector<std::string> ids;
     for (size_t i = 0; i < orders.size(); ++i) {
-        ids.push_back(BasketClOrderID("ACCT01", date, basketSeq, static_cast<int32_t>(i + 1)));
+        ids.push_back(BasketClOrderID("BARE01", date, basketSeq, static_cast<int32_t>(i + 1)));
     }
     const std::string memo = BasketMemo(d.desk.CurrentBasketName(), basketSeq);
     int refused = 0;
@@ -227,7 +229,7 @@ int main() {
             return 1;
         }
         d.Pass(std::chrono::seconds(1));
-        const double loop = BareLoopMs(d, bare, round);
+        const double loop = BareLoopMs(d, bare, click.basketSeq);
         d.Pass(std::chrono::seconds(1));
         clicks.push_back(click.toLastSubmit);
         wholes.push_back(click.whole);
