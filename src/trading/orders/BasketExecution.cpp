@@ -63,6 +63,12 @@ const std::string& MadeFrom(Made& made, const SendLines& lines, SendLines::TextA
     return made.emplace_back(at, make(lines.text(at))).second;
 }
 
+/// The send number `basketSeq` is used up: the next send has the one after, from order 1.
+void MoveToNextSend(SendSequence& sequence, int16_t basketSeq) {
+    sequence.setBasketSeq(static_cast<int16_t>(basketSeq + 1));
+    sequence.setOrderSeq(1);
+}
+
 std::string NotSentText(const SendLines& lines, const PlannedOrder& planned) {
     return planned.refusal.empty() ? ReportText(lines, planned)
                                    : ReportText(lines, planned) + " (" + planned.refusal + ")";
@@ -145,33 +151,14 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
             return store.SaveBasketNum(next);
         });
     const SendSequence before = m_sequence;
-    m_lastOrderSeq = 0;
-    m_orderSeqWraps = 0;
-    // Every order is complete, and written down, before the first one leaves.
-    // What every order of the send shares, made once.
-    SendTexts texts;
-    texts.memo = BasketMemo(inputs.basketName, basketSeq);
-    texts.account = UCase(inputs.account);
-    texts.clOrderIdPrefix =
-        BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
-    texts.rule = ExecuteButtonRuleFor(index);
-    std::vector<std::unique_ptr<QVXOrder>> orders;
-    orders.reserve(plan.orders.size());
-    std::vector<const PlannedOrder*> sent; // the plan of each order, for its report text
-    sent.reserve(plan.orders.size());
+    MadeOrders made;
     try {
-        for (const PlannedOrder& planned : plan.orders) {
-            if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
-                orders.push_back(std::move(order));
-                sent.push_back(&planned);
-            }
-        }
+        made = MakeOrders(index, basketSeq, lines, plan, inputs, settings, report);
     } catch (...) {
         // Nothing left: the send number is used up only when it was stored.
         m_sequence = before;
         if (reserved.get()) {
-            m_sequence.setBasketSeq(static_cast<int16_t>(basketSeq + 1));
-            m_sequence.setOrderSeq(1);
+            MoveToNextSend(m_sequence, basketSeq);
         }
         throw;
     }
@@ -190,14 +177,11 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
         // ends the click with an error: its orders may already be out.
         struct SendEnd {
             SendSequence& sequence;
-            int16_t next;
-            ~SendEnd() {
-                sequence.setBasketSeq(next);
-                sequence.setOrderSeq(1);
-            }
-        } sendEnd{m_sequence, static_cast<int16_t>(basketSeq + 1)};
+            int16_t basketSeq;
+            ~SendEnd() { MoveToNextSend(sequence, basketSeq); }
+        } sendEnd{m_sequence, basketSeq};
 
-        Announce(basketSeq, inputs.basketName, orders, report);
+        Announce(basketSeq, inputs.basketName, made.orders, report);
         struct ListenerEnd {
             SendListener* listener;
             int16_t basketSeq;
@@ -208,7 +192,7 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
             }
         } listenerEnd{m_listener, basketSeq};
         Submit(
-            orders, [&](size_t i) { return ReportText(lines, *sent[i]); }, report);
+            made.orders, [&](size_t i) { return ReportText(lines, *made.plans[i]); }, report);
     }
     if (report.ordersSubmitted > 0) {
         m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
@@ -268,6 +252,31 @@ int32_t BasketExecution::NextOrderNumber() {
     }
     m_lastOrderSeq = seq;
     return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
+}
+
+BasketExecution::MadeOrders
+BasketExecution::MakeOrders(int index, int16_t basketSeq, const SendLines& lines,
+                            const SendPlan& plan, const ExecutionInputs& inputs,
+                            const ExecutionSettings& settings, ExecuteReport& report) {
+    m_lastOrderSeq = 0;
+    m_orderSeqWraps = 0;
+    // What every order of the send shares, made once.
+    SendTexts texts;
+    texts.memo = BasketMemo(inputs.basketName, basketSeq);
+    texts.account = UCase(inputs.account);
+    texts.clOrderIdPrefix =
+        BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
+    texts.rule = ExecuteButtonRuleFor(index);
+    MadeOrders made;
+    made.orders.reserve(plan.orders.size());
+    made.plans.reserve(plan.orders.size());
+    for (const PlannedOrder& planned : plan.orders) {
+        if (auto order = PrepareLine(lines, planned, texts, settings, report)) {
+            made.orders.push_back(std::move(order));
+            made.plans.push_back(&planned);
+        }
+    }
+    return made;
 }
 
 std::unique_ptr<QVXOrder>

@@ -111,6 +111,16 @@ private:
         MadeTexts destinations; ///< upper case
         MadeTexts tifs;         ///< TIF codes
     };
+    /// The send's orders, complete but not submitted, and the plan of each (for its report
+    /// text). Every order is complete, and written down, before the first one leaves.
+    struct MadeOrders {
+        std::vector<std::unique_ptr<QVXOrder>> orders;
+        std::vector<const PlannedOrder*> plans;
+    };
+    /// One order per sendable planned line; the others are listed in `report.notSent`.
+    MadeOrders MakeOrders(int index, int16_t basketSeq, const SendLines& lines,
+                          const SendPlan& plan, const ExecutionInputs& inputs,
+                          const ExecutionSettings& settings, ExecuteReport& report);
     /// One planned line's order, complete but not submitted; none when the line cannot be
     /// sent (it is then listed in `report.notSent`).
     std::unique_ptr<QVXOrder> PrepareLine(const SendLines& lines, const PlannedOrder& planned,
