@@ -1,7 +1,7 @@
 #pragma once
 
 // What the desk benchmarks share: message boxes that answer OK, tickers the simulator
-// takes, a data folder of their own and the calling thread's CPU clock.
+// takes, a data folder of their own, the calling thread's CPU clock and the wall clock.
 
 #include "common/MessageBox.h"
 
@@ -49,6 +49,13 @@ struct Folder {
 inline double ThreadCpuMs() {
     timespec t{};
     clock_gettime(CLOCK_THREAD_CPUTIME_ID, &t);
+    return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
+}
+
+/// Time as the trader waits it, in ms: also what the UI thread spends waiting for a helper.
+inline double WallMs() {
+    timespec t{};
+    clock_gettime(CLOCK_MONOTONIC, &t);
     return static_cast<double>(t.tv_sec) * 1e3 + static_cast<double>(t.tv_nsec) / 1e6;
 }
 

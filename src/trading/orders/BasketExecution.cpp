@@ -144,9 +144,11 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
         report.outcome = ExecuteOutcome::NotReserved;
         return report;
     }
-    // The next send number goes to the disk on a helper thread while the orders are made:
-    // nothing is written down and nothing leaves before it is there.
-    std::future<Result<void>> reserved = std::async(
+    // basket.ini learns the next send number on a helper thread while this send goes out:
+    // a settings file is replaced safely, which waits for the disk. The number is kept from
+    // being used again before the first order leaves all the same: the journal commits the
+    // send, with its number, first.
+    std::future<Result<void>> saved = std::async(
         std::launch::async, [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
             return store.SaveBasketNum(next);
         });
@@ -157,43 +159,20 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
     } catch (...) {
         // Nothing left: the send number is used up only when it was stored.
         m_sequence = before;
-        if (reserved.get()) {
+        if (saved.get()) {
             MoveToNextSend(m_sequence, basketSeq);
         }
         throw;
     }
-    if (Result<void> saved = reserved.get(); !saved) {
-        m_sequence = before;
-        NotReserved(saved.error());
-        report.notSent.clear();
-        report.outcome = ExecuteOutcome::NotReserved;
-        return report;
-    }
     report.outcome = ExecuteOutcome::Sent;
     report.basketSeq = basketSeq;
-
-    {
-        // The send number is used up whatever happens to the lines, also when one of them
-        // ends the click with an error: its orders may already be out.
-        struct SendEnd {
-            SendSequence& sequence;
-            int16_t basketSeq;
-            ~SendEnd() { MoveToNextSend(sequence, basketSeq); }
-        } sendEnd{m_sequence, basketSeq};
-
-        Announce(basketSeq, inputs.basketName, made.orders, report);
-        struct ListenerEnd {
-            SendListener* listener;
-            int16_t basketSeq;
-            ~ListenerEnd() {
-                if (listener != nullptr) {
-                    listener->SendEnds(basketSeq);
-                }
-            }
-        } listenerEnd{m_listener, basketSeq};
-        Submit(
-            made.orders, [&](size_t i) { return ReportText(lines, *made.plans[i]); }, report);
+    try {
+        SendMade(basketSeq, lines, inputs, made, report);
+    } catch (...) {
+        ReportUnsaved(saved.get());
+        throw;
     }
+    ReportUnsaved(saved.get());
     if (report.ordersSubmitted > 0) {
         m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
     }
@@ -243,6 +222,40 @@ bool BasketExecution::LimitsPass(int index, const SendLines& lines, const Execut
 
 void BasketExecution::NotReserved(const Error& error) {
     m_boxes.show(error.message + "\r\nNo order was sent.", 48, "Basket Not Sent");
+}
+
+void BasketExecution::ReportUnsaved(const Result<void>& saved) {
+    if (!saved) {
+        m_boxes.show(saved.error().message +
+                         "\r\nThe basket was sent. The order journal keeps its send number, so "
+                         "the next send still takes a new one.",
+                     48, "Basket Number Not Saved");
+    }
+}
+
+void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
+                               const ExecutionInputs& inputs, MadeOrders& made,
+                               ExecuteReport& report) {
+    // The send number is used up whatever happens to the lines, also when one of them ends
+    // the click with an error: its orders may already be out.
+    struct SendEnd {
+        SendSequence& sequence;
+        int16_t basketSeq;
+        ~SendEnd() { MoveToNextSend(sequence, basketSeq); }
+    } sendEnd{m_sequence, basketSeq};
+
+    Announce(basketSeq, inputs.basketName, made.orders, report);
+    struct ListenerEnd {
+        SendListener* listener;
+        int16_t basketSeq;
+        ~ListenerEnd() {
+            if (listener != nullptr) {
+                listener->SendEnds(basketSeq);
+            }
+        }
+    } listenerEnd{m_listener, basketSeq};
+    Submit(
+        made.orders, [&](size_t i) { return ReportText(lines, *made.plans[i]); }, report);
 }
 
 int32_t BasketExecution::NextOrderNumber() {

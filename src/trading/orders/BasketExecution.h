@@ -44,7 +44,7 @@ enum class ExecuteOutcome {
     ZeroMultiple,   ///< refused: multiplier 0
     NotConfirmed,   ///< the trader answered No
     LimitsRefused,  ///< a limit was broken and the trader did not override it
-    NotReserved,    ///< the next basket number could not be saved: nothing was sent
+    NotReserved,    ///< no send number could be taken: nothing was sent
     Sent,           ///< the lines were worked through (some may have been refused)
 };
 
@@ -88,8 +88,10 @@ public:
     int32_t LastSubmitResult() const { return m_lastSubmitResult; }
 
 private:
-    /// The message of a send refused because its number could not be stored.
+    /// The message of a send refused because it could not take a number.
     void NotReserved(const Error& error);
+    /// The message, after a send, when basket.ini did not take the next send number.
+    void ReportUnsaved(const Result<void>& saved);
     /// The number of the send's next order: 1 to 9,999 as the sequence gives them, then
     /// 10,000 and on.
     int32_t NextOrderNumber();
@@ -126,6 +128,9 @@ private:
     std::unique_ptr<QVXOrder> PrepareLine(const SendLines& lines, const PlannedOrder& planned,
                                           SendTexts& texts, const ExecutionSettings& settings,
                                           ExecuteReport& report);
+    /// Writes the made orders down and submits them; the send number is used up after it.
+    void SendMade(int16_t basketSeq, const SendLines& lines, const ExecutionInputs& inputs,
+                  MadeOrders& made, ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,

@@ -29,14 +29,15 @@ private:
     int16_t m_orderSeq;
 };
 
-/// Durable store of the next basket send number. A send writes the number that follows
-/// its own before its first order leaves, so a crash in the middle of a basket cannot make
-/// the next run reuse the client order ids of the orders already sent.
+/// Durable store of the next basket send number (basket.ini). A send writes the number that
+/// follows its own while its orders go out; what keeps a crash in the middle of a basket
+/// from making the next run reuse their client order ids is the order journal, which holds
+/// the send before its first order leaves.
 class SequenceStore {
 public:
     virtual ~SequenceStore() = default;
     /// Stores the next basket send number; an error when it did not reach the disk. Called
-    /// on a helper thread of the send, while the send waits to know.
+    /// on a helper thread of the send.
     virtual Result<void> SaveBasketNum(int16_t nextBasketSeq) = 0;
 };
 

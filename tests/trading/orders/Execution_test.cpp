@@ -342,30 +342,23 @@ TEST_F(Execution, SummaryWithOnlyRefusals) {
     EXPECT_EQ(SendSummaryText({}, {}), "");
 }
 
-// The next basket number reaches the store before any order leaves, so a crash in the
-// middle of a basket cannot hand the same client order ids to the next run.
-TEST_F(Execution, NextBasketNumberIsStoredBeforeTheFirstOrderLeaves) {
-    std::vector<std::optional<int16_t>> storedAtSubmit;
-    orders.submitResult = [&](const RecordedOrder&) {
-        storedAtSubmit.push_back(store.saved);
-        return 0;
-    };
+// basket.ini takes the next send number once per send. When it cannot, the basket goes out
+// all the same (the journal keeps its number from being used again) and the trader is told.
+TEST_F(Execution, NextBasketNumberIsStoredOncePerSendAndAFailureIsShownAfterIt) {
     Click(3, {QuotedLine("IBM"), QuotedLine("MSFT")});
-    ASSERT_EQ(storedAtSubmit.size(), 2u);
-    EXPECT_EQ(storedAtSubmit[0], std::optional<int16_t>(58));
+    EXPECT_EQ(store.saved, std::optional<int16_t>(58));
     EXPECT_EQ(store.writes, 1);
-}
 
-TEST_F(Execution, FailedReservationSendsNothing) {
     store.failWrites = true;
     const ExecuteReport report = Click(3, {QuotedLine("IBM")});
-    EXPECT_EQ(report.outcome, ExecuteOutcome::NotReserved);
-    EXPECT_TRUE(orders.submitted().empty());
-    EXPECT_EQ(sequence.BasketSeq(), 57);
-    EXPECT_EQ(sequence.OrderSeq(), 1); // the orders made meanwhile gave their numbers back
+    EXPECT_EQ(report.outcome, ExecuteOutcome::Sent);
+    EXPECT_EQ(orders.submitted().size(), 3u);
+    EXPECT_EQ(sequence.BasketSeq(), 59);
+    EXPECT_EQ(sequence.OrderSeq(), 1);
     ASSERT_EQ(boxes.shown().size(), 1u);
-    EXPECT_EQ(boxes.shown()[0].text, "disk full\r\nNo order was sent.");
-    EXPECT_EQ(boxes.shown()[0].title, "Basket Not Sent");
+    EXPECT_EQ(boxes.shown()[0].text, "disk full\r\nThe basket was sent. The order journal keeps "
+                                     "its send number, so the next send still takes a new one.");
+    EXPECT_EQ(boxes.shown()[0].title, "Basket Number Not Saved");
 }
 
 TEST_F(Execution, LastBasketNumberIsNotExceeded) {
