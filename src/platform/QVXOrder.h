@@ -7,7 +7,9 @@
 namespace wicker {
 
 /// The platform's order object: a send sets its properties in a fixed order, then calls
-/// SubmitOrder. One object per order; every platform (simulated, FIX) makes its own.
+/// SubmitOrder. One object per order; every platform (simulated, FIX) makes its own. The
+/// properties of an order may be set on another thread than the one that made and submits
+/// it (one thread at a time): a large send fills its orders in on two threads at once.
 class QVXOrder {
 public:
     virtual ~QVXOrder() = default;
@@ -37,7 +39,7 @@ public:
     virtual void setMemo(std::string v) = 0;
 };
 
-/// Makes a fresh order object for each line of a send.
+/// Makes a fresh order object for each line of a send, on the thread that submits it.
 class QVXOrderFactory {
 public:
     virtual ~QVXOrderFactory() = default;

@@ -123,11 +123,12 @@ private:
     MadeOrders MakeOrders(int index, int16_t basketSeq, const SendLines& lines,
                           const SendPlan& plan, const ExecutionInputs& inputs,
                           const ExecutionSettings& settings, ExecuteReport& report);
-    /// One planned line's order, complete but not submitted; none when the line cannot be
-    /// sent (it is then listed in `report.notSent`).
-    std::unique_ptr<QVXOrder> PrepareLine(const SendLines& lines, const PlannedOrder& planned,
-                                          SendTexts& texts, const ExecutionSettings& settings,
-                                          ExecuteReport& report);
+    /// From this many orders on, a send's orders are filled in by two threads.
+    static constexpr size_t kFillInHalvesFrom = 1000;
+    /// Sets a sendable planned line's order's properties, its client order id ending in
+    /// `number`. The order is the caller's own; `texts` is the calling thread's.
+    void FillIn(QVXOrder& order, const SendLines& lines, const PlannedOrder& planned,
+                int32_t number, SendTexts& texts, const ExecutionSettings& settings) const;
     /// Writes the made orders down and submits them; the send number is used up after it.
     void SendMade(int16_t basketSeq, const SendLines& lines, const ExecutionInputs& inputs,
                   MadeOrders& made, ExecuteReport& report);

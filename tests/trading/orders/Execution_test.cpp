@@ -5,6 +5,7 @@
 #include "trading/orders/ExecutionButtons.h"
 #include "trading/orders/SendListener.h"
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -278,6 +279,39 @@ TEST_F(Execution, OrderNumbersGoPast9999InsteadOfRepeating) {
     EXPECT_EQ(orders.created[2].value("ClOrderID"), "ACCT01-20240315-57-10000");
     EXPECT_EQ(orders.created[10000].value("ClOrderID"), "ACCT01-20240315-57-19998");
     EXPECT_EQ(sequence.OrderSeq(), 1);
+}
+
+// A large send's orders are filled in by two threads: each order carries its own line's
+// texts and the next number, the same on both sides of where the halves meet.
+TEST_F(Execution, ALargeSendFillsEveryOrderFromItsOwnLine) {
+    const std::array<std::pair<const char*, const char*>, 3> tifs{
+        {{"DAY", "D"}, {"OS", "1"}, {"GTC", "G"}}};
+    std::vector<ExecutionLine> lines;
+    std::vector<size_t> sentLines;
+    for (size_t i = 0; i < 2003; ++i) {
+        lines.push_back(i % 7 == 3
+                            ? UnquotedLine("U" + std::to_string(i))
+                            : QuotedLine("S" + std::to_string(i), "300", i % 2 ? "arca" : "nyse"));
+        if (i % 7 != 3) {
+            lines.back().tif = tifs[i % 3].first;
+            sentLines.push_back(i);
+        }
+    }
+    const ExecuteReport report = Click(0, lines); // a limit button: unquoted lines stay
+    EXPECT_EQ(report.notSent.size(), lines.size() - sentLines.size());
+    EXPECT_EQ(report.notSent.front(), "U3 300 NASDAQ");
+    ASSERT_EQ(orders.created.size(), sentLines.size());
+    for (size_t k = 0; k < sentLines.size(); ++k) {
+        const size_t i = sentLines[k];
+        const RecordedOrder& o = orders.created[k];
+        SCOPED_TRACE("order " + std::to_string(k));
+        EXPECT_EQ(o.value("Symbol"), "S" + std::to_string(i));
+        EXPECT_EQ(o.value("Destination"), i % 2 ? "ARCA" : "NYSE");
+        EXPECT_EQ(o.value("Tif"), tifs[i % 3].second);
+        EXPECT_EQ(o.value("ClOrderID"), "ACCT01-20240315-57-" + std::to_string(k + 1));
+        EXPECT_EQ(o.setOrder(), orders.created[0].setOrder());
+        EXPECT_TRUE(o.submitted);
+    }
 }
 
 TEST_F(Execution, FirstSendStartsAtTheStoredOrderSeqLaterOnesAtOne) {
