@@ -154,7 +154,9 @@ TrackedOrder ReadState(const SqliteStatement& s, int first, std::string clOrderI
 // A send's orders as text: one record per order, fields apart. The separators are control
 // characters no order field holds; one that did would be escaped, never lost. A field the
 // same as in the order before is one ditto mark: a send of one account, side and memo costs
-// little more than its ids and symbols.
+// little more than its ids and symbols. A client order id the same as the one before up to
+// its last '-' is the ditto mark and what follows that '-': the ids of a send differ only
+// in their order numbers.
 constexpr char kFieldEnd = '\x1f';
 constexpr char kRecordEnd = '\x1e';
 constexpr char kDitto = '\x1d';
@@ -262,7 +264,7 @@ private:
 
     char* Append(char* out, const OrderTicket& t) {
         const OrderTicket* p = m_previous;
-        out = Text(out, t.clOrderID, p ? &p->clOrderID : nullptr);
+        out = Id(out, t.clOrderID, p ? &p->clOrderID : nullptr);
         out = Text(out, t.account, p ? &p->account : nullptr);
         out = Text(out, t.side, p ? &p->side : nullptr);
         out = Text(out, t.symbol, p ? &p->symbol : nullptr);
@@ -292,6 +294,23 @@ private:
         }
         *out++ = kFieldEnd;
         return out;
+    }
+
+    static char* Id(char* out, const std::string& id, const std::string* previous) {
+        if (previous != nullptr) {
+            const size_t kept = previous->rfind('-') + 1; // 0 without a '-'
+            if (kept > 0 && id.size() > kept && id.compare(0, kept, *previous, 0, kept) == 0) {
+                const std::string_view rest = std::string_view(id).substr(kept);
+                if (rest.find('-') == std::string_view::npos && !HasControlCharacter(rest)) {
+                    *out++ = kDitto;
+                    std::memcpy(out, rest.data(), rest.size());
+                    out += rest.size();
+                    *out++ = kFieldEnd;
+                    return out;
+                }
+            }
+        }
+        return Text(out, id, previous);
     }
 
     static char* Text(char* out, const std::string& field, const std::string* previous) {
@@ -328,8 +347,18 @@ const std::vector<std::string>& Fields(std::string_view record,
     bool escaped = false; // the field so far holds an escaped character
     const auto fieldEnds = [&] {
         const size_t i = fields.size() - 1;
-        if (!escaped && fields[i].size() == 1 && fields[i][0] == kDitto) {
-            fields[i] = i < previous.size() ? previous[i] : std::string();
+        if (!escaped && !fields[i].empty() && fields[i][0] == kDitto) {
+            const std::string& before = i < previous.size() ? previous[i] : std::string();
+            if (fields[i].size() == 1) {
+                fields[i] = before;
+            } else {
+                // The field before up to its last '-', then the rest.
+                const size_t kept = before.rfind('-');
+                if (kept == std::string::npos) {
+                    throw SqliteError("The order journal holds a send it cannot read.");
+                }
+                fields[i] = before.substr(0, kept + 1) + fields[i].substr(1);
+            }
         }
         escaped = false;
     };
