@@ -144,32 +144,23 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
         report.outcome = ExecuteOutcome::NotReserved;
         return report;
     }
-    // basket.ini learns the next send number on a helper thread while this send goes out:
-    // a settings file is replaced safely, which waits for the disk. The number is kept from
-    // being used again before the first order leaves all the same: the journal commits the
-    // send, with its number, first.
-    std::future<Result<void>> saved = std::async(
-        std::launch::async, [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
-            return store.SaveBasketNum(next);
-        });
     const SendSequence before = m_sequence;
     MadeOrders made;
     try {
         made = MakeOrders(index, basketSeq, lines, plan, inputs, settings, report);
     } catch (...) {
-        // Nothing left: the send number is used up only when it was stored.
-        m_sequence = before;
-        if (saved.get()) {
-            MoveToNextSend(m_sequence, basketSeq);
-        }
+        m_sequence = before; // nothing left: the send number is not used up
         throw;
     }
     report.outcome = ExecuteOutcome::Sent;
     report.basketSeq = basketSeq;
+    std::future<Result<void>> saved;
     try {
-        SendMade(basketSeq, lines, inputs, made, report);
+        SendMade(basketSeq, lines, inputs, made, saved, report);
     } catch (...) {
-        ReportUnsaved(saved.get());
+        if (saved.valid()) {
+            ReportUnsaved(saved.get());
+        }
         throw;
     }
     ReportUnsaved(saved.get());
@@ -235,7 +226,7 @@ void BasketExecution::ReportUnsaved(const Result<void>& saved) {
 
 void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
                                const ExecutionInputs& inputs, MadeOrders& made,
-                               ExecuteReport& report) {
+                               std::future<Result<void>>& saved, ExecuteReport& report) {
     // The send number is used up whatever happens to the lines, also when one of them ends
     // the click with an error: its orders may already be out.
     struct SendEnd {
@@ -245,6 +236,13 @@ void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
     } sendEnd{m_sequence, basketSeq};
 
     Announce(basketSeq, inputs.basketName, made.orders, report);
+    // The journal now holds the send with its number, which keeps the number from being used
+    // again. basket.ini learns the next one on a helper thread while the orders go out: a
+    // settings file is replaced safely, which waits for the disk.
+    saved = std::async(std::launch::async,
+                       [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
+                           return store.SaveBasketNum(next);
+                       });
     struct ListenerEnd {
         SendListener* listener;
         int16_t basketSeq;

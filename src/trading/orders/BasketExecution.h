@@ -12,6 +12,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <future>
 #include <map>
 #include <memory>
 #include <optional>
@@ -130,8 +131,10 @@ private:
     void FillIn(QVXOrder& order, const SendLines& lines, const PlannedOrder& planned,
                 int32_t number, SendTexts& texts, const ExecutionSettings& settings) const;
     /// Writes the made orders down and submits them; the send number is used up after it.
+    /// `saved` is basket.ini's write of the next send number, started once the orders are
+    /// written down.
     void SendMade(int16_t basketSeq, const SendLines& lines, const ExecutionInputs& inputs,
-                  MadeOrders& made, ExecuteReport& report);
+                  MadeOrders& made, std::future<Result<void>>& saved, ExecuteReport& report);
     /// Tells the listener what is about to leave, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   const std::vector<std::unique_ptr<QVXOrder>>& orders,
