@@ -1,11 +1,12 @@
 // One click of BUY BID on a 5,000-line basket, timed on the path the trader waits on:
-// TradingDesk::ExecuteBasket (grid copy, checks, BasketNum saved, orders written down, the
-// simulator's SubmitOrder for each) from the click to the return of the last SubmitOrder,
-// when the basket is at the market. What the click does after that (tracking the orders,
-// the send's end in the journal) is printed beside it, and is in the stall figure.
-// Its baseline, in the same run against the same SimPlatform: a bare loop that creates,
-// fills in and submits the same 5,000 orders, their texts made beforehand. Also the longest
-// stretch the UI thread is busy in one piece while such a basket goes out: the click, each
+// TradingDesk::ExecuteBasket (grid copy, checks, every order made and written down in the
+// journal before it leaves, BasketNum saved, the simulator's SubmitOrder for each) from the
+// click to the return of the last SubmitOrder, when the basket is at the market. A helper
+// thread makes and writes down the orders after the first 64 while those leave. What the click does
+// after that (tracking the orders, the send's end in the journal) is printed beside it, and is in
+// the stall figure. Its baseline, in the same run against the same SimPlatform: a bare loop that
+// creates, fills in and submits the same 5,000 orders, their texts made beforehand. Also the
+// longest stretch the UI thread is busy in one piece while such a basket goes out: the click, each
 // batch of events the window's pump delivers, and the timer ticks that follow. All times are
 // wall time: a send has helper threads, and the UI thread's CPU time would not count its
 // waits for them. Run it on a quiet machine.
@@ -109,6 +110,9 @@ public:
     void SendBegins(int16_t seq, std::string_view name, std::span<const QVXOrder* const> orders,
                     std::string_view overrides) override {
         m_records.SendBegins(seq, name, orders, overrides);
+    }
+    void SendContinues(int16_t seq, std::span<const QVXOrder* const> orders) override {
+        m_records.SendContinues(seq, orders);
     }
     void Submitted(int32_t result) override { m_records.Submitted(result); }
     void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override {

@@ -193,7 +193,7 @@ std::optional<double> WickerRound(int port, const std::filesystem::path& folder,
 }
 
 // The longest piece of UI-thread work, in wall ms (waits for helpers count), while a 5,000-line
-// basket goes out through the whole desk (grid copy, checks, BasketNum saved, order journal,
+// basket goes out through the whole desk (grid copy, checks, order journal, BasketNum saved,
 // FixPlatform) and its reports come back: the click, each batch the window's pump delivers, and the
 // timer ticks, until every fill is in the totals. Nothing when the basket does not get there.
 std::optional<double> DeskStallRound(int port, int round) {

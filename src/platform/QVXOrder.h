@@ -7,9 +7,9 @@
 namespace wicker {
 
 /// The platform's order object: a send sets its properties in a fixed order, then calls
-/// SubmitOrder. One object per order; every platform (simulated, FIX) makes its own. The
-/// properties of an order may be set on another thread than the one that made and submits
-/// it (one thread at a time): a large send fills its orders in on two threads at once.
+/// SubmitOrder. One object per order; every platform (simulated, FIX) makes its own. A
+/// large send makes most of its orders on a helper thread while the first ones leave: an
+/// order may be made and filled in on one thread and submitted on another, after it.
 class QVXOrder {
 public:
     virtual ~QVXOrder() = default;
@@ -39,7 +39,8 @@ public:
     virtual void setMemo(std::string v) = 0;
 };
 
-/// Makes a fresh order object for each line of a send, on the thread that submits it.
+/// Makes a fresh order object for each line of a send; used by one thread at a time, which
+/// need not be the one that submits the order.
 class QVXOrderFactory {
 public:
     virtual ~QVXOrderFactory() = default;

@@ -7,12 +7,12 @@
 #include "trading/basket/DisplayNumbers.h"
 #include "trading/orders/BasketOrderIds.h"
 #include "trading/orders/ExecutionButtons.h"
+#include "trading/orders/SendParts.h"
 #include "trading/orders/SendPlan.h"
 #include "trading/orders/SubmitErrors.h"
 
 #include <charconv>
 #include <chrono>
-#include <future>
 #include <limits>
 #include <utility>
 
@@ -147,23 +147,24 @@ ExecuteReport BasketExecution::cmdExecuteBasket_Click(int index, const SendLines
     const SendSequence before = m_sequence;
     MadeOrders made;
     try {
-        made = MakeOrders(index, basketSeq, lines, plan, inputs, settings, report);
+        made = PlanOrders(index, basketSeq, lines, plan, inputs, report);
+        MakeOrders(made, 0, std::min(kFirstPart, made.orders.size()), made.texts, lines, settings);
     } catch (...) {
         m_sequence = before; // nothing left: the send number is not used up
         throw;
     }
     report.outcome = ExecuteOutcome::Sent;
     report.basketSeq = basketSeq;
-    std::future<Result<void>> saved;
+    std::optional<Result<void>> saved;
     try {
-        SendMade(basketSeq, lines, inputs, made, saved, report);
+        SendMade(basketSeq, lines, inputs, settings, made, saved, report);
     } catch (...) {
-        if (saved.valid()) {
-            ReportUnsaved(saved.get());
+        if (saved) {
+            ReportUnsaved(*saved);
         }
         throw;
     }
-    ReportUnsaved(saved.get());
+    ReportUnsaved(*saved);
     if (report.ordersSubmitted > 0) {
         m_lastSends[{UCase(inputs.basketName), SideWord(index)}] = m_clock.now();
     }
@@ -225,8 +226,9 @@ void BasketExecution::ReportUnsaved(const Result<void>& saved) {
 }
 
 void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
-                               const ExecutionInputs& inputs, MadeOrders& made,
-                               std::future<Result<void>>& saved, ExecuteReport& report) {
+                               const ExecutionInputs& inputs, const ExecutionSettings& settings,
+                               MadeOrders& made, std::optional<Result<void>>& saved,
+                               ExecuteReport& report) {
     // The send number is used up whatever happens to the lines, also when one of them ends
     // the click with an error: its orders may already be out.
     struct SendEnd {
@@ -235,14 +237,9 @@ void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
         ~SendEnd() { MoveToNextSend(sequence, basketSeq); }
     } sendEnd{m_sequence, basketSeq};
 
-    Announce(basketSeq, inputs.basketName, made.orders, report);
-    // The journal now holds the send with its number, which keeps the number from being used
-    // again. basket.ini learns the next one on a helper thread while the orders go out: a
-    // settings file is replaced safely, which waits for the disk.
-    saved = std::async(std::launch::async,
-                       [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
-                           return store.SaveBasketNum(next);
-                       });
+    const size_t count = made.orders.size();
+    const size_t first = std::min(kFirstPart, count);
+    Announce(basketSeq, inputs.basketName, std::span(made.view).first(first), report);
     struct ListenerEnd {
         SendListener* listener;
         int16_t basketSeq;
@@ -252,8 +249,40 @@ void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
             }
         }
     } listenerEnd{m_listener, basketSeq};
-    Submit(
-        made.orders, [&](size_t i) { return ReportText(lines, *made.plans[i]); }, report);
+    // The journal holds the send with its number now, which keeps the number from being
+    // used again. The rest of the orders are made and written down on a helper thread while
+    // the first leave; then basket.ini learns the next send number, which waits for the disk.
+    SendParts parts(
+        first, count,
+        [&, texts = made.texts](size_t from, size_t to) mutable {
+            MakeOrders(made, from, to, texts, lines, settings);
+            if (m_listener != nullptr) {
+                m_listener->SendContinues(basketSeq, std::span(made.view).subspan(from, to - from));
+            }
+        },
+        [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
+            return store.SaveBasketNum(next);
+        });
+    // The orders that left are handed over once no part is being written: the helper reads
+    // them no more, and the listener may take their texts.
+    const std::span<const std::unique_ptr<QVXOrder>> orders(made.orders);
+    size_t submitted = 0;
+    try {
+        Submit(
+            made.orders, [&](size_t i) { return parts.Ready(i); },
+            [&](size_t i) { return ReportText(lines, *made.plans[i]); }, submitted, report);
+    } catch (...) {
+        parts.StopParts();
+        HandOver(orders.first(submitted)); // followed like any others
+        saved = parts.Finish();
+        throw;
+    }
+    parts.StopParts();
+    HandOver(orders.first(submitted));
+    saved = parts.Finish();
+    if (const std::exception_ptr failure = parts.Failure()) {
+        std::rethrow_exception(failure); // the orders not written down did not leave
+    }
 }
 
 int32_t BasketExecution::NextOrderNumber() {
@@ -265,57 +294,46 @@ int32_t BasketExecution::NextOrderNumber() {
     return seq + m_orderSeqWraps * int32_t{SendSequence::LastOrderSeq};
 }
 
-BasketExecution::MadeOrders
-BasketExecution::MakeOrders(int index, int16_t basketSeq, const SendLines& lines,
-                            const SendPlan& plan, const ExecutionInputs& inputs,
-                            const ExecutionSettings& settings, ExecuteReport& report) {
+BasketExecution::MadeOrders BasketExecution::PlanOrders(int index, int16_t basketSeq,
+                                                        const SendLines& lines,
+                                                        const SendPlan& plan,
+                                                        const ExecutionInputs& inputs,
+                                                        ExecuteReport& report) {
     m_lastOrderSeq = 0;
     m_orderSeqWraps = 0;
-    // What every order of the send shares, made once.
-    SendTexts texts;
-    texts.memo = BasketMemo(inputs.basketName, basketSeq);
-    texts.account = UCase(inputs.account);
-    texts.clOrderIdPrefix =
-        BasketClOrderIDPrefix(texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
-    texts.rule = ExecuteButtonRuleFor(index);
     MadeOrders made;
-    std::vector<int32_t> numbers;
-    made.orders.reserve(plan.orders.size());
+    // What every order of the send shares, made once.
+    made.texts.memo = BasketMemo(inputs.basketName, basketSeq);
+    made.texts.account = UCase(inputs.account);
+    made.texts.clOrderIdPrefix =
+        BasketClOrderIDPrefix(made.texts.account, FormatYyyymmdd(m_clock.localNow()), basketSeq);
+    made.texts.rule = ExecuteButtonRuleFor(index);
     made.plans.reserve(plan.orders.size());
-    numbers.reserve(plan.orders.size());
+    made.numbers.reserve(plan.orders.size());
     for (const PlannedOrder& planned : plan.orders) {
         if (!planned.sendable) {
             report.notSent.push_back(NotSentText(lines, planned));
             continue;
         }
-        made.orders.push_back(m_orders.CreateOrder());
         made.plans.push_back(&planned);
-        numbers.push_back(NextOrderNumber());
+        made.numbers.push_back(NextOrderNumber());
     }
-    // Filling the orders in is most of their making: a large send has its second half
-    // filled in on a helper thread at the same time.
-    const auto fillIn = [&](size_t from, size_t to, SendTexts& own) {
-        for (size_t i = from; i < to; ++i) {
-            FillIn(*made.orders[i], lines, *made.plans[i], numbers[i], own, settings);
-        }
-    };
-    const size_t count = made.orders.size();
-    const size_t half = count < kFillInHalvesFrom ? count : count / 2;
-    std::future<void> second;
-    if (half < count) {
-        second = std::async(std::launch::async,
-                            [&, own = texts]() mutable { fillIn(half, count, own); });
-    }
-    fillIn(0, half, texts);
-    if (second.valid()) {
-        second.get();
-    }
+    made.orders.resize(made.plans.size());
+    made.view.resize(made.plans.size());
     return made;
 }
 
+void BasketExecution::MakeOrders(MadeOrders& made, size_t from, size_t to, SendTexts& texts,
+                                 const SendLines& lines, const ExecutionSettings& settings) {
+    for (size_t i = from; i < to; ++i) {
+        made.orders[i] = m_orders.CreateOrder();
+        made.view[i] = made.orders[i].get();
+        FillIn(*made.orders[i], lines, *made.plans[i], made.numbers[i], texts, settings);
+    }
+}
+
 void BasketExecution::FillIn(QVXOrder& order, const SendLines& lines, const PlannedOrder& planned,
-                             int32_t number, SendTexts& texts,
-                             const ExecutionSettings& settings) const {
+                             int32_t number, SendTexts& texts, const ExecutionSettings& settings) {
     const SendLines::Line& line = lines[planned.line];
     order.setMemo(texts.memo);
     order.setAccount(texts.account);
@@ -340,51 +358,41 @@ void BasketExecution::FillIn(QVXOrder& order, const SendLines& lines, const Plan
 }
 
 void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
-                               const std::vector<std::unique_ptr<QVXOrder>>& orders,
+                               std::span<const QVXOrder* const> first,
                                const ExecuteReport& report) {
     if (m_listener == nullptr) {
         return;
-    }
-    std::vector<const QVXOrder*> view;
-    view.reserve(orders.size());
-    for (const auto& order : orders) {
-        view.push_back(order.get());
     }
     std::string overrides;
     for (const std::string& limit : report.overriddenLimits) {
         overrides += (overrides.empty() ? "" : "; ") + limit;
     }
-    m_listener->SendBegins(basketSeq, basketName, view, overrides);
+    m_listener->SendBegins(basketSeq, basketName, first, overrides);
 }
 
 void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
+                             const std::function<bool(size_t)>& ready,
                              const std::function<std::string(size_t)>& reportTextOf,
-                             ExecuteReport& report) {
+                             size_t& submitted, ExecuteReport& report) {
     // Nothing but the submits themselves until the last order is out: the listener tracks
     // the orders afterwards, which no answer can overtake on this thread.
-    const auto handOver = [&](size_t submitted) {
+    while (submitted < orders.size() && ready(submitted)) {
+        m_lastSubmitResult = orders[submitted]->SubmitOrder();
+        const size_t i = submitted++; // out, whatever happens next
+        ++report.ordersSubmitted;
         if (m_listener != nullptr) {
-            m_listener->Handed(std::span<const std::unique_ptr<QVXOrder>>(orders).first(submitted));
+            m_listener->Submitted(m_lastSubmitResult);
         }
-    };
-    size_t submitted = 0;
-    try {
-        for (const std::unique_ptr<QVXOrder>& order : orders) {
-            m_lastSubmitResult = order->SubmitOrder();
-            ++submitted;
-            ++report.ordersSubmitted;
-            if (m_listener != nullptr) {
-                m_listener->Submitted(m_lastSubmitResult);
-            }
-            if (m_lastSubmitResult < 0) {
-                report.submitErrors.emplace_back(reportTextOf(submitted - 1), m_lastSubmitResult);
-            }
+        if (m_lastSubmitResult < 0) {
+            report.submitErrors.emplace_back(reportTextOf(i), m_lastSubmitResult);
         }
-    } catch (...) {
-        handOver(submitted); // the orders out before the error are followed like any others
-        throw;
     }
-    handOver(submitted);
+}
+
+void BasketExecution::HandOver(std::span<const std::unique_ptr<QVXOrder>> orders) {
+    if (m_listener != nullptr) {
+        m_listener->Handed(orders);
+    }
 }
 
 } // namespace wicker

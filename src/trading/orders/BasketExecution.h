@@ -12,10 +12,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <future>
 #include <map>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <utility>
 #include <vector>
@@ -114,36 +114,49 @@ private:
         MadeTexts destinations; ///< upper case
         MadeTexts tifs;         ///< TIF codes
     };
-    /// The send's orders, complete but not submitted, and the plan of each (for its report
-    /// text). Every order is complete, and written down, before the first one leaves.
+    /// The send's orders: the plan and number of each, made part by part (an order is null
+    /// until made). An order is written down before it leaves.
     struct MadeOrders {
         std::vector<std::unique_ptr<QVXOrder>> orders;
+        std::vector<const QVXOrder*> view; ///< the same orders, for the listener
         std::vector<const PlannedOrder*> plans;
+        std::vector<int32_t> numbers; ///< each order's number in its client order id
+        SendTexts texts;
     };
-    /// One order per sendable planned line; the others are listed in `report.notSent`.
-    MadeOrders MakeOrders(int index, int16_t basketSeq, const SendLines& lines,
+    /// The orders of the sendable planned lines, none made yet, their numbers taken; the
+    /// other lines are listed in `report.notSent`.
+    MadeOrders PlanOrders(int index, int16_t basketSeq, const SendLines& lines,
                           const SendPlan& plan, const ExecutionInputs& inputs,
-                          const ExecutionSettings& settings, ExecuteReport& report);
-    /// From this many orders on, a send's orders are filled in by two threads.
-    static constexpr size_t kFillInHalvesFrom = 1000;
+                          ExecuteReport& report);
+    /// Makes orders [from, to): created and their properties set. `texts` is the calling
+    /// thread's.
+    void MakeOrders(MadeOrders& made, size_t from, size_t to, SendTexts& texts,
+                    const SendLines& lines, const ExecutionSettings& settings);
     /// Sets a sendable planned line's order's properties, its client order id ending in
-    /// `number`. The order is the caller's own; `texts` is the calling thread's.
-    void FillIn(QVXOrder& order, const SendLines& lines, const PlannedOrder& planned,
-                int32_t number, SendTexts& texts, const ExecutionSettings& settings) const;
-    /// Writes the made orders down and submits them; the send number is used up after it.
-    /// `saved` is basket.ini's write of the next send number, started once the orders are
-    /// written down.
+    /// `number`.
+    static void FillIn(QVXOrder& order, const SendLines& lines, const PlannedOrder& planned,
+                       int32_t number, SendTexts& texts, const ExecutionSettings& settings);
+    /// Orders a send makes before its first leaves; the rest follow in parts on a helper.
+    static constexpr size_t kFirstPart = 64;
+    /// Announces the first part, made already, and submits the orders while a helper makes
+    /// and announces the rest; the send number is used up after it. `saved` is basket.ini's
+    /// write of the next send number, done by the helper after the last part.
     void SendMade(int16_t basketSeq, const SendLines& lines, const ExecutionInputs& inputs,
-                  MadeOrders& made, std::future<Result<void>>& saved, ExecuteReport& report);
-    /// Tells the listener what is about to leave, and which limits the trader overrode.
+                  const ExecutionSettings& settings, MadeOrders& made,
+                  std::optional<Result<void>>& saved, ExecuteReport& report);
+    /// Tells the listener what is about to leave first, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
-                  const std::vector<std::unique_ptr<QVXOrder>>& orders,
-                  const ExecuteReport& report);
-    /// Hands the prepared orders to the platform one by one; the listener hears each result,
-    /// then takes the orders that left.
-    /// `reportTextOf(i)` names order i in the summary; made only for an order refused.
+                  std::span<const QVXOrder* const> first, const ExecuteReport& report);
+    /// Hands the orders to the platform one by one, each once `ready(i)` says it is written
+    /// down, until one is not; `submitted` counts those that left, also when an error ends
+    /// it. The listener hears each result. `reportTextOf(i)` names order i in the summary;
+    /// made only for an order refused.
     void Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
-                const std::function<std::string(size_t)>& reportTextOf, ExecuteReport& report);
+                const std::function<bool(size_t)>& ready,
+                const std::function<std::string(size_t)>& reportTextOf, size_t& submitted,
+                ExecuteReport& report);
+    /// The listener takes the orders that left, the send done with them.
+    void HandOver(std::span<const std::unique_ptr<QVXOrder>> orders);
 
     QVXOrderFactory& m_orders;
     SendSequence& m_sequence;

@@ -3,6 +3,7 @@
 #include "common/Formats.h"
 #include "common/ShortestDecimal.h"
 #include "platform/TicketOrder.h"
+#include "trading/orders/SendRecord.h"
 
 #include <algorithm>
 #include <array>
@@ -151,251 +152,6 @@ TrackedOrder ReadState(const SqliteStatement& s, int first, std::string clOrderI
     return t;
 }
 
-// A send's orders as text: one record per order, fields apart. The separators are control
-// characters no order field holds; one that did would be escaped, never lost. A field the
-// same as in the order before is one ditto mark: a send of one account, side and memo costs
-// little more than its ids and symbols. A client order id the same as the one before up to
-// its last '-' is the ditto mark and what follows that '-': the ids of a send differ only
-// in their order numbers.
-constexpr char kFieldEnd = '\x1f';
-constexpr char kRecordEnd = '\x1e';
-constexpr char kDitto = '\x1d';
-constexpr char kEscape = '\x1b';
-constexpr size_t kOrderFields = 11;
-
-bool IsSpecial(char c) {
-    return c == kFieldEnd || c == kRecordEnd || c == kDitto || c == kEscape;
-}
-
-/// Whether a text holds a character below a space, eight at a time: every field of a send
-/// is checked while the trader waits for the first order to leave.
-bool HasControlCharacter(std::string_view text) {
-    constexpr uint64_t spaces = 0x2020202020202020;
-    constexpr uint64_t highBits = 0x8080808080808080;
-    size_t i = 0;
-    for (; i + 8 <= text.size(); i += 8) {
-        uint64_t word;
-        std::memcpy(&word, text.data() + i, 8);
-        if (((word - spaces) & ~word & highBits) != 0) {
-            return true;
-        }
-    }
-    for (; i < text.size(); ++i) {
-        if (static_cast<unsigned char>(text[i]) < 0x20) {
-            return true;
-        }
-    }
-    return false;
-}
-
-/// A send's orders as one text, each field written against the same field of the order
-/// before. It is written while the trader waits for the first order to leave, so it reads
-/// each order's fields where they are, once, and writes through a pointer into room kept
-/// from the sends before (grown, when a send needs more, to twice its size). A large send
-/// is written in two halves at once, the second on a helper thread; that half begins as
-/// after no order, without ditto marks.
-class SendRecord {
-public:
-    SendRecord(std::span<const QVXOrder* const> orders, SendRecordRoom& room,
-               SendRecordRoom& secondRoom) {
-        m_size = orders.size() < kSplitFrom ? Write(orders, room)
-                                            : WriteInHalves(orders, room, secondRoom);
-        m_buffer = room.text.get();
-    }
-    std::string_view text() const { return {m_buffer, m_size}; }
-
-private:
-    static constexpr size_t kSplitFrom = 2000; // below, a thread costs more than it saves
-
-    SendRecord() = default;
-
-    size_t WriteInHalves(std::span<const QVXOrder* const> orders, SendRecordRoom& room,
-                         SendRecordRoom& secondRoom) {
-        const size_t half = orders.size() / 2;
-        std::future<size_t> second = std::async(std::launch::async, [&] {
-            SendRecord part;
-            return part.Write(orders.subspan(half), secondRoom);
-        });
-        const size_t used = Write(orders.first(half), room);
-        const size_t more = second.get();
-        if (room.size - used < more) {
-            Grow(room, used, used + more);
-        }
-        std::memcpy(room.text.get() + used, secondRoom.text.get(), more);
-        return used + more;
-    }
-
-    /// Writes the orders' records from the start of `room`; returns their length.
-    size_t Write(std::span<const QVXOrder* const> orders, SendRecordRoom& room) {
-        size_t used = 0;
-        for (const QVXOrder* o : orders) {
-            const OrderTicket& t = TicketOf(*o);
-            // Every character escaped, the numbers at their longest, and the separators.
-            const size_t most =
-                2 * (t.clOrderID.size() + t.account.size() + t.side.size() + t.symbol.size() +
-                     t.tif.size() + t.destination.size() + t.memo.size()) +
-                4 * kLongestNumber + kOrderFields + 1;
-            if (room.size - used < most) {
-                Grow(room, used, used + most);
-            }
-            used = static_cast<size_t>(Append(room.text.get() + used, t) - room.text.get());
-        }
-        return used;
-    }
-
-    static void Grow(SendRecordRoom& room, size_t used, size_t needed) {
-        const size_t size = std::max(needed, 2 * room.size);
-        auto text = std::make_unique_for_overwrite<char[]>(size);
-        if (used > 0) {
-            std::memcpy(text.get(), room.text.get(), used);
-        }
-        room.text = std::move(text);
-        room.size = size;
-    }
-
-    const OrderTicket& TicketOf(const QVXOrder& o) {
-        if (typeid(o) == typeid(TicketOrder)) {
-            return static_cast<const TicketOrder&>(o).ticket();
-        }
-        return m_copies.emplace_back(OrderTicket{o.Account(), o.Side(), o.Symbol(), o.Quantity(),
-                                                 o.LmtPrice(), o.PriceType(), o.ClOrderID(),
-                                                 o.Tif(), o.Destination(), o.MaxFloor(), o.Memo()});
-    }
-
-    char* Append(char* out, const OrderTicket& t) {
-        const OrderTicket* p = m_previous;
-        out = Id(out, t.clOrderID, p ? &p->clOrderID : nullptr);
-        out = Text(out, t.account, p ? &p->account : nullptr);
-        out = Text(out, t.side, p ? &p->side : nullptr);
-        out = Text(out, t.symbol, p ? &p->symbol : nullptr);
-        out = Number(out, t.quantity, p ? &p->quantity : nullptr);
-        out = Number(out, t.priceType, p ? &p->priceType : nullptr);
-        out = Text(out, t.tif, p ? &p->tif : nullptr);
-        out = Text(out, t.destination, p ? &p->destination : nullptr);
-        out = Number(out, t.maxFloor, p ? &p->maxFloor : nullptr);
-        out = Text(out, t.memo, p ? &p->memo : nullptr);
-        // The limit price exactly, as it went out: the shortest text that reads back the same.
-        out = Number(out, t.lmtPrice, p ? &p->lmtPrice : nullptr);
-        *out++ = kRecordEnd;
-        m_previous = &t;
-        return out;
-    }
-
-    /// A number the same as the order before (bit for bit: -0 is not 0) is not written out.
-    template <class N> static char* Number(char* out, N value, const N* previous) {
-        if (previous != nullptr && std::memcmp(&value, previous, sizeof value) == 0) {
-            *out++ = kDitto;
-        } else {
-            if constexpr (std::is_same_v<N, double>) {
-                out = ShortestDecimal(out, out + kLongestNumber, value).ptr; // a limit price
-            } else {
-                out = std::to_chars(out, out + kLongestNumber, value).ptr;
-            }
-        }
-        *out++ = kFieldEnd;
-        return out;
-    }
-
-    static char* Id(char* out, const std::string& id, const std::string* previous) {
-        if (previous != nullptr) {
-            const size_t kept = previous->rfind('-') + 1; // 0 without a '-'
-            if (kept > 0 && id.size() > kept && id.compare(0, kept, *previous, 0, kept) == 0) {
-                const std::string_view rest = std::string_view(id).substr(kept);
-                if (rest.find('-') == std::string_view::npos && !HasControlCharacter(rest)) {
-                    *out++ = kDitto;
-                    std::memcpy(out, rest.data(), rest.size());
-                    out += rest.size();
-                    *out++ = kFieldEnd;
-                    return out;
-                }
-            }
-        }
-        return Text(out, id, previous);
-    }
-
-    static char* Text(char* out, const std::string& field, const std::string* previous) {
-        if (!field.empty() && previous != nullptr && field == *previous) {
-            *out++ = kDitto;
-        } else if (!HasControlCharacter(field)) {
-            std::memcpy(out, field.data(), field.size()); // nearly every field
-            out += field.size();
-        } else {
-            for (const char c : field) {
-                if (IsSpecial(c)) {
-                    *out++ = kEscape;
-                }
-                *out++ = c;
-            }
-        }
-        *out++ = kFieldEnd;
-        return out;
-    }
-
-    static constexpr size_t kLongestNumber = 32;
-
-    std::deque<OrderTicket> m_copies; // orders of another kind, read through their getters
-    char* m_buffer = nullptr;
-    size_t m_size = 0;
-    const OrderTicket* m_previous = nullptr;
-};
-
-/// The fields of one record, escapes undone and ditto marks replaced by the field of the
-/// record before (`previous`, which then holds this record's fields).
-const std::vector<std::string>& Fields(std::string_view record,
-                                       std::vector<std::string>& previous) {
-    std::vector<std::string> fields(1);
-    bool escaped = false; // the field so far holds an escaped character
-    const auto fieldEnds = [&] {
-        const size_t i = fields.size() - 1;
-        if (!escaped && !fields[i].empty() && fields[i][0] == kDitto) {
-            const std::string& before = i < previous.size() ? previous[i] : std::string();
-            if (fields[i].size() == 1) {
-                fields[i] = before;
-            } else {
-                // The field before up to its last '-', then the rest.
-                const size_t kept = before.rfind('-');
-                if (kept == std::string::npos) {
-                    throw SqliteError("The order journal holds a send it cannot read.");
-                }
-                fields[i] = before.substr(0, kept + 1) + fields[i].substr(1);
-            }
-        }
-        escaped = false;
-    };
-    for (size_t i = 0; i < record.size(); ++i) {
-        if (record[i] == kEscape && i + 1 < record.size()) {
-            fields.back() += record[++i];
-            escaped = true;
-        } else if (record[i] == kFieldEnd) {
-            fieldEnds();
-            fields.emplace_back();
-        } else {
-            fields.back() += record[i];
-        }
-    }
-    fieldEnds();
-    previous = std::move(fields);
-    return previous;
-}
-
-/// The records of a text, split at unescaped record ends (escapes kept for Fields).
-std::vector<std::string> Split(std::string_view text, char end) {
-    std::vector<std::string> records;
-    std::string current;
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] == kEscape && i + 1 < text.size()) {
-            current += text[i];
-            current += text[++i];
-        } else if (text[i] == end) {
-            records.push_back(std::move(current));
-            current.clear();
-        } else {
-            current += text[i];
-        }
-    }
-    return records;
-}
-
 /// A number of a send's record; a field that is none means the record cannot be read.
 template <class N> N ReadNumber(const std::string& text) {
     N value{};
@@ -410,7 +166,7 @@ template <class N> N ReadNumber(const std::string& text) {
 /// An order of a send's record as it was handed off (or about to be).
 LedgerOrder ReadOrder(const std::vector<std::string>& f, int32_t recordId,
                       const std::string& handedAt) {
-    if (f.size() < kOrderFields) {
+    if (f.size() < send_record::OrderFields) {
         throw SqliteError("The order journal holds a send it cannot read.");
     }
     TicketOrder order([](const OrderTicket&) { return 0; });
@@ -441,6 +197,9 @@ struct OrderLedger::Statements {
         : begin(f, "BEGIN"), commit(f, "COMMIT"),
           send(f, "INSERT INTO sends(day, basketSeq, basketName, sentAt, overrides, orders) "
                   "VALUES(?1, ?2, ?3, ?4, ?5, ?6)"),
+          // The parts of a send after the first: each part is twice the one before, so the
+          // row is written again about twice over in all.
+          sendMore(f, "UPDATE sends SET orders = orders || ?3 WHERE day = ?1 AND basketSeq = ?2"),
           // A row of its own: updating the send's row would write all its orders again.
           sendEnds(f, "INSERT OR REPLACE INTO sendResults(day, basketSeq, results, handedAt) "
                       "VALUES(?1, ?2, ?3, ?4)"),
@@ -459,12 +218,12 @@ struct OrderLedger::Statements {
                         " FROM orders WHERE day = ?1 ORDER BY id"),
           highest(f, "SELECT max(basketSeq) FROM sends WHERE day = ?1") {}
 
-    SqliteStatement begin, commit, send, sendEnds, save, event, sends, states, highest;
+    SqliteStatement begin, commit, send, sendMore, sendEnds, save, event, sends, states, highest;
 };
 
 OrderLedger::OrderLedger(const std::filesystem::path& file, const Clock& clock)
     : m_clock(clock), m_lock(HoldFolderOf(file, "The order journal " + file.string())),
-      m_file(file) {
+      m_file(file), m_record(std::make_unique<SendRecord>()) {
     m_file.exec("PRAGMA journal_mode=WAL");
     // A committed send survives the program's death; a power cut may lose the last commits.
     m_file.exec("PRAGMA synchronous=NORMAL");
@@ -535,11 +294,30 @@ void OrderLedger::Flush() {
 void OrderLedger::SendBegins(int16_t basketSeq, std::string_view basketName,
                              std::span<const QVXOrder* const> orders, std::string_view overrides) {
     // One record for the whole send: thousands of orders cost one row, not thousands.
-    const SendRecord record(orders, m_recordRoom, m_secondRecordRoom);
+    m_record->Restart();
+    m_sendDay = Today(); // the parts that follow belong to this row, past midnight too
+    const std::string_view text = m_record->Append(orders);
+    Committed([&] {
+        m_stmts->send.bind(1, m_sendDay).bind(2, int64_t{basketSeq}).bind(3, basketName);
+        m_stmts->send.bind(4, Now()).bind(5, overrides).bindUncopied(6, text).run();
+    });
+}
+
+void OrderLedger::SendContinues(int16_t basketSeq, std::span<const QVXOrder* const> orders) {
+    const std::string_view text = m_record->Append(orders);
+    Committed([&] {
+        SqliteStatement& s = m_stmts->sendMore;
+        s.bind(1, m_sendDay).bind(2, int64_t{basketSeq}).bindUncopied(3, text).run();
+        if (m_file.changes() != 1) {
+            throw SqliteError("The order journal lost the record of the send it was writing.");
+        }
+    });
+}
+
+template <class Write> void OrderLedger::Committed(const Write& write) {
     Begin();
     try {
-        m_stmts->send.bind(1, Today()).bind(2, int64_t{basketSeq}).bind(3, basketName);
-        m_stmts->send.bind(4, Now()).bind(5, overrides).bindUncopied(6, record.text()).run();
+        write();
         Flush();
     } catch (const SqliteError&) {
         m_inTransaction = false;
@@ -555,7 +333,7 @@ void OrderLedger::SendEnds(int16_t basketSeq, const std::vector<int32_t>& result
     char* out = text.data();
     for (const int32_t result : results) {
         out = std::to_chars(out, out + 11, result).ptr;
-        *out++ = kRecordEnd;
+        *out++ = send_record::RecordEnd;
     }
     text.resize(static_cast<size_t>(out - text.data()));
     Begin();
@@ -612,15 +390,16 @@ std::vector<LedgerOrder> OrderLedger::TodaysOrders() {
     SqliteStatement& sends = m_stmts->sends;
     sends.bind(1, Today());
     while (sends.next()) {
-        const std::vector<std::string> results = Split(sends.text(1), kRecordEnd);
+        const std::vector<std::string> results =
+            SplitSendRecords(sends.text(1), send_record::RecordEnd);
         const std::string handedAt = sends.text(2);
         size_t i = 0;
         std::vector<std::string> previous;
-        for (const std::string& record : Split(sends.text(0), kRecordEnd)) {
+        for (const std::string& record : SplitSendRecords(sends.text(0), send_record::RecordEnd)) {
             const bool answered = i < results.size();
             const int32_t result = answered ? ReadNumber<int32_t>(results[i]) : 0;
             ++i;
-            const std::vector<std::string>& fields = Fields(record, previous);
+            const std::vector<std::string>& fields = SendRecordFields(record, previous);
             if (result < 0) {
                 continue; // refused: it never left
             }

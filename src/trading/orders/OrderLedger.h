@@ -33,16 +33,11 @@ struct LedgerOrder {
     int32_t maxFloor = 0;
 };
 
-/// Where a send's record is written: memory the process holds already costs the click that
-/// writes thousands of orders no page faults.
-struct SendRecordRoom {
-    std::unique_ptr<char[]> text;
-    size_t size = 0;
-};
+class SendRecord;
 
 /// The day's orders on disk (orders.db in the data folder, SQLite in WAL mode), so that a
-/// restart or a crash loses none of them: a send's orders are written as one record and
-/// committed before the first is handed to the platform, the platform's answers to it when
+/// restart or a crash loses none of them: a send's orders are written as one record, in
+/// parts, each committed before its orders are handed to the platform; the platform's answers when
 /// the send is over, what tracking knows of an order each time a report changes it, and
 /// every report, reject and warning as an audit row. Writes after a send wait in one
 /// transaction until Flush (once per drain of the platform's events). Earlier days stay in
@@ -55,12 +50,17 @@ public:
     OrderLedger(const OrderLedger&) = delete;
     OrderLedger& operator=(const OrderLedger&) = delete;
 
-    /// A basket send with these orders is about to leave: the send and every order are
+    /// A basket send begins with these orders, about to leave: the send and its orders are
     /// written and committed before the first is handed to the platform. `overrides` names
-    /// the limits the trader chose to override. SqliteError when they cannot be written (a
-    /// client order id already used today included): then nothing may leave.
+    /// the limits the trader chose to override. SqliteError when they cannot be written:
+    /// then none of them may leave.
     void SendBegins(int16_t basketSeq, std::string_view basketName,
                     std::span<const QVXOrder* const> orders, std::string_view overrides = {});
+    /// The send's next orders, written and committed after those before them, before any of
+    /// them is handed to the platform. May be called on another thread than the one that
+    /// sends, which does not use the ledger until the send's last part is written.
+    /// SqliteError when they cannot be written: then none of them may leave.
+    void SendContinues(int16_t basketSeq, std::span<const QVXOrder* const> orders);
     /// The send is over: what SubmitOrder answered for each of its orders, in order (a
     /// record id, or a refusal below 0), and when the first was tracked ("hh:mm:ss AM/PM").
     void SendEnds(int16_t basketSeq, const std::vector<int32_t>& results,
@@ -82,6 +82,8 @@ public:
 private:
     struct Statements;
     void Begin();
+    /// Runs `write` in the open transaction and commits it; rolls back on SqliteError.
+    template <class Write> void Committed(const Write& write);
     void Event(std::string_view kind, std::string_view clOrderId, int32_t recordId,
                const QVXOrderStruct* update, int32_t reason, std::string_view text);
     std::string Today() const;
@@ -91,8 +93,8 @@ private:
     std::optional<FolderLock> m_lock; // none when the program holds the folder already
     SqliteFile m_file;
     std::unique_ptr<Statements> m_stmts;
-    SendRecordRoom m_recordRoom;       ///< kept for the next send
-    SendRecordRoom m_secondRecordRoom; ///< where a helper writes the second half of a large send
+    std::unique_ptr<SendRecord> m_record; ///< the send being written, its room kept
+    std::string m_sendDay;                ///< the day of the send's row
 
     bool m_inTransaction = false;
     // Copies the write-ahead log into the file once a second on its own connection, so the

@@ -74,6 +74,19 @@ void OrderRecords::SendBegins(int16_t basketSeq, std::string_view basketName,
     }
 }
 
+void OrderRecords::SendContinues(int16_t basketSeq, std::span<const QVXOrder* const> orders) {
+    if (m_ledger == nullptr) {
+        return;
+    }
+    try {
+        m_ledger->SendContinues(basketSeq, orders);
+    } catch (const SqliteError& e) {
+        throw SqliteError(std::string("The order journal cannot be written, so the rest of the "
+                                      "basket was not sent. ") +
+                          e.what());
+    }
+}
+
 void OrderRecords::Submitted(int32_t result) {
     m_results.push_back(result);
 }

@@ -36,6 +36,7 @@ public:
 
     void SendBegins(int16_t basketSeq, std::string_view basketName,
                     std::span<const QVXOrder* const> orders, std::string_view overrides) override;
+    void SendContinues(int16_t basketSeq, std::span<const QVXOrder* const> orders) override;
     void Submitted(int32_t result) override;
     void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override;
     void SendEnds(int16_t basketSeq) override;

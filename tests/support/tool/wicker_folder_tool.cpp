@@ -248,6 +248,9 @@ public:
                     std::string_view overrides) override {
         m_records.SendBegins(seq, name, orders, overrides);
     }
+    void SendContinues(int16_t seq, std::span<const QVXOrder* const> orders) override {
+        m_records.SendContinues(seq, orders);
+    }
     void Submitted(int32_t result) override {
         m_records.Submitted(result);
         if (++m_submitted == m_pause) {

@@ -6,6 +6,7 @@
 #include "trading/orders/SendListener.h"
 
 #include <array>
+#include <atomic>
 #include <cmath>
 #include <functional>
 #include <limits>
@@ -52,8 +53,10 @@ protected:
         inputs.basketName = "Tech10";
     }
 
-    ExecuteReport Click(int index, const std::vector<ExecutionLine>& lines) {
+    ExecuteReport Click(int index, const std::vector<ExecutionLine>& lines,
+                        SendListener* listener = nullptr) {
         BasketExecution execution(orders, sequence, store, boxes, clock);
+        execution.setListener(listener);
         return execution.cmdExecuteBasket_Click(index, SendLines::Of(lines), inputs, settings);
     }
 
@@ -408,6 +411,7 @@ class HeardSend final : public SendListener {
 public:
     void SendBegins(int16_t, std::string_view, std::span<const QVXOrder* const>,
                     std::string_view) override {}
+    void SendContinues(int16_t, std::span<const QVXOrder* const>) override {}
     void Submitted(int32_t result) override { results.push_back(result); }
     void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override {
         for (const auto& order : orders) {
@@ -460,6 +464,78 @@ TEST_F(Execution, CrashMidBasketNeverReusesClientOrderIds) {
             }
         }
     }
+}
+
+/// The parts a send announces; the ones after the first come from a helper thread.
+class PartsHeard final : public SendListener {
+public:
+    void SendBegins(int16_t, std::string_view, std::span<const QVXOrder* const> orders,
+                    std::string_view) override {
+        Heard(orders);
+    }
+    void SendContinues(int16_t, std::span<const QVXOrder* const> orders) override {
+        if (parts == failingPart) {
+            throw RuntimeError(3043, "Disk or network error.");
+        }
+        Heard(orders);
+    }
+    void Submitted(int32_t) override {}
+    void Handed(std::span<const std::unique_ptr<QVXOrder>> orders) override {
+        handed = orders.size();
+    }
+    void SendEnds(int16_t) override {}
+
+    std::vector<std::string> ids; ///< of the orders announced, in order
+    std::atomic<size_t> announced{0};
+    size_t parts = 0;
+    size_t failingPart = std::numeric_limits<size_t>::max();
+    size_t handed = 0;
+
+private:
+    void Heard(std::span<const QVXOrder* const> orders) {
+        for (const QVXOrder* o : orders) {
+            ids.push_back(o->ClOrderID());
+        }
+        ++parts;
+        announced.store(ids.size());
+    }
+};
+
+// A large send's orders are made and written down in parts while the first ones leave: each
+// order is announced once, in order, and never leaves before its part was announced.
+TEST_F(Execution, NoOrderLeavesBeforeThePartThatHoldsItIsAnnounced) {
+    PartsHeard heard;
+    size_t submitted = 0;
+    size_t early = 0;
+    orders.submitResult = [&](const RecordedOrder&) {
+        early += heard.announced.load() <= submitted++;
+        return 1;
+    };
+    const ExecuteReport report =
+        Click(3, std::vector<ExecutionLine>(3000, QuotedLine("IBM")), &heard);
+    EXPECT_EQ(report.ordersSubmitted, 3000);
+    EXPECT_EQ(early, 0u);
+    EXPECT_GT(heard.parts, 2u);
+    ASSERT_EQ(heard.ids.size(), 3000u);
+    for (size_t k = 0; k < heard.ids.size(); ++k) {
+        ASSERT_EQ(heard.ids[k], "ACCT01-20240315-57-" + std::to_string(k + 1));
+    }
+    EXPECT_EQ(heard.handed, 3000u);
+    EXPECT_EQ(store.saved, std::optional<int16_t>(58));
+}
+
+// A part that cannot be announced ends the send there: the orders before it left and are
+// followed, none of it or after it leaves, and the send number is used up.
+TEST_F(Execution, APartThatCannotBeAnnouncedEndsTheSendThere) {
+    PartsHeard heard;
+    heard.failingPart = 2;
+    EXPECT_THROW(Click(3, std::vector<ExecutionLine>(3000, QuotedLine("IBM")), &heard),
+                 RuntimeError);
+    EXPECT_EQ(heard.ids.size(), 128u); // the first two parts
+    EXPECT_EQ(orders.submitted().size(), heard.ids.size());
+    EXPECT_EQ(heard.handed, heard.ids.size());
+    EXPECT_EQ(sequence.BasketSeq(), 58);
+    EXPECT_EQ(store.saved, std::optional<int16_t>(58));
 }
 
 // Every line is judged before the first order leaves: a bad line is listed with its reason

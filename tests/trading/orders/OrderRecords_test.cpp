@@ -9,7 +9,9 @@
 #include "trading/FakePlatform.h"
 #include "trading/orders/OrderRecords.h"
 
+#include <algorithm>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -155,9 +157,9 @@ TEST_F(Records, EveryOrderOfASendReadsBackFieldForField) {
     }
 }
 
-// A large send's record is written in two halves at once: every order reads back, also those
-// on either side of the seam, where the repeated fields of the first half do not carry over.
-TEST_F(Records, ALargeSendReadsBackAcrossTheHalvesItIsWrittenIn) {
+// A large send's record is written in parts, each field against the order before also across
+// them, the last parts past midnight: every order reads back, in order.
+TEST_F(Records, ASendWrittenInPartsReadsBackWhole) {
     constexpr int Orders = 4001;
     std::vector<TicketOrder> orders(Orders, order);
     std::vector<const QVXOrder*> view;
@@ -169,7 +171,16 @@ TEST_F(Records, ALargeSendReadsBackAcrossTheHalvesItIsWrittenIn) {
         orders[i].setClOrderID("ACCT01-20240315-57-" + std::to_string(i + 1));
         view.push_back(&orders[i]);
     }
-    records.SendBegins(57, "Tech", view, "");
+    const std::span<const QVXOrder* const> all(view);
+    records.SendBegins(57, "Tech", all.first(64), "");
+    const auto started = clock.now();
+    for (size_t from = 64, size = 64; from < all.size(); from += size, size *= 2) {
+        if (from > 1000) {
+            clock.set(FromLocal(LocalDateTime{2024, 3, 16, 0, 0, 1, 0}));
+        }
+        records.SendContinues(57, all.subspan(from, std::min(size, all.size() - from)));
+    }
+    clock.set(started);
     const auto kept = Kept();
     ASSERT_EQ(kept.size(), static_cast<size_t>(Orders));
     for (int i = 0; i < Orders; ++i) {
