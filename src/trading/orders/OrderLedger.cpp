@@ -1,24 +1,16 @@
 #include "trading/orders/OrderLedger.h"
 
 #include "common/Formats.h"
-#include "common/ShortestDecimal.h"
 #include "platform/TicketOrder.h"
 #include "trading/orders/SendRecord.h"
 
-#include <algorithm>
-#include <array>
 #include <charconv>
 #include <chrono>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
-#include <deque>
-#include <future>
 #include <memory>
 #include <span>
 #include <string>
-#include <type_traits>
-#include <typeinfo>
 #include <unordered_map>
 #include <vector>
 
