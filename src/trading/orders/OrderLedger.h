@@ -37,11 +37,11 @@ class SendRecord;
 
 /// The day's orders on disk (orders.db in the data folder, SQLite in WAL mode), so that a
 /// restart or a crash loses none of them: a send's orders are written as one record, in
-/// parts, each committed before its orders are handed to the platform; the platform's answers when
-/// the send is over, what tracking knows of an order each time a report changes it, and
-/// every report, reject and warning as an audit row. Writes after a send wait in one
-/// transaction until Flush (once per drain of the platform's events). Earlier days stay in
-/// the file as the audit trail; only today's orders are read back.
+/// parts, each committed before its orders are handed to the platform; the platform's
+/// answers when the send is over, what tracking knows of an order each time a report
+/// changes it, and every report, reject and warning as an audit row. Writes after a send
+/// wait in one transaction until Flush (once per drain of the platform's events). Earlier
+/// days stay in the file as the audit trail; only today's orders are read back.
 class OrderLedger {
 public:
     /// Opens or creates the file; SqliteError when it cannot be used (it is then left as it is).
