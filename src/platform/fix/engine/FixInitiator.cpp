@@ -285,7 +285,8 @@ struct FixInitiator::Impl {
     std::unique_ptr<FIX::LogFactory> listeningLog; // over `log`: events reach the listener
     std::unique_ptr<FIX::SocketInitiator> initiator;
     FIX::Session* session = nullptr;
-    bool started = false;
+    // Read by the engine's thread too (a logon names the session), set once it runs.
+    std::atomic<bool> started{false};
     // The message sent last is filled again for the next one of its kind: a basket's
     // orders differ only in their values, and building and freeing each costs more
     // than QuickFIX's own send.
