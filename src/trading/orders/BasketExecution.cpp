@@ -12,6 +12,7 @@
 #include "trading/orders/SubmitErrors.h"
 
 #include <charconv>
+#include <exception>
 #include <chrono>
 #include <limits>
 #include <utility>
@@ -263,25 +264,24 @@ void BasketExecution::SendMade(int16_t basketSeq, const SendLines& lines,
         [&store = m_store, next = static_cast<int16_t>(basketSeq + 1)] {
             return store.SaveBasketNum(next);
         });
-    // The orders that left are handed over once no part is being written: the helper reads
-    // them no more, and the listener may take their texts.
-    const std::span<const std::unique_ptr<QVXOrder>> orders(made.orders);
     size_t submitted = 0;
+    std::exception_ptr error;
     try {
-        Submit(
-            made.orders, [&](size_t i) { return parts.Ready(i); },
-            [&](size_t i) { return ReportText(lines, *made.plans[i]); }, submitted, report);
+        Submit(made, parts, lines, submitted, report);
     } catch (...) {
-        parts.StopParts();
-        HandOver(orders.first(submitted)); // followed like any others
-        saved = parts.Finish();
-        throw;
+        error = std::current_exception();
     }
+    // The orders that left are handed over once no part is being written: the helper reads
+    // them no more, and the listener may take their texts. Those out before an error are
+    // followed like any others.
     parts.StopParts();
-    HandOver(orders.first(submitted));
+    HandOver(std::span<const std::unique_ptr<QVXOrder>>(made.orders).first(submitted));
     saved = parts.Finish();
-    if (const std::exception_ptr failure = parts.Failure()) {
-        std::rethrow_exception(failure); // the orders not written down did not leave
+    if (!error) {
+        error = parts.Failure(); // the orders not written down did not leave
+    }
+    if (error) {
+        std::rethrow_exception(error);
     }
 }
 
@@ -370,21 +370,19 @@ void BasketExecution::Announce(int16_t basketSeq, const std::string& basketName,
     m_listener->SendBegins(basketSeq, basketName, first, overrides);
 }
 
-void BasketExecution::Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
-                             const std::function<bool(size_t)>& ready,
-                             const std::function<std::string(size_t)>& reportTextOf,
+void BasketExecution::Submit(MadeOrders& made, SendParts& parts, const SendLines& lines,
                              size_t& submitted, ExecuteReport& report) {
     // Nothing but the submits themselves until the last order is out: the listener tracks
     // the orders afterwards, which no answer can overtake on this thread.
-    while (submitted < orders.size() && ready(submitted)) {
-        m_lastSubmitResult = orders[submitted]->SubmitOrder();
+    while (submitted < made.orders.size() && parts.Ready(submitted)) {
+        m_lastSubmitResult = made.orders[submitted]->SubmitOrder();
         const size_t i = submitted++; // out, whatever happens next
         ++report.ordersSubmitted;
         if (m_listener != nullptr) {
             m_listener->Submitted(m_lastSubmitResult);
         }
         if (m_lastSubmitResult < 0) {
-            report.submitErrors.emplace_back(reportTextOf(i), m_lastSubmitResult);
+            report.submitErrors.emplace_back(ReportText(lines, *made.plans[i]), m_lastSubmitResult);
         }
     }
 }

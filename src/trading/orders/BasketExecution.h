@@ -11,7 +11,6 @@
 #include "trading/orders/TickTable.h"
 
 #include <cstdint>
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -21,6 +20,8 @@
 #include <vector>
 
 namespace wicker {
+
+class SendParts;
 
 /// The screen's fields a send reads.
 struct ExecutionInputs {
@@ -147,13 +148,10 @@ private:
     /// Tells the listener what is about to leave first, and which limits the trader overrode.
     void Announce(int16_t basketSeq, const std::string& basketName,
                   std::span<const QVXOrder* const> first, const ExecuteReport& report);
-    /// Hands the orders to the platform one by one, each once `ready(i)` says it is written
+    /// Hands the made orders to the platform one by one, each once its part is written
     /// down, until one is not; `submitted` counts those that left, also when an error ends
-    /// it. The listener hears each result. `reportTextOf(i)` names order i in the summary;
-    /// made only for an order refused.
-    void Submit(std::vector<std::unique_ptr<QVXOrder>>& orders,
-                const std::function<bool(size_t)>& ready,
-                const std::function<std::string(size_t)>& reportTextOf, size_t& submitted,
+    /// it. The listener hears each result; a refused order is named in the summary.
+    void Submit(MadeOrders& made, SendParts& parts, const SendLines& lines, size_t& submitted,
                 ExecuteReport& report);
     /// The listener takes the orders that left, the send done with them.
     void HandOver(std::span<const std::unique_ptr<QVXOrder>> orders);
